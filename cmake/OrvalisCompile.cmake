@@ -1,0 +1,34 @@
+# SPDX-License-Identifier: MIT
+# Language level, warnings and sanitizers, the same for every target.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 99)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE Release CACHE STRING "" FORCE)
+endif()
+
+find_package(Threads REQUIRED)
+
+add_compile_options(-Wall -Wextra -Wshadow -Wconversion)
+if(ORVALIS_WERROR)
+  add_compile_options(-Werror)
+endif()
+if(ORVALIS_SANITIZE)
+  add_compile_options(-fsanitize=${ORVALIS_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${ORVALIS_SANITIZE})
+endif()
+
+# orvalis_viewer_part(<name> SOURCES ... [LINK ...])
+# One folder of the viewer as a static library that the executable and the tests link. The camera
+# library is left out on purpose: the executable links the real one, tests may link another.
+function(orvalis_viewer_part name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON)
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+  target_link_libraries(${name} PUBLIC Qt5::Widgets Threads::Threads ${ARG_LINK})
+endfunction()

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// Pixel formats of the GenICam Pixel Format Naming Convention (PFNC), and what they are made of.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace orvalis {
+
+/// Colour layout of a format.
+enum class PixelKind { Mono, BayerGR, BayerRG, BayerGB, BayerBG, Rgb, Bgr, Yuyv, Uyvy };
+
+/// How samples lie in memory.
+enum class PixelPacking {
+    Bytes,     ///< 8 bits a sample
+    Words,     ///< 16-bit little-endian words, value in the low bits
+    LsbPacked, ///< PFNC "p": samples follow each other without gaps, lowest bit first
+    GigePacked ///< GigE Vision "Packed": two samples in three bytes, low bits of both in the middle
+               ///< one
+};
+
+/// One pixel format.
+struct PixelFormat {
+    std::uint32_t code;    ///< PFNC 32-bit value
+    std::string_view name; ///< PFNC name
+    PixelKind kind;
+    PixelPacking packing;
+    unsigned depth;        ///< significant bits of a sample
+    unsigned bitsPerPixel; ///< bits that a pixel takes in memory, padding included
+
+    bool isMono() const { return kind == PixelKind::Mono; }
+    bool isBayer() const { return kind >= PixelKind::BayerGR && kind <= PixelKind::BayerBG; }
+    bool hasDirectColor() const { return kind >= PixelKind::Rgb; }
+};
+
+/// The format with that PFNC code or name; null for one that the library cannot deliver. Older GigE
+/// Vision spellings of names are found too.
+const PixelFormat *findPixelFormat(std::uint32_t code);
+const PixelFormat *findPixelFormat(std::string_view name);
+
+/// Bytes of an image without padding; packed formats are rounded up to whole bytes over the whole
+/// image, as they are sent. 0 if the product overflows.
+std::size_t imageBytes(const PixelFormat &format, std::uint32_t width, std::uint32_t height);
+
+} // namespace orvalis
