@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// The dock in which the user browses the camera's feature nodes and reads, sets or executes one.
+#pragma once
+
+#include <QDockWidget>
+
+#include <memory>
+
+class QComboBox;
+class QKeyEvent;
+class QModelIndex;
+class StreamControl;
+class TreeModel;
+class Ui_XMLCtrl;
+
+/// GUI thread. All library calls are made synchronously from the slots; their failures are silent.
+class XMLCtrl : public QDockWidget {
+    Q_OBJECT
+
+public:
+    /// `parent` is asked to stop and restart the stream if it is a StreamControl.
+    explicit XMLCtrl(QWidget *parent);
+    ~XMLCtrl() override;
+
+    /// Reads the node tree of an open camera. `handle` is not owned and has to stay open until
+    /// DeleteXMLTree().
+    void CreateXMLTree(void *handle);
+    /// Forgets tree and handle. The value panel and the current node stay as they are.
+    void DeleteXMLTree();
+    /// Enables or disables the value widgets and shows those of `mode`: 0 none, 1 value field,
+    /// 2 enumeration, 3 command; any other leaves what is shown.
+    void HideShowXMLCtrl(int mode, bool enable);
+    /// Locks or unlocks the value widgets if the current node may not change while acquiring.
+    void UpdateAcqState(bool acquiring);
+    /// Keypad Enter in the value field writes it to the current node.
+    void keyPressEvent(QKeyEvent *event) override;
+
+public slots:
+    void on_treeXML_clicked(const QModelIndex &index);
+    void on_cmbXMLValue_activated(const QString &text);
+    void on_btnXMLExcute_clicked();
+
+signals:
+    // Each asks the control panel to read one group of settings again.
+    void sigUpdateFeatureInfo(bool init = false);
+    void sigUpdateVideoInfo();
+    void sigUpdateTriggerInfo();
+    void sigUpdateStrobeInfo();
+    void sigUpdateUSerSetInfo();
+
+private:
+    struct NotificationRule;
+
+    void showNode(const QByteArray &name, int type, bool readWrite);
+    void showText(bool readable, bool readWrite, const QString &text);
+    void showInteger(const QByteArray &name, bool readWrite);
+    void showFloat(const QByteArray &name, bool readWrite);
+    void showString(const QByteArray &name, bool readWrite);
+    void showBoolean(const QByteArray &name, bool readWrite);
+    void showEnumeration(const QByteArray &name, bool readWrite);
+
+    void commitValue(const QString &text);
+    QString commitBoolean(const QByteArray &name, const QString &text);
+    QString commitString(const QByteArray &name, const QString &text);
+    QString commitFloat(const QByteArray &name, const QString &text);
+    QString commitInteger(const QByteArray &name, const QString &text);
+
+    template <std::size_t N> void notify(const NotificationRule (&rules)[N]);
+
+    std::unique_ptr<Ui_XMLCtrl> ui;
+    void *m_pHandle = nullptr;     // null while no camera is attached
+    TreeModel *m_pModel = nullptr; // child object
+    QString m_strNodeName;         // of the node last clicked
+    int m_nNodeType = -1;          // an ONodeType, -1 unknown
+    StreamControl *m_pMainWindow;  // null if the parent is none
+};
