@@ -9,7 +9,7 @@
 namespace orvalis {
 
 /// Colour layout of a format.
-enum class PixelKind { Mono, BayerGR, BayerRG, BayerGB, BayerBG, Rgb, Bgr, Yuyv, Uyvy };
+enum class PixelKind { Mono, BayerGR, BayerRG, BayerGB, BayerBG, Rgb, Bgr, RgbPlanar, Yuyv, Uyvy };
 
 /// How samples lie in memory.
 enum class PixelPacking {

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+// Packed samples to 16-bit words, and words to their upper 8 bits.
+#include "library/convert/Convert.h"
+
+#include "library/convert/ImageChecks.h"
+
+#include <opencv2/core/utility.hpp>
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace orvalis {
+namespace {
+
+static_assert(std::endian::native == std::endian::little, "samples are little-endian on the wire");
+
+// Each of these takes the bytes of four pixels as one little-endian number and spreads them over
+// four 16-bit words: a handful of masks and shifts, which the compiler vectorises.
+struct Lsb10 {
+    static constexpr std::size_t bytes = 5;
+    static std::uint64_t spread(std::uint64_t x)
+    {
+        return (x & 0x3FF) | (x & 0xFFC00) << 6 | (x & 0x3FF00000) << 12 | (x & 0xFFC0000000) << 18;
+    }
+};
+
+struct Lsb12 {
+    static constexpr std::size_t bytes = 6;
+    static std::uint64_t spread(std::uint64_t x)
+    {
+        return (x & 0xFFF) | (x & 0xFFF000) << 4 | (x & 0xFFF000000) << 8 |
+               (x & 0xFFF000000000) << 12;
+    }
+};
+
+struct Gige10 {
+    static constexpr std::size_t bytes = 6;
+    static std::uint64_t spread(std::uint64_t x)
+    {
+        x = (x & 0xFFFFFF) | (x & 0xFFFFFF000000) << 8;
+        return (x & 0x000000FF000000FF) << 2 | ((x & 0x0000030000000300) >> 8) |
+               (x & 0x00FF000000FF0000) << 2 | (x & 0x0000300000003000) << 4;
+    }
+};
+
+struct Gige12 {
+    static constexpr std::size_t bytes = 6;
+    static std::uint64_t spread(std::uint64_t x)
+    {
+        x = (x & 0xFFFFFF) | (x & 0xFFFFFF000000) << 8;
+        return (x & 0x000000FF000000FF) << 4 | ((x & 0x00000F0000000F00) >> 8) |
+               (x & 0x00FFF00000FFF000) << 4;
+    }
+};
+
+template <typename Packing>
+void unpackGroups(const std::uint8_t *in, std::size_t groups, std::uint16_t *out)
+{
+    for (std::size_t i = 0; i < groups; ++i) {
+        std::uint64_t x = 0;
+        std::memcpy(&x, in + i * Packing::bytes, Packing::bytes);
+        x = Packing::spread(x);
+        std::memcpy(out + i * 4, &x, sizeof x);
+    }
+}
+
+/// As unpackGroups(), but each read takes 8 bytes: the caller sees to it that they are there.
+template <typename Packing>
+void unpackGroupsWide(const std::uint8_t *in, std::size_t groups, std::uint16_t *out)
+{
+    for (std::size_t i = 0; i < groups; ++i) {
+        std::uint64_t x = 0;
+        std::memcpy(&x, in + i * Packing::bytes, sizeof x);
+        x = Packing::spread(x);
+        std::memcpy(out + i * 4, &x, sizeof x);
+    }
+}
+
+template <typename Packing>
+void unpackAll(const std::uint8_t *in, std::size_t size, std::size_t pixels, std::uint16_t *out)
+{
+    const std::size_t groups = pixels / 4;
+    const std::size_t wide = groups > 2 ? groups - 2 : 0;
+    const double stripes = static_cast<double>(wide) / stripeGroups;
+    cv::parallel_for_(
+        cv::Range(0, static_cast<int>((wide + stripeGroups - 1) / stripeGroups)),
+        [&](const cv::Range &range) {
+            const std::size_t first = static_cast<std::size_t>(range.start) * stripeGroups;
+            const std::size_t last =
+                std::min(wide, static_cast<std::size_t>(range.end) * stripeGroups);
+            unpackGroupsWide<Packing>(in + first * Packing::bytes, last - first, out + first * 4);
+        },
+        stripes);
+    unpackGroups<Packing>(in + wide * Packing::bytes, groups - wide, out + wide * 4);
+
+    if (const std::size_t rest = pixels % 4; rest > 0) {
+        const std::size_t offset = groups * Packing::bytes;
+        std::uint64_t x = 0;
+        std::memcpy(&x, in + offset, std::min(size - offset, Packing::bytes));
+        x = Packing::spread(x);
+        std::memcpy(out + groups * 4, &x, rest * sizeof(std::uint16_t));
+    }
+}
+
+} // namespace
+
+bool unpackToWords(const ImageView &image, std::uint16_t *out)
+{
+    if (out == nullptr || !fits(image) || !isPacked(*image.format)) {
+        return false;
+    }
+    const bool lsb = image.format->packing == PixelPacking::LsbPacked;
+    const auto unpack = image.format->depth == 10 ? (lsb ? unpackAll<Lsb10> : unpackAll<Gige10>)
+                                                  : (lsb ? unpackAll<Lsb12> : unpackAll<Gige12>);
+    unpack(image.data, imageBytes(*image.format, image.width, image.height), pixelCount(image),
+           out);
+    return true;
+}
+
+bool toGray8(const ImageView &image, std::uint8_t *out)
+{
+    if (out == nullptr || !fits(image) || image.format->hasDirectColor() ||
+        isPacked(*image.format)) {
+        return false;
+    }
+    const std::size_t pixels = pixelCount(image);
+    if (image.format->packing == PixelPacking::Bytes) {
+        std::memcpy(out, image.data, pixels);
+        return true;
+    }
+    const unsigned shift = image.format->depth - 8;
+    for (std::size_t i = 0; i < pixels; ++i) {
+        std::uint16_t word = 0;
+        std::memcpy(&word, image.data + i * sizeof word, sizeof word);
+        // Some cameras leave noise above the significant bits: better white than wrapped around.
+        out[i] = static_cast<std::uint8_t>(std::min(word >> shift, 255));
+    }
+    return true;
+}
+
+} // namespace orvalis
