@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+// The dock in which the user tunes the open camera.
+#pragma once
+
+#include "control/PreviewState.h"
+#include "sdk/OrvalisAPI.h"
+
+#include <QDockWidget>
+#include <QPoint>
+
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+class QLabel;
+class QSlider;
+class QSpinBox;
+class StreamControl;
+class SensorCanvas;
+struct IntegerFeature;
+namespace Ui {
+class CameraCtrl;
+}
+
+/// Mirrors the settings of the open camera on four tabs and writes every change straight to it. There is
+/// no model in between: after a change the widgets show what the camera took. Everything runs on the GUI
+/// thread, except GrabThread() and, from any thread, getSaveOpt().
+class CameraCtrl : public QDockWidget {
+    Q_OBJECT
+
+public:
+    /// `parent` is the main window; one that is no StreamControl counts as never streaming.
+    explicit CameraCtrl(QWidget *parent = nullptr);
+    ~CameraCtrl() override;
+
+    /// Takes `handle` for the open camera, null keeps the present one, and reloads every tab from it.
+    void loadConfigurationValue(void *handle);
+    /// Forgets the camera. To be called when it is closed, after DeleteGrabThread().
+    void releaseCamera();
+
+    /// Sets the save options to their defaults.
+    void loadSaveOpt();
+    /// Where and how to save: directory, format as shown ("BMP"), 1 for one frame per arming or -1 for
+    /// every frame. Any thread.
+    void getSaveOpt(QString *path, QString *format, int *count);
+
+    /// Starts the sensor preview; nothing if it runs.
+    void CreateGrabThread();
+    /// Ends the sensor preview and waits for it: at once, or as long as a grab is under way (at most its
+    /// time-out of one second). No picture arrives afterwards.
+    void DeleteGrabThread();
+
+    /// Converts an image of the present region's size from 16-bit little-endian words with `bits`
+    /// significant bits to 8 bits; leaves `dst` alone if `bits` is 8. `src` holds width x height words,
+    /// `dst` takes width x height bytes.
+    void RawXXtoRaw8(unsigned char *dst, unsigned char *src, int bits);
+
+signals:
+    void sigHideRubberBand();
+
+public slots:
+    void loadFeatureValue(bool bUpdate);
+    void loadTriggerValue();
+    void loadStrobeValue();
+    void loadVideoInfo();
+    void loadUserSet();
+    void slotCurrentPoint(QPoint start, QPoint end);
+
+private slots: // connected by name: "Feature Setting"
+    void on_spiGamma_valueChanged(double value);
+    void on_sliGamma_actionTriggered(int action);
+    void on_sliGamma_sliderReleased();
+    void on_spiGain_valueChanged(int value);
+    void on_sliGain_actionTriggered(int action);
+    void on_sliGain_sliderReleased();
+    void on_spiRGain_valueChanged(int value);
+    void on_sliRGain_actionTriggered(int action);
+    void on_sliRGain_sliderReleased();
+    void on_spiGGain_valueChanged(int value);
+    void on_sliGGain_actionTriggered(int action);
+    void on_sliGGain_sliderReleased();
+    void on_spiBGain_valueChanged(int value);
+    void on_sliBGain_actionTriggered(int action);
+    void on_sliBGain_sliderReleased();
+    void on_spiBlackLevel_valueChanged(int value);
+    void on_sliBlackLevel_actionTriggered(int action);
+    void on_sliBlackLevel_sliderReleased();
+    void on_spiContrast_valueChanged(int value);
+    void on_sliContrast_actionTriggered(int action);
+    void on_sliContrast_sliderReleased();
+    void on_spiHue_valueChanged(int value);
+    void on_sliHue_actionTriggered(int action);
+    void on_sliHue_sliderReleased();
+    void on_spiSaturation_valueChanged(int value);
+    void on_sliSaturation_actionTriggered(int action);
+    void on_sliSaturation_sliderReleased();
+    void on_spiSharp_valueChanged(int value);
+    void on_sliSharp_actionTriggered(int action);
+    void on_sliSharp_sliderReleased();
+    void on_spiShutter_valueChanged(qlonglong value);
+    void on_sliShutter_actionTriggered(int action);
+    void on_sliShutter_sliderReleased();
+    void on_spiAutoExp_valueChanged(int value);
+    void on_sliAutoExp_actionTriggered(int action);
+    void on_sliAutoExp_sliderReleased();
+    void on_chkGain_clicked(bool checked);
+    void on_chkShutter_clicked(bool checked);
+    void on_cmbWB_activated(const QString &text);
+    void on_btnWBDefault_clicked();
+
+private slots: // "Video Modes"
+    void on_btnROIApply_clicked();
+    void on_btnROIMax_clicked();
+    void on_spiFrameRate_valueChanged(double rate);
+    void on_cbPixelFormat_activated(const QString &text);
+
+private slots: // "Trigger&Stobe"
+    void on_chkTriEnabled_clicked(bool checked);
+    void on_cmbTriMode_activated(const QString &text);
+    void on_cmbTriPol_activated(const QString &text);
+    void on_cmbTriSource_activated(const QString &text);
+    void on_spTriPara_valueChanged(int value);
+    void on_spTriDelay_valueChanged(int value);
+    void on_spTrNoiseFilter_valueChanged(int value);
+    void on_btnApply_clicked();
+    void on_btnRunSWTri_clicked();
+    void on_chkStroEnabled_clicked(bool checked);
+    void on_cmbStroMode_activated(const QString &text);
+    void on_cmbStroPol_activated(const QString &text);
+    void on_spStroDelay_valueChanged(int value);
+    void on_spStroDuration_valueChanged(int value);
+
+private slots: // "Miscellaneous"
+    void on_btnUserSetSave_clicked();
+    void on_btnUserSetLoad_clicked();
+    void on_btnUserSetPW_clicked();
+    void on_radioSaveOnce_clicked();
+    void on_radioSaveAll_clicked();
+    void on_btnSaveBrowser_clicked();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    // One feature with a spin box and a slider of type int.
+    void loadInteger(const IntegerFeature &feature);
+    void loadRange(const IntegerFeature &feature);
+    void showInteger(const IntegerFeature &feature, int value);
+    void setIntegerEnabled(const IntegerFeature &feature, bool enabled);
+    void sendInteger(const IntegerFeature &feature, int value);
+    void pageInteger(const IntegerFeature &feature, int action);
+    void releaseInteger(const IntegerFeature &feature);
+
+    void loadGamma();
+    void loadGain();
+    void loadShutter();
+    void loadWhiteBalance();
+    void fillWhiteBalance();
+    void setShutterEnabled(bool enabled);
+    void showShutter(quint32 value);
+    void setColourGainsEnabled(bool enabled);
+    void readColourGains();
+
+    void loadRegion();
+    void showRegion();
+    void loadFrameRate();
+    void loadPixelFormats();
+    void fillSaveExtensions(const QStringList &always);
+
+    void setUpTabs();
+    void setSaveCount(int count);
+    void publishSaveOpt();
+    void publishCamera();
+
+    void GrabThread();
+    void grabInto(SensorCanvas &canvas);
+    void showPreview(const SensorCanvas &canvas);
+    void takePreview();
+    bool waitForNextGrab();
+
+    std::unique_ptr<Ui::CameraCtrl> ui;
+    StreamControl *m_pMainWindow; // not owned; may be null
+    OCameraHandle m_hCamera = nullptr;
+    bool m_bGammaScaled = true; // the gamma slider works in tenths
+    OSizeInfo m_sizeInfo{};
+
+    std::mutex m_saveMutex; // guards m_saveOption
+    SaveOption m_saveOption;
+    int m_saveCount = 1;
+
+    bool m_bGrabRunning = false;
+    std::thread m_grabThread;
+    std::condition_variable m_grabWake; // m_preview.stop was set or m_preview.paused cleared
+    std::mutex m_previewMutex;          // guards m_preview
+    PreviewState m_preview;
+};
