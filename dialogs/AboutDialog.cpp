@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+// The about dialog: where its versions come from.
+#include "dialogs/AboutDialog.h"
+
+#include <QFileInfo>
+#include <QFontMetrics>
+#include <QSettings>
+#include <QSysInfo>
+
+#include "dialogs/ui_AboutDialog.h"
+
+namespace {
+
+/// Far above any header of the library; what is larger is not one, and not worth the reading.
+constexpr qint64 largestHeader = 1 << 20;
+/// A version longer than this would only blow up the dialog.
+constexpr int longestVersion = 64;
+
+QString version(const QSettings &settings, const QString &key)
+{
+    return settings.value(key).toString().left(longestVersion);
+}
+
+} // namespace
+
+AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui_AboutDialog>())
+{
+    ui->setupUi(this);
+    fitTitle();
+    ui->laOS->setText(QStringLiteral("%1, %2 (%3)")
+                          .arg(QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
+                               QSysInfo::currentCpuArchitecture()));
+    const SdkVersions versions = readSdkVersions(sdkHeaderPath());
+    ui->laPackage->setText(versions.package);
+    ui->laLibrary->setText(versions.library);
+}
+
+AboutDialog::~AboutDialog() = default;
+
+QString AboutDialog::sdkHeaderPath()
+{
+    return QStringLiteral("/usr/local/include/orvalis/OrvalisAPI.h");
+}
+
+AboutDialog::SdkVersions AboutDialog::readSdkVersions(const QString &headerPath)
+{
+    // isFile() keeps pipes, which would block, and directories away from QSettings.
+    const QFileInfo header(headerPath);
+    if (!header.isFile() || !header.isReadable() || header.size() > largestHeader)
+        return {};
+    QSettings settings(headerPath, QSettings::IniFormat);
+    settings.setIniCodec("UTF-8");
+    settings.beginGroup(QStringLiteral("VERSION_INFO"));
+    return {version(settings, QStringLiteral("PACKAGE_VERSION")),
+            version(settings, QStringLiteral("LIBRARY_VERSION"))};
+}
+
+/// The title's box and size in points are fixed; fonts wider than the intended one are condensed.
+void AboutDialog::fitTitle()
+{
+    constexpr int mostCondensed = 50;
+    QFont title = ui->label->font();
+    for (int stretch = 100; stretch >= mostCondensed; stretch -= 5) {
+        title.setStretch(stretch);
+        if (QFontMetrics(title).horizontalAdvance(ui->label->text()) <= ui->label->maximumWidth())
+            break;
+    }
+    ui->label->setFont(title);
+}

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+// The register dialog: text to numbers and back, and the font that its fixed size has room for.
+#include "dialogs/AccessRegister.h"
+
+#include <QFontInfo>
+#include <QFontMetrics>
+#include <QKeyEvent>
+
+#include <cstdio>
+
+#include "dialogs/ui_AccessRegister.h"
+#include "sdk/OrvalisAPI.h"
+
+namespace {
+
+/// The first hexadecimal number in the field, 0 if there is none. scanf's own conversion decides on
+/// blanks, signs, a leading "0x" and where the number ends.
+unsigned int hexadecimal(const QLineEdit &field)
+{
+    unsigned int number = 0;
+    static_cast<void>(std::sscanf(field.text().toLatin1().constData(), "%x", &number));
+    return number;
+}
+
+/// True if `text`, with `margin` pixels around it, fits the widget.
+bool hasRoom(const QWidget &widget, const QFont &font, const QString &text, QSize margin)
+{
+    const QFontMetrics metrics(font);
+    return metrics.horizontalAdvance(text) + margin.width() <= widget.width() &&
+           metrics.height() + margin.height() <= widget.height();
+}
+
+} // namespace
+
+AccessRegister::AccessRegister(QWidget *parent, void *handle)
+    : QDialog(parent), ui(std::make_unique<Ui_AccessRegister>()), m_pHandle(handle)
+{
+    ui->setupUi(this);
+    fitFont();
+}
+
+AccessRegister::~AccessRegister() = default;
+
+/// The widgets' places are fixed in pixels, the desktop's font is not: takes the largest size up to
+/// the desktop's that nothing is cut off with.
+void AccessRegister::fitFont()
+{
+    constexpr int smallestPixelSize = 6;
+    const QSize edge(2, 0), editFrame(10, 4), buttonFrame(16, 4);
+    const QString widestData = QStringLiteral("DDDDDDDD");
+    QFont fitted = font();
+    int size = QFontInfo(fitted).pixelSize();
+    for (; size > smallestPixelSize; --size) {
+        fitted.setPixelSize(size);
+        if (hasRoom(*ui->label, fitted, ui->label->text(), edge) &&
+            hasRoom(*ui->label_2, fitted, ui->label_2->text(), edge) &&
+            hasRoom(*ui->edData, fitted, widestData, editFrame) &&
+            hasRoom(*ui->btnWrite, fitted, ui->btnWrite->text(), buttonFrame))
+            break;
+    }
+    fitted.setPixelSize(size);
+    setFont(fitted);
+}
+
+void AccessRegister::on_btnRead_clicked()
+{
+    std::uint32_t value = 0;
+    OrvalisReadRegister(m_pHandle, hexadecimal(*ui->edAddr), &value);
+    ui->edData->setText(QString::asprintf("%08X", value));
+}
+
+void AccessRegister::on_btnWrite_clicked()
+{
+    OrvalisWriteRegiser(m_pHandle, hexadecimal(*ui->edAddr), hexadecimal(*ui->edData));
+}
+
+void AccessRegister::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() != Qt::Key_Enter) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    event->accept();
+    if (focusWidget() == ui->edAddr)
+        on_btnRead_clicked();
+    else if (focusWidget() == ui->edData)
+        on_btnWrite_clicked();
+}

@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+// The feature dock: its widgets, its tree, and what the click on a node shows.
+#include "tree/XMLCtrl.h"
+
+#include <QHeaderView>
+#include <QHostAddress>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "capture/StreamControl.h"
+#include "sdk/OrvalisAPI.h"
+#include "tree/NodeText.h"
+#include "tree/TreeModel.h"
+#include "tree/ui_XMLCtrl.h"
+
+namespace {
+
+/// Layouts of the value panel, numbers as HideShowXMLCtrl() takes them.
+enum PanelMode { PanelNothing = 0, PanelValue = 1, PanelEnumeration = 2, PanelCommand = 3 };
+
+/// Kept: the spelling "Acquisigion". The camera's own AcquisitionFrameRateAbs is not locked.
+constexpr std::array lockedWhileAcquiring = {"Width",   "Height",      "OffsetX",
+                                             "OffsetY", "PixelFormat", "AcquisigionFrameRateAbs"};
+
+bool isAddressNode(const QByteArray &name)
+{
+    return name.contains("Persistent") || name == "GevSCDA";
+}
+
+} // namespace
+
+XMLCtrl::XMLCtrl(QWidget *parent)
+    : QDockWidget(parent), ui(std::make_unique<Ui_XMLCtrl>()),
+      m_pMainWindow(dynamic_cast<StreamControl *>(parent))
+{
+    ui->setupUi(this);
+    // The dock's width is fixed: names that are wider have to be reached by scrolling.
+    ui->treeXML->header()->setStretchLastSection(false);
+    ui->treeXML->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    HideShowXMLCtrl(PanelNothing, true);
+}
+
+XMLCtrl::~XMLCtrl() = default;
+
+void XMLCtrl::CreateXMLTree(void *handle)
+{
+    const QStringList headers{tr("Root")};
+    m_pHandle = handle;
+    delete m_pModel;
+    m_pModel = nullptr;
+    m_pModel = new TreeModel(headers, handle, this);
+    ui->treeXML->setModel(m_pModel);
+    for (int column = 0; column < m_pModel->columnCount(); ++column)
+        ui->treeXML->resizeColumnToContents(column);
+}
+
+void XMLCtrl::DeleteXMLTree()
+{
+    delete m_pModel;
+    m_pModel = nullptr;
+    m_pHandle = nullptr;
+}
+
+void XMLCtrl::HideShowXMLCtrl(int mode, bool enable)
+{
+    ui->edXMLValue->setEnabled(enable);
+    ui->cmbXMLValue->setEnabled(enable);
+    ui->btnXMLExcute->setEnabled(enable);
+    if (mode < PanelNothing || mode > PanelCommand)
+        return;
+    ui->laXMLValue->setVisible(mode == PanelValue);
+    ui->edXMLValue->setVisible(mode == PanelValue);
+    ui->laXMLEnum->setVisible(mode == PanelEnumeration);
+    ui->cmbXMLValue->setVisible(mode == PanelEnumeration);
+    ui->laXMLExcute->setVisible(mode == PanelCommand);
+    ui->btnXMLExcute->setVisible(mode == PanelCommand);
+}
+
+void XMLCtrl::UpdateAcqState(bool acquiring)
+{
+    const bool locked =
+        std::any_of(lockedWhileAcquiring.begin(), lockedWhileAcquiring.end(),
+                    [this](const char *name) { return m_strNodeName == QLatin1String(name); });
+    if (!locked)
+        return;
+    ui->edXMLValue->setEnabled(!acquiring);
+    ui->cmbXMLValue->setEnabled(!acquiring);
+}
+
+void XMLCtrl::on_treeXML_clicked(const QModelIndex &index)
+{
+    // An index of a tree that is gone leads to freed items.
+    if (!m_pHandle || !m_pModel || (index.isValid() && index.model() != m_pModel))
+        return;
+    const QString text = m_pModel->data(index, Qt::DisplayRole).toString();
+    const QByteArray name = text.toLatin1();
+    ONodeInfo info{};
+    info.type = -1;
+    info.accessMode = ORVALIS_ACCESS_READ_ONLY;
+    OrvalisGetNodeInfo(m_pHandle, name.constData(), &info);
+    showNode(name, info.type, info.accessMode == ORVALIS_ACCESS_READ_WRITE);
+    m_strNodeName = text;
+    m_nNodeType = info.type;
+}
+
+void XMLCtrl::showNode(const QByteArray &name, int type, bool readWrite)
+{
+    switch (type) {
+    case ORVALIS_NODE_INTEGER:
+        return showInteger(name, readWrite);
+    case ORVALIS_NODE_FLOAT:
+        return showFloat(name, readWrite);
+    case ORVALIS_NODE_STRING:
+        return showString(name, readWrite);
+    case ORVALIS_NODE_BOOLEAN:
+        return showBoolean(name, readWrite);
+    case ORVALIS_NODE_ENUMERATION:
+        return showEnumeration(name, readWrite);
+    case ORVALIS_NODE_COMMAND:
+        // Only read-write commands can be pressed, write-only ones cannot.
+        return HideShowXMLCtrl(PanelCommand, readWrite);
+    default:
+        return HideShowXMLCtrl(PanelNothing, true);
+    }
+}
+
+/// A value that cannot be read leaves the previous text standing in a disabled field.
+void XMLCtrl::showText(bool readable, bool readWrite, const QString &text)
+{
+    if (!readable) {
+        ui->edXMLValue->setEnabled(false);
+        return;
+    }
+    ui->edXMLValue->setEnabled(readWrite);
+    ui->edXMLValue->setText(text);
+}
+
+void XMLCtrl::showInteger(const QByteArray &name, bool readWrite)
+{
+    HideShowXMLCtrl(PanelValue, readWrite);
+    OIntNode node{};
+    const bool readable = OrvalisGetNodeInt(m_pHandle, name.constData(), &node) == ORVALIS_OK;
+    const QString text = isAddressNode(name)
+                             ? QHostAddress(static_cast<quint32>(node.value)).toString()
+                             : QStringLiteral("%1").arg(static_cast<qint64>(node.value));
+    showText(readable, readWrite, text);
+}
+
+void XMLCtrl::showFloat(const QByteArray &name, bool readWrite)
+{
+    HideShowXMLCtrl(PanelValue, readWrite);
+    OFloatNode node{0, 0, 0, 0.001};
+    const bool readable = OrvalisGetNodeFloat(m_pHandle, name.constData(), &node) == ORVALIS_OK;
+    showText(readable, readWrite, QStringLiteral("%1").arg(node.value, 0, 'g', -1));
+}
+
+void XMLCtrl::showString(const QByteArray &name, bool readWrite)
+{
+    HideShowXMLCtrl(PanelValue, readWrite);
+    char text[ORVALIS_TEXT_SIZE] = {};
+    const bool readable = OrvalisGetNodeString(m_pHandle, name.constData(), text) == ORVALIS_OK;
+    showText(readable, readWrite, QString::fromLatin1(bytesOf(text)));
+}
+
+void XMLCtrl::showBoolean(const QByteArray &name, bool readWrite)
+{
+    HideShowXMLCtrl(PanelValue, readWrite);
+    bool flag = false;
+    const bool readable = OrvalisGetNodeBoolean(m_pHandle, name.constData(), &flag) == ORVALIS_OK;
+    showText(readable, readWrite, QString::number(numberOf(flag)));
+}
+
+void XMLCtrl::showEnumeration(const QByteArray &name, bool readWrite)
+{
+    HideShowXMLCtrl(PanelEnumeration, readWrite);
+    ui->cmbXMLValue->clear();
+    const auto node = std::make_unique<OEnumNode>();
+    node->count = ORVALIS_ENUM_SIZE;
+    if (OrvalisGetNodeEnum(m_pHandle, name.constData(), node.get()) != ORVALIS_OK) {
+        ui->cmbXMLValue->setEditable(false);
+        return;
+    }
+    ui->cmbXMLValue->setEditable(readWrite);
+    const auto count = std::min<std::uint32_t>(node->count, ORVALIS_ENUM_SIZE);
+    for (std::uint32_t i = 0; i < count; ++i)
+        ui->cmbXMLValue->addItem(QString::fromLatin1(bytesOf(node->names[i])));
+    ui->cmbXMLValue->setCurrentIndex(node->currentIndex);
+}
