@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// The table of pixel formats: found by code and by name, and consistent with what the codes say.
+#include "library/convert/Convert.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <set>
+
+using namespace std::string_view_literals;
+using orvalis::findPixelFormat;
+using orvalis::imageBytes;
+using orvalis::PixelFormat;
+
+namespace {
+
+struct Row {
+    std::string_view name;
+    std::uint32_t code;
+};
+
+class KnownFormat : public testing::TestWithParam<Row> {};
+
+TEST_P(KnownFormat, isFoundByNameAndCode)
+{
+    const PixelFormat *format = findPixelFormat(GetParam().name);
+    ASSERT_NE(format, nullptr);
+    EXPECT_EQ(format->code, GetParam().code);
+    EXPECT_EQ(findPixelFormat(GetParam().code), format);
+}
+
+TEST_P(KnownFormat, takesTheBitsThatItsCodeTells)
+{
+    const PixelFormat *format = findPixelFormat(GetParam().code);
+    ASSERT_NE(format, nullptr);
+    EXPECT_EQ(format->bitsPerPixel, GetParam().code >> 16 & 0xFF);
+    EXPECT_EQ(format->hasDirectColor(), GetParam().code >> 24 == 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, KnownFormat,
+    testing::Values(
+        Row{"Mono8", 0x01080001}, Row{"Mono10", 0x01100003}, Row{"Mono12", 0x01100005},
+        Row{"Mono14", 0x01100025}, Row{"Mono16", 0x01100007}, Row{"Mono10p", 0x010A0046},
+        Row{"Mono12p", 0x010C0047}, Row{"Mono10Packed", 0x010C0004},
+        Row{"Mono12Packed", 0x010C0006}, Row{"BayerGR8", 0x01080008}, Row{"BayerRG8", 0x01080009},
+        Row{"BayerGB8", 0x0108000A}, Row{"BayerBG8", 0x0108000B}, Row{"BayerGR10", 0x0110000C},
+        Row{"BayerBG10", 0x0110000F}, Row{"BayerGR12", 0x01100010}, Row{"BayerBG12", 0x01100013},
+        Row{"BayerGR16", 0x0110002E}, Row{"BayerBG16", 0x01100031}, Row{"BayerGR10p", 0x010A0056},
+        Row{"BayerRG10p", 0x010A0058}, Row{"BayerGB12p", 0x010C0055}, Row{"BayerBG12p", 0x010C0053},
+        Row{"BayerGR10Packed", 0x010C0026}, Row{"BayerBG12Packed", 0x010C002D},
+        Row{"RGB8", 0x02180014}, Row{"BGR8", 0x02180015}, Row{"RGB8_Planar", 0x02180021},
+        Row{"YUV422_8", 0x02100032}, Row{"YUV422_8_UYVY", 0x0210001F},
+        Row{"YCbCr422_8", 0x0210003B}, Row{"RGB8Packed", 0x02180014}, Row{"BGR8Packed", 0x02180015},
+        Row{"YUV422Packed", 0x0210001F}, Row{"YUYVPacked", 0x02100032}),
+    [](const auto &row) { return std::string(row.param.name); });
+
+TEST(PixelFormat, unknownCodesAndNamesGiveNull)
+{
+    EXPECT_EQ(findPixelFormat(0U), nullptr);
+    EXPECT_EQ(findPixelFormat(0x01080002U), nullptr);
+    EXPECT_EQ(findPixelFormat(""sv), nullptr);
+    EXPECT_EQ(findPixelFormat("mono8"sv), nullptr);
+    EXPECT_EQ(findPixelFormat("Mono8\0"sv), nullptr);
+}
+
+TEST(PixelFormat, unpackedFormatKeepsColourAndDepth)
+{
+    for (const auto &[packed, unpacked] :
+         {std::pair{"Mono10p"sv, "Mono10"sv}, std::pair{"Mono12Packed"sv, "Mono12"sv},
+          std::pair{"BayerGR12p"sv, "BayerGR12"sv}, std::pair{"BayerRG10Packed"sv, "BayerRG10"sv},
+          std::pair{"BayerGB12Packed"sv, "BayerGB12"sv}, std::pair{"Mono8"sv, "Mono8"sv}}) {
+        EXPECT_EQ(orvalis::unpackedFormat(*findPixelFormat(packed)), findPixelFormat(unpacked))
+            << packed;
+    }
+}
+
+TEST(PixelFormat, imageBytesRoundsUpOverTheWholeImage)
+{
+    EXPECT_EQ(imageBytes(*findPixelFormat("Mono8"sv), 5, 3), 15U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("Mono12"sv), 5, 3), 30U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("Mono12p"sv), 5, 3), 23U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("Mono10p"sv), 5, 3), 19U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("Mono10Packed"sv), 1, 1), 2U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("RGB8"sv), 5, 3), 45U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("YUV422_8"sv), 5, 3), 30U);
+}
+
+TEST(PixelFormat, imageBytesIsZeroOnOverflow)
+{
+    constexpr auto most = std::numeric_limits<std::uint32_t>::max();
+    EXPECT_EQ(imageBytes(*findPixelFormat("RGB8"sv), most, most), 0U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("Mono8"sv), most, 0), 0U);
+}
+
+} // namespace
