@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+// Finds and copies the pixels of a frame that are shown, without trusting what the frame claims.
+#include "capture/FramePixels.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace {
+
+constexpr std::uint32_t formatMono12 = 0x01100005;
+constexpr std::uint32_t formatBayerGR12 = 0x01100010;
+
+// Rows aligned to 4 bytes take at most 4 bytes a pixel, be the pixels 1 or 3 bytes and the row
+// short or long.
+constexpr std::uint64_t allocatedPerPixel = 4;
+constexpr std::uint64_t maximumAllocation = std::numeric_limits<std::int32_t>::max();
+
+constexpr std::uint32_t maximumBitsPerPixel = 64;
+
+std::uint64_t pixelCount(const OImageFrame &frame)
+{
+    return std::uint64_t{frame.width} * frame.height;
+}
+
+std::uint64_t pixelCount(std::int32_t width, std::int32_t height)
+{
+    if (width < 1 || height < 1)
+        return 0;
+    return static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
+}
+
+const std::uint8_t *planeOf(const OImageFrame &frame, FramePlane plane)
+{
+    switch (plane) {
+    case FramePlane::Rgb:
+        return frame.rgb;
+    case FramePlane::Mono8:
+        return frame.mono8;
+    case FramePlane::Raw:
+        break;
+    }
+    return frame.rawSize >= pixelCount(frame) ? frame.raw : nullptr;
+}
+
+} // namespace
+
+FramePlane displayPlane(bool color, std::uint32_t pixelFormat)
+{
+    if (color)
+        return FramePlane::Rgb;
+    const bool deep = pixelFormat == formatMono12 || pixelFormat == formatBayerGR12;
+    return deep ? FramePlane::Mono8 : FramePlane::Raw;
+}
+
+std::size_t pixelBytes(FramePlane plane) { return plane == FramePlane::Rgb ? 3 : 1; }
+
+const std::uint8_t *shownPixels(const OImageFrame &frame, FramePlane plane,
+                                std::int32_t regionWidth, std::int32_t regionHeight)
+{
+    const std::uint64_t pixels = pixelCount(frame);
+    const std::uint64_t room = pixelCount(regionWidth, regionHeight);
+    if (pixels == 0 || pixels > room || pixels * allocatedPerPixel > maximumAllocation)
+        return nullptr;
+    return planeOf(frame, plane);
+}
+
+std::size_t rawPlaneBytes(const OImageFrame &frame)
+{
+    if (frame.raw == nullptr)
+        return 0;
+    const std::uint64_t bits = std::clamp(frame.bitsPerPixel, 8U, maximumBitsPerPixel);
+    const std::uint64_t most = pixelCount(frame) > maximumAllocation / 8
+                                   ? maximumAllocation
+                                   : (pixelCount(frame) * bits + 7) / 8;
+    return static_cast<std::size_t>(std::min<std::uint64_t>(frame.rawSize, most));
+}
+
+FrameBuffer::FrameBuffer(std::int32_t regionWidth, std::int32_t regionHeight)
+    : m_regionWidth(regionWidth), m_regionHeight(regionHeight)
+{
+    const std::uint64_t pixels = pixelCount(regionWidth, regionHeight);
+    if (pixels > 0 && pixels <= maximumAllocation / allocatedPerPixel)
+        m_data.reset(static_cast<std::uint8_t *>(std::calloc(pixels, allocatedPerPixel)));
+}
+
+bool FrameBuffer::copyFrom(const OImageFrame &frame, FramePlane plane)
+{
+    const std::uint8_t *pixels = shownPixels(frame, plane, m_regionWidth, m_regionHeight);
+    if (pixels == nullptr || m_data == nullptr)
+        return false;
+    std::memcpy(m_data.get(), pixels, pixelCount(frame) * pixelBytes(plane));
+    return true;
+}
