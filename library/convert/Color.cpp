@@ -7,7 +7,9 @@
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
+#include <vector>
 
 namespace orvalis {
 namespace {
@@ -28,53 +30,72 @@ std::uint8_t clamped(int fixedPoint)
     return static_cast<std::uint8_t>(std::clamp(fixedPoint >> 16, 0, 255));
 }
 
+/// Rows of the three colours that one thread works on, small enough for the nearest cache.
+struct Planes {
+    explicit Planes(std::size_t width) : r(width), g(width), b(width) {}
+    std::vector<std::uint8_t> r, g, b;
+};
+
 /// One pixel by ITU-R BT.601 with the full range of 0 to 255 in Y, U and V (128 is no colour):
 /// R = Y + 1.402 V', G = Y - 0.344136 U' - 0.714136 V', B = Y + 1.772 U', with U' = U - 128,
 /// V' = V - 128. Here in 1/65536.
-void yuvPixel(int y, int u, int v, std::uint8_t *out)
+inline void yuvPixel(int y, int u, int v, std::uint8_t &r, std::uint8_t &g, std::uint8_t &b)
 {
     const int luma = (y << 16) + 0x8000;
-    out[0] = clamped(luma + 91881 * (v - 128));
-    out[1] = clamped(luma - 22554 * (u - 128) - 46802 * (v - 128));
-    out[2] = clamped(luma + 116130 * (u - 128));
+    r = clamped(luma + 91881 * (v - 128));
+    g = clamped(luma - 22554 * (u - 128) - 46802 * (v - 128));
+    b = clamped(luma + 116130 * (u - 128));
 }
 
-/// Where the samples of two neighbouring pixels lie in their four bytes.
-struct YuvOrder {
-    std::size_t y, u, v;
-};
-
-YuvOrder yuvOrder(PixelKind kind)
+template <std::size_t Y, std::size_t U, std::size_t V>
+void yuvPairs(const std::uint8_t *__restrict in, std::size_t pairs, std::uint8_t *__restrict r,
+              std::uint8_t *__restrict g, std::uint8_t *__restrict b)
 {
-    return kind == PixelKind::Uyvy ? YuvOrder{1, 0, 2} : YuvOrder{0, 1, 3};
+    for (std::size_t i = 0; i < pairs; ++i) {
+        const int u = in[i * 4 + U];
+        const int v = in[i * 4 + V];
+        yuvPixel(in[i * 4 + Y], u, v, r[i * 2], g[i * 2], b[i * 2]);
+        yuvPixel(in[i * 4 + Y + 2], u, v, r[i * 2 + 1], g[i * 2 + 1], b[i * 2 + 1]);
+    }
 }
 
-void yuvRow(const std::uint8_t *in, std::size_t width, YuvOrder order, std::uint8_t *out)
+void yuvRow(const std::uint8_t *in, std::size_t width, bool uyvy, Planes &row)
 {
     const std::size_t pairs = width / 2;
-    for (std::size_t i = 0; i < pairs; ++i) {
-        const std::uint8_t *pair = in + i * 4;
-        const int u = pair[order.u];
-        const int v = pair[order.v];
-        yuvPixel(pair[order.y], u, v, out + i * 6);
-        yuvPixel(pair[order.y + 2], u, v, out + i * 6 + 3);
-    }
+    const auto convert = uyvy ? yuvPairs<1, 0, 2> : yuvPairs<0, 1, 3>;
+    convert(in, pairs, row.r.data(), row.g.data(), row.b.data());
     if (width % 2 != 0) {
         // The last pixel of an odd row comes with U alone: V is that of the pair before it.
         const std::uint8_t *last = in + pairs * 4;
-        const int v = pairs > 0 ? in[(pairs - 1) * 4 + order.v] : 128;
-        yuvPixel(last[order.y], last[order.u], v, out + pairs * 6);
+        const int v = pairs > 0 ? last[uyvy ? -2 : -1] : 128;
+        yuvPixel(last[uyvy ? 1 : 0], last[uyvy ? 0 : 1], v, row.r.back(), row.g.back(),
+                 row.b.back());
     }
+}
+
+/// Three planes of `rows` x `columns` pixels to R, G, B in turn.
+void interleave(const std::uint8_t *r, const std::uint8_t *g, const std::uint8_t *b, int rows,
+                int columns, std::uint8_t *out)
+{
+    const auto plane = [&](const std::uint8_t *data) {
+        return cv::Mat(rows, columns, CV_8UC1, const_cast<std::uint8_t *>(data));
+    };
+    const std::array planes{plane(r), plane(g), plane(b)};
+    cv::Mat result(rows, columns, CV_8UC3, out);
+    cv::merge(planes.data(), planes.size(), result);
 }
 
 void yuvToRgb(const ImageView &image, std::uint8_t *out)
 {
-    const YuvOrder order = yuvOrder(image.format->kind);
+    const bool uyvy = image.format->kind == PixelKind::Uyvy;
     const std::size_t width = image.width;
     cv::parallel_for_(cv::Range(0, static_cast<int>(image.height)), [&](const cv::Range &rows) {
-        for (int row = rows.start; row < rows.end; ++row) {
-            const auto y = static_cast<std::size_t>(row);
-            yuvRow(image.data + y * width * 2, width, order, out + y * width * 3);
+        Planes row(width);
+        for (int i = rows.start; i < rows.end; ++i) {
+            const auto y = static_cast<std::size_t>(i);
+            yuvRow(image.data + y * width * 2, width, uyvy, row);
+            interleave(row.r.data(), row.g.data(), row.b.data(), 1, static_cast<int>(width),
+                       out + y * width * 3);
         }
     });
 }
@@ -82,11 +103,8 @@ void yuvToRgb(const ImageView &image, std::uint8_t *out)
 void planarToRgb(const ImageView &image, std::uint8_t *out)
 {
     const std::size_t pixels = pixelCount(image);
-    for (std::size_t i = 0; i < pixels; ++i) {
-        out[i * 3] = image.data[i];
-        out[i * 3 + 1] = image.data[pixels + i];
-        out[i * 3 + 2] = image.data[2 * pixels + i];
-    }
+    interleave(image.data, image.data + pixels, image.data + 2 * pixels,
+               static_cast<int>(image.height), static_cast<int>(image.width), out);
 }
 
 void planarToBrightness(const ImageView &image, std::uint8_t *out)
@@ -154,7 +172,7 @@ bool toBrightness8(const ImageView &image, std::uint8_t *out)
         cv::cvtColor(mat(image, CV_8UC3), result,
                      kind == PixelKind::Rgb ? cv::COLOR_RGB2GRAY : cv::COLOR_BGR2GRAY);
     } else {
-        const std::uint8_t *luma = image.data + yuvOrder(kind).y;
+        const std::uint8_t *luma = image.data + (kind == PixelKind::Uyvy ? 1 : 0);
         const std::size_t pixels = pixelCount(image);
         for (std::size_t i = 0; i < pixels; ++i) {
             out[i] = luma[i * 2];

@@ -9,10 +9,6 @@ namespace orvalis {
 /// No sensor has more pixels in a row or column; keeps every product within an int for OpenCV.
 inline constexpr std::uint32_t maxImageEdge = 1U << 20;
 
-/// Packed groups of four pixels that one thread unpacks at a time: 64 KiB of output, so that small
-/// images do not pay for threads.
-inline constexpr std::size_t stripeGroups = 8192;
-
 /// True if the image has pixels and its memory holds all of them.
 inline bool fits(const ImageView &image)
 {

@@ -77,21 +77,40 @@ void unpackGroupsWide(const std::uint8_t *in, std::size_t groups, std::uint16_t 
     }
 }
 
+/// A part of an image that one thread works on.
+struct Stripe {
+    std::size_t first;
+    std::size_t count;
+};
+
+/// Pixels of a stripe: enough that small images do not pay for threads.
+constexpr std::size_t stripePixels = 32768;
+
+int stripes(std::size_t pixels)
+{
+    return static_cast<int>((pixels + stripePixels - 1) / stripePixels);
+}
+
+Stripe stripeOf(const cv::Range &range, std::size_t pixels)
+{
+    const std::size_t first = static_cast<std::size_t>(range.start) * stripePixels;
+    const std::size_t end = static_cast<std::size_t>(range.end) * stripePixels;
+    return {first, std::min(pixels, end) - first};
+}
+
 template <typename Packing>
 void unpackAll(const std::uint8_t *in, std::size_t size, std::size_t pixels, std::uint16_t *out)
 {
     const std::size_t groups = pixels / 4;
     const std::size_t wide = groups > 2 ? groups - 2 : 0;
-    const double stripes = static_cast<double>(wide) / stripeGroups;
     cv::parallel_for_(
-        cv::Range(0, static_cast<int>((wide + stripeGroups - 1) / stripeGroups)),
+        cv::Range(0, stripes(wide * 4)),
         [&](const cv::Range &range) {
-            const std::size_t first = static_cast<std::size_t>(range.start) * stripeGroups;
-            const std::size_t last =
-                std::min(wide, static_cast<std::size_t>(range.end) * stripeGroups);
-            unpackGroupsWide<Packing>(in + first * Packing::bytes, last - first, out + first * 4);
+            const Stripe stripe = stripeOf(range, wide * 4);
+            unpackGroupsWide<Packing>(in + stripe.first / 4 * Packing::bytes, stripe.count / 4,
+                                      out + stripe.first);
         },
-        stripes);
+        static_cast<double>(wide) / stripePixels);
     unpackGroups<Packing>(in + wide * Packing::bytes, groups - wide, out + wide * 4);
 
     if (const std::size_t rest = pixels % 4; rest > 0) {
@@ -100,6 +119,19 @@ void unpackAll(const std::uint8_t *in, std::size_t size, std::size_t pixels, std
         std::memcpy(&x, in + offset, std::min(size - offset, Packing::bytes));
         x = Packing::spread(x);
         std::memcpy(out + groups * 4, &x, rest * sizeof(std::uint16_t));
+    }
+}
+
+/// `out` gets the upper 8 bits. Some cameras leave noise above the significant bits: better white
+/// than wrapped around.
+void shiftDown(const std::uint8_t *__restrict in, std::size_t count, unsigned shift,
+               std::uint8_t *__restrict out)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint16_t word = 0;
+        std::memcpy(&word, in + i * sizeof word, sizeof word);
+        word = static_cast<std::uint16_t>(word >> shift);
+        out[i] = static_cast<std::uint8_t>(word > 255 ? 255 : word);
     }
 }
 
@@ -130,12 +162,14 @@ bool toGray8(const ImageView &image, std::uint8_t *out)
         return true;
     }
     const unsigned shift = image.format->depth - 8;
-    for (std::size_t i = 0; i < pixels; ++i) {
-        std::uint16_t word = 0;
-        std::memcpy(&word, image.data + i * sizeof word, sizeof word);
-        // Some cameras leave noise above the significant bits: better white than wrapped around.
-        out[i] = static_cast<std::uint8_t>(std::min(word >> shift, 255));
-    }
+    cv::parallel_for_(
+        cv::Range(0, stripes(pixels)),
+        [&](const cv::Range &range) {
+            const Stripe stripe = stripeOf(range, pixels);
+            shiftDown(image.data + stripe.first * sizeof(std::uint16_t), stripe.count, shift,
+                      out + stripe.first);
+        },
+        static_cast<double>(pixels) / (16 * stripePixels));
     return true;
 }
 
