@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+// Answers that no sane library gives, of exactly the sizes that OrvalisAPI.h documents.
+#include "tests/fakelibrary/FakeHostile.h"
+
+#include <array>
+#include <limits>
+
+namespace fakeorvalis {
+
+std::int32_t HostileSource::result()
+{
+    if (chance(75))
+        return ORVALIS_OK;
+    constexpr std::array<std::int32_t, 7> failures{-1, -4, -7, -10, -11, 1, 77777};
+    return failures[generator_() % failures.size()];
+}
+
+void HostileSource::fill(std::int32_t &value)
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    constexpr std::array<std::int32_t, 10> favourites{0,  -1, 1,   Limits::min(), Limits::max(),
+                                                      64, 65, 129, 257,           -128};
+    const auto pick = generator_() % (favourites.size() + 2);
+    value = pick < favourites.size() ? favourites[pick] : static_cast<std::int32_t>(generator_());
+}
+
+void HostileSource::fill(std::uint32_t &value)
+{
+    std::int32_t number = 0;
+    fill(number);
+    value = static_cast<std::uint32_t>(number);
+}
+
+void HostileSource::fill(double &value)
+{
+    using Limits = std::numeric_limits<double>;
+    constexpr std::array<double, 9> favourites{0,
+                                               -1,
+                                               1,
+                                               Limits::infinity(),
+                                               -Limits::infinity(),
+                                               Limits::quiet_NaN(),
+                                               1e300,
+                                               -1e300,
+                                               Limits::denorm_min()};
+    const auto pick = generator_() % (favourites.size() + 2);
+    value =
+        pick < favourites.size() ? favourites[pick] : static_cast<double>(generator_()) / 1000.0;
+}
+
+void HostileSource::fill(float &value)
+{
+    double number = 0;
+    fill(number);
+    value = number > 1e30    ? std::numeric_limits<float>::infinity()
+            : number < -1e30 ? -std::numeric_limits<float>::infinity()
+                             : static_cast<float>(number);
+}
+
+void HostileSource::text(std::span<char> buffer)
+{
+    if (chance(10)) {
+        buffer.front() = '\0';
+        return;
+    }
+    for (char &character : buffer)
+        character = static_cast<char>(1 + generator_() % 255);
+}
+
+void HostileSource::fill(OCameraInfo &info)
+{
+    for (char *name : {info.cameraId, info.displayName, info.vendor, info.model, info.serialNumber,
+                       info.firmware})
+        text({name, ORVALIS_NAME_SIZE});
+    fill(info.pixelFormat);
+    fill(info.sensorPixelFormat);
+}
+
+void HostileSource::fill(OSizeInfo &size)
+{
+    for (std::int32_t *value :
+         {&size.offsetX, &size.offsetY, &size.width, &size.height, &size.maxWidth, &size.maxHeight})
+        fill(*value);
+}
+
+void HostileSource::fill(ONodeList &list)
+{
+    for (auto &name : list.names)
+        text(name);
+    fill(list.count);
+}
+
+void HostileSource::fill(ONodeInfo &info)
+{
+    // Types and access modes that exist come often enough to reach the code behind them.
+    info.type = static_cast<std::int32_t>(generator_() % 12) - 1;
+    info.accessMode = static_cast<std::int32_t>(generator_() % 8) - 1;
+    info.lockable = static_cast<std::uint8_t>(generator_() % 256);
+    info.visibility = static_cast<std::uint8_t>(generator_() % 256);
+    text(info.displayName);
+    text(info.description);
+    text(info.unit);
+}
+
+void HostileSource::fill(OIntNode &node)
+{
+    for (std::int32_t *value : {&node.value, &node.minimum, &node.maximum, &node.increment})
+        fill(*value);
+}
+
+void HostileSource::fill(OFloatNode &node)
+{
+    for (double *value : {&node.value, &node.minimum, &node.maximum, &node.increment})
+        fill(*value);
+}
+
+void HostileSource::fill(OEnumNode &node)
+{
+    for (auto &name : node.names)
+        text(name);
+    for (std::int32_t &value : node.values)
+        fill(value);
+    fill(node.count);
+    fill(node.currentIndex);
+}
+
+void HostileSource::fill(OImageFrame &frame)
+{
+    for (std::uint32_t *value : {&frame.rawSize, &frame.width, &frame.height, &frame.bitsPerPixel})
+        fill(*value);
+}
+
+} // namespace fakeorvalis

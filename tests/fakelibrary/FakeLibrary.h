@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+// The insides of the recording camera library: its one instance, and how an entry point is written.
+#pragma once
+
+#include "tests/fakelibrary/FakeHostile.h"
+#include "tests/fakelibrary/FakeOrvalis.h"
+
+#include <condition_variable>
+#include <fstream>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace fakeorvalis {
+
+/// One handle that was given out since the last reset.
+struct Handle {
+    OCameraHandle value = nullptr;
+    std::string cameraId;
+    bool open = false;
+};
+
+/// All that the library holds. `mutex` guards every member but itself and `deliveryMutex`.
+struct Library {
+    std::mutex mutex;
+    std::condition_variable quiet; ///< told when a delivery has ended
+    std::mutex deliveryMutex;      ///< held around a callback, so that none runs beside another
+
+    State state = defaultState();
+    std::vector<std::string> calls;
+    std::map<std::string, std::int32_t> failures;
+    std::map<std::string, std::function<void()>> hooks;
+    bool everythingFails = false;
+    std::optional<HostileSource> hostile;
+    std::vector<Handle> handles;
+    OCameraHandle streaming = nullptr;
+    OFrameCallback callback = nullptr;
+    int deliveries = 0; ///< callbacks under way
+    std::vector<std::uint8_t> grabRaw;
+    std::vector<std::uint8_t> grabRgb;
+    std::ofstream
+        trace; ///< calls again, for the real executable; FAKE_ORVALIS_TRACE names the file
+
+    Library();
+
+    void record(const std::string &call);
+    std::string nameOf(OCameraHandle handle);
+    Handle *find(OCameraHandle handle);
+    /// The code that `function` has to return instead of an answer; 0 for none.
+    std::int32_t failureOf(const std::string &function) const;
+    /// Ends the acquisition of `handle` and waits for the callback under way, unless it is the
+    /// caller.
+    void stop(std::unique_lock<std::mutex> &lock, OCameraHandle handle);
+};
+
+Library &library();
+
+/// Writes `text` into a buffer of the caller, cut to `size` bytes with its NUL.
+void putText(char *buffer, std::size_t size, const std::string &text);
+
+/// How floats are recorded: as short as reading them back allows.
+std::string shortest(double value);
+std::string shortest(float value);
+
+/// One call of an entry point: takes the arguments in order, then answers.
+class Call {
+public:
+    explicit Call(const char *function) : m_function(function) {}
+
+    Call &handle(OCameraHandle handle);
+    Call &in(const char *text);
+    Call &in(bool value) { return argument(value ? "true" : "false"); }
+    Call &in(float value) { return argument(shortest(value)); }
+    Call &in(double value) { return argument(shortest(value)); }
+    Call &in(std::int32_t value) { return argument(std::to_string(value)); }
+    Call &in(std::uint32_t value) { return argument(std::to_string(value)); }
+    Call &in(const OSizeInfo &size);
+    Call &in(OFrameCallback callback) { return argument(callback ? "callback" : "null"); }
+
+    template <typename Value> Call &out(Value *value)
+    {
+        return output(value, [value](HostileSource &source) { source.fill(*value); });
+    }
+    Call &textOut(char *buffer, std::size_t size)
+    {
+        return output(buffer, [=](HostileSource &source) { source.text({buffer, size}); });
+    }
+    /// A call without outputs whose effect stays real under hostility, such as start and stop.
+    Call &honest()
+    {
+        m_honest = true;
+        return *this;
+    }
+
+    /// Records, runs the hook, and unless the call has to fail lets `body` answer under the lock.
+    std::int32_t answer(const std::function<std::int32_t(State &)> &body);
+    /// The same with the whole library, for calls that change handles or wait.
+    std::int32_t
+    answerWith(const std::function<std::int32_t(Library &, std::unique_lock<std::mutex> &)> &body);
+
+private:
+    Call &argument(const std::string &text);
+    Call &output(const void *target, std::function<void(HostileSource &)> fill);
+    void recordAndRunHook();
+    std::int32_t refusal(Library &fake) const;
+
+    std::string m_function;
+    std::string m_arguments;
+    std::vector<std::function<void(HostileSource &)>> m_outputs;
+    OCameraHandle m_handle = nullptr;
+    bool m_hasHandle = false;
+    bool m_nullPointer = false;
+    bool m_honest = false;
+};
+
+} // namespace fakeorvalis
