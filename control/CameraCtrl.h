@@ -2,30 +2,26 @@
 // The dock in which the user tunes the open camera.
 #pragma once
 
-#include "control/PreviewState.h"
+#include "control/PreviewShared.h"
 #include "sdk/OrvalisAPI.h"
 
 #include <QDockWidget>
 #include <QPoint>
 
-#include <condition_variable>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <thread>
 
-class QLabel;
-class QSlider;
-class QSpinBox;
 class StreamControl;
-class SensorCanvas;
 struct IntegerFeature;
 namespace Ui {
 class CameraCtrl;
 }
 
-/// Mirrors the settings of the open camera on four tabs and writes every change straight to it. There is
-/// no model in between: after a change the widgets show what the camera took. Everything runs on the GUI
-/// thread, except GrabThread() and, from any thread, getSaveOpt().
+/// Mirrors the settings of the open camera on four tabs and writes every change straight to it.
+/// There is no model in between: after a change the widgets show what the camera took. Everything
+/// runs on the GUI thread, except GrabThread() and, from any thread, getSaveOpt().
 class CameraCtrl : public QDockWidget {
     Q_OBJECT
 
@@ -34,26 +30,27 @@ public:
     explicit CameraCtrl(QWidget *parent = nullptr);
     ~CameraCtrl() override;
 
-    /// Takes `handle` for the open camera, null keeps the present one, and reloads every tab from it.
+    /// Takes `handle` for the open camera, null keeps the present one, and reloads every tab from
+    /// it.
     void loadConfigurationValue(void *handle);
     /// Forgets the camera. To be called when it is closed, after DeleteGrabThread().
     void releaseCamera();
 
     /// Sets the save options to their defaults.
     void loadSaveOpt();
-    /// Where and how to save: directory, format as shown ("BMP"), 1 for one frame per arming or -1 for
-    /// every frame. Any thread.
+    /// Where and how to save: directory, format as shown ("BMP"), 1 for one frame per arming or -1
+    /// for every frame. Any thread.
     void getSaveOpt(QString *path, QString *format, int *count);
 
     /// Starts the sensor preview; nothing if it runs.
     void CreateGrabThread();
-    /// Ends the sensor preview and waits for it: at once, or as long as a grab is under way (at most its
-    /// time-out of one second). No picture arrives afterwards.
+    /// Ends the sensor preview and waits for it: at once, or as long as a grab is under way (at
+    /// most its time-out of one second). No picture arrives afterwards.
     void DeleteGrabThread();
 
     /// Converts an image of the present region's size from 16-bit little-endian words with `bits`
-    /// significant bits to 8 bits; leaves `dst` alone if `bits` is 8. `src` holds width x height words,
-    /// `dst` takes width x height bytes.
+    /// significant bits to 8 bits; leaves `dst` alone if `bits` is 8. `src` holds width x height
+    /// words, `dst` takes width x height bytes.
     void RawXXtoRaw8(unsigned char *dst, unsigned char *src, int bits);
 
 signals:
@@ -156,9 +153,9 @@ private:
     void loadGain();
     void loadShutter();
     void loadWhiteBalance();
-    void fillWhiteBalance();
+    void fillWhiteBalance(std::int32_t count);
     void setShutterEnabled(bool enabled);
-    void showShutter(quint32 value);
+    void showShutter(std::uint32_t value);
     void setColourGainsEnabled(bool enabled);
     void readColourGains();
 
@@ -168,16 +165,15 @@ private:
     void loadPixelFormats();
     void fillSaveExtensions(const QStringList &always);
 
-    void setUpTabs();
+    void widenToTabs();
     void setSaveCount(int count);
     void publishSaveOpt();
     void publishCamera();
 
+    // Preview thread, but for takePreview().
     void GrabThread();
-    void grabInto(SensorCanvas &canvas);
-    void showPreview(const SensorCanvas &canvas);
+    void postPreview(QImage picture);
     void takePreview();
-    bool waitForNextGrab();
 
     std::unique_ptr<Ui::CameraCtrl> ui;
     StreamControl *m_pMainWindow; // not owned; may be null
@@ -187,11 +183,9 @@ private:
 
     std::mutex m_saveMutex; // guards m_saveOption
     SaveOption m_saveOption;
-    int m_saveCount = 1;
+    int m_saveCount = 1; // the GUI thread's own: 1 for "Once", -1 for "All"
 
     bool m_bGrabRunning = false;
     std::thread m_grabThread;
-    std::condition_variable m_grabWake; // m_preview.stop was set or m_preview.paused cleared
-    std::mutex m_previewMutex;          // guards m_preview
-    PreviewState m_preview;
+    PreviewShared m_preview;
 };

@@ -4,8 +4,8 @@
 
 #include <QAbstractSpinBox>
 
-/// Holds what the program gives it: bounds are applied to typed text only, never to setValue() or to
-/// steps. Whoever owns the box sets range and step before use; all four numbers start at zero.
+/// Holds what the program gives it: bounds are applied to typed text only, never to setValue() or
+/// to steps. Whoever owns the box sets range and step before use; all four numbers start at zero.
 class QLongLongSpinBox : public QAbstractSpinBox {
     Q_OBJECT
     Q_PROPERTY(qlonglong value READ value WRITE setValue NOTIFY valueChanged USER true)

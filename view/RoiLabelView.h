@@ -15,8 +15,9 @@ public:
     explicit RoiLabelView(QWidget *parent = nullptr);
 
 signals:
-    /// A rectangle was drawn from `start`, where the button went down, to `end`, where it came up. Label
-    /// coordinates, not normalized: `end` may lie left of or above `start`, and outside the label.
+    /// A rectangle was drawn from `start`, where the button went down, to `end`, where it came up.
+    /// Label coordinates, not normalized: `end` may lie left of or above `start`, and outside the
+    /// label.
     void sigCurrentPoint(QPoint start, QPoint end);
 
 public slots:

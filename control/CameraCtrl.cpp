@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// Construction of the camera control panel, its keys, and the hand-over of the camera.
+#include "control/CameraCtrl.h"
+
+#include "capture/StreamControl.h"
+#include "ui_CameraCtrl.h"
+
+#include <QKeyEvent>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTabBar>
+
+#include <algorithm>
+
+CameraCtrl::CameraCtrl(QWidget *parent)
+    : QDockWidget(parent), ui(std::make_unique<Ui::CameraCtrl>()),
+      m_pMainWindow(dynamic_cast<StreamControl *>(parent))
+{
+    ui->setupUi(this);
+    ui->sliShutter->hide(); // too coarse for its range: exposures are typed
+    ui->spiShutter->setKeyboardTracking(false);
+    ui->radioSaveAll->hide();
+    ui->laROI->setFrameStyle(QFrame::Box);
+    connect(ui->laROI, SIGNAL(sigCurrentPoint(QPoint, QPoint)), this,
+            SLOT(slotCurrentPoint(QPoint, QPoint)));
+    connect(this, SIGNAL(sigHideRubberBand()), ui->laROI, SLOT(slotHideRubberBand()));
+    connect(ui->cbPixelFormat, &QComboBox::currentTextChanged, this, &CameraCtrl::publishCamera);
+    connect(ui->cmbSaveExt, &QComboBox::currentTextChanged, this, &CameraCtrl::publishSaveOpt);
+    connect(ui->edSavePath, &QLineEdit::textChanged, this, &CameraCtrl::publishSaveOpt);
+    widenToTabs();
+}
+
+CameraCtrl::~CameraCtrl() { DeleteGrabThread(); }
+
+void CameraCtrl::loadConfigurationValue(void *handle)
+{
+    if (handle != nullptr && handle != m_hCamera) {
+        m_hCamera = handle;
+        m_sizeInfo = {}; // another sensor
+        publishCamera();
+    }
+    loadTriggerValue();
+    loadStrobeValue();
+    loadFeatureValue(false);
+    loadVideoInfo();
+    loadUserSet();
+    loadSaveOpt();
+}
+
+void CameraCtrl::releaseCamera()
+{
+    m_hCamera = nullptr;
+    m_sizeInfo = {};
+    publishCamera();
+}
+
+void CameraCtrl::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Enter)
+        event->accept(); // keypad Enter has ended the editing of a box and shall do nothing more
+    else
+        QWidget::keyPressEvent(event);
+}
+
+/// Narrower, captions and range labels would be cut off. Lower is no harm: the tabs scroll.
+void CameraCtrl::widenToTabs()
+{
+    int width = ui->tabWidget->tabBar()->sizeHint().width();
+    for (const QScrollArea *area : ui->tabWidget->findChildren<QScrollArea *>()) {
+        width = std::max(width, area->widget()->minimumSizeHint().width() +
+                                    area->verticalScrollBar()->sizeHint().width());
+    }
+    const int frame =
+        2 * style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, ui->tabWidget);
+    ui->tabWidget->setMinimumWidth(width + frame);
+}

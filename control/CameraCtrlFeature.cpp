@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: MIT
+// The tab "Feature Setting": gain, colour, gamma, white balance.
+#include "control/CameraCtrl.h"
+
+#include "control/FeatureMath.h"
+#include "control/IntegerFeature.h"
+#include "control/LibraryNames.h"
+#include "control/PreviewShared.h"
+#include "control/StreamPause.h"
+#include "control/WidgetHelp.h"
+
+#include <QSignalBlocker>
+
+namespace {
+
+constexpr auto continuousBalance = QLatin1String("Continuous");
+constexpr auto singleBalance = QLatin1String("Once");
+
+/// Whole numbers in decimal, others in the shortest general format.
+template <typename Number> QString rangeText(Number minimum, Number maximum)
+{
+    return QStringLiteral("(%1 ~ %2)").arg(minimum).arg(maximum);
+}
+
+} // namespace
+
+void CameraCtrl::loadFeatureValue(bool /*bUpdate*/)
+{
+    if (m_hCamera == nullptr)
+        return;
+    loadGamma();
+    loadGain();
+    for (const IntegerFeature *feature :
+         {&features::rGain, &features::gGain, &features::bGain, &features::blackLevel,
+          &features::contrast, &features::hue, &features::saturation, &features::sharpness})
+        loadInteger(*feature);
+    loadShutter();
+    loadInteger(features::autoExposure);
+    loadWhiteBalance();
+    widenToTabs();
+}
+
+void CameraCtrl::loadInteger(const IntegerFeature &feature)
+{
+    loadRange(feature);
+    std::int32_t value = 0;
+    const bool failed = feature.read(m_hCamera, &value) != 0;
+    if (feature.disabledByFailure)
+        setIntegerEnabled(feature, !failed);
+    if (!failed || !feature.disabledByFailure)
+        showInteger(feature, value);
+}
+
+void CameraCtrl::loadRange(const IntegerFeature &feature)
+{
+    std::int32_t minimum = 0;
+    std::int32_t maximum = 0;
+    feature.readBounds(m_hCamera, &minimum, &maximum);
+    (ui.get()->*feature.range)->setText(rangeText(minimum, maximum));
+    QSpinBox *spin = ui.get()->*feature.spin;
+    // A box that has to give way to new bounds must not overwrite the value that is about to be
+    // read.
+    const QSignalBlocker blocker(spin);
+    spin->setRange(minimum, maximum);
+    (ui.get()->*feature.slider)->setRange(minimum, maximum);
+}
+
+void CameraCtrl::showInteger(const IntegerFeature &feature, int value)
+{
+    setIfDifferent(ui.get()->*feature.spin, value);
+    (ui.get()->*feature.slider)->setValue(value);
+}
+
+void CameraCtrl::setIntegerEnabled(const IntegerFeature &feature, bool enabled)
+{
+    (ui.get()->*feature.spin)->setEnabled(enabled);
+    (ui.get()->*feature.slider)->setEnabled(enabled);
+}
+
+void CameraCtrl::sendInteger(const IntegerFeature &feature, int value)
+{
+    if (feature.write(m_hCamera, value) == 0)
+        (ui.get()->*feature.slider)->setValue(value);
+}
+
+void CameraCtrl::pageInteger(const IntegerFeature &feature, int action)
+{
+    QSlider *slider = ui.get()->*feature.slider;
+    if (const auto target = pageTarget(*slider, action)) {
+        (ui.get()->*feature.spin)->setValue(*target);
+        slider->setSliderPosition(slider->value()); // refused: stay, instead of paging all the same
+    }
+}
+
+void CameraCtrl::releaseInteger(const IntegerFeature &feature)
+{
+    (ui.get()->*feature.spin)->setValue((ui.get()->*feature.slider)->value());
+}
+
+void CameraCtrl::loadGain()
+{
+    loadRange(features::gain);
+    std::int32_t value = 0;
+    bool automatic = false;
+    OrvalisGetGain(m_hCamera, &value, &automatic);
+    ui->chkGain->setChecked(automatic);
+    setIntegerEnabled(features::gain, !automatic);
+    showInteger(features::gain, value);
+}
+
+void CameraCtrl::loadGamma()
+{
+    float minimum = 0;
+    float maximum = 0;
+    OrvalisGetGammaMinMax(m_hCamera, &minimum, &maximum);
+    m_bGammaScaled = isGammaScaled(maximum);
+    ui->laGamma->setText(rangeText<double>(minimum, maximum));
+    {
+        const QSignalBlocker blocker(ui->spiGamma);
+        ui->spiGamma->setRange(static_cast<double>(minimum), static_cast<double>(maximum));
+    }
+    ui->sliGamma->setRange(gammaSliderValue(minimum, m_bGammaScaled),
+                           gammaSliderValue(maximum, m_bGammaScaled));
+    if (!m_bGammaScaled) {
+        ui->spiGamma->setSingleStep(1.0);
+        ui->sliGamma->setSingleStep(1);
+    }
+    float value = 0;
+    OrvalisGetGamma(m_hCamera, &value);
+    setIfDifferent(ui->spiGamma, static_cast<double>(value));
+    ui->sliGamma->setValue(gammaSliderValue(value, m_bGammaScaled));
+}
+
+void CameraCtrl::loadWhiteBalance()
+{
+    const bool monochrome =
+        readName(m_hCamera, OrvalisGetPixelFormatStr).toLower().contains("mono");
+    ui->cmbWB->setEnabled(!monochrome);
+    ui->cmbWB->clear();
+    std::int32_t count = 0;
+    if (OrvalisGetNumAvailableWhiteBalances(m_hCamera, &count) != 0) {
+        ui->cmbWB->setEnabled(false);
+        setColourGainsEnabled(false);
+        ui->cmbWB->addItem(QStringLiteral("Not Supported"));
+    } else {
+        fillWhiteBalance(count);
+    }
+    if (monochrome) {
+        ui->cmbWB->setEnabled(false);
+        setColourGainsEnabled(false);
+    }
+}
+
+void CameraCtrl::fillWhiteBalance(std::int32_t count)
+{
+    ui->cmbWB->setEnabled(true);
+    appendNames(ui->cmbWB, m_hCamera, count, OrvalisGetAvailableWhiteBalancesIdxToStr);
+    const QByteArray mode = readName(m_hCamera, OrvalisGetWhiteBalanceStr);
+    selectName(ui->cmbWB, mode);
+    setColourGainsEnabled(mode != continuousBalance);
+}
+
+void CameraCtrl::setColourGainsEnabled(bool enabled)
+{
+    for (const IntegerFeature *feature : features::colourGains)
+        setIntegerEnabled(*feature, enabled);
+}
+
+void CameraCtrl::readColourGains()
+{
+    for (const IntegerFeature *feature : features::colourGains) {
+        std::int32_t value = 0;
+        feature->read(m_hCamera, &value);
+        showInteger(*feature, value);
+    }
+}
+
+void CameraCtrl::on_cmbWB_activated(const QString &text)
+{
+    if (OrvalisSetWhiteBalanceStr(m_hCamera, text.toLatin1().constData()) != 0)
+        return;
+    setColourGainsEnabled(text != continuousBalance);
+    if (text != continuousBalance)
+        readColourGains();
+    if (text == singleBalance)
+        ui->cmbWB->setCurrentIndex(0); // a command, not a state
+}
+
+void CameraCtrl::on_chkGain_clicked(bool checked)
+{
+    if (!checked) {
+        std::int32_t value = ui->spiGain->value();
+        bool automatic = false;
+        OrvalisGetGain(m_hCamera, &value, &automatic);
+        showInteger(features::gain, value);
+    }
+    OrvalisSetGain(m_hCamera, ui->spiGain->value(), checked);
+    setIntegerEnabled(features::gain, !checked);
+}
+
+void CameraCtrl::on_btnWBDefault_clicked()
+{
+    const StreamPause streamPause(m_pMainWindow);
+    const PreviewPause previewPause(m_preview);
+    if (OrvalisSetUserDefault(m_hCamera) == 0)
+        loadConfigurationValue(nullptr);
+}
+
+void CameraCtrl::on_spiGamma_valueChanged(double value)
+{
+    if (OrvalisSetGamma(m_hCamera, static_cast<float>(value)) == 0)
+        ui->sliGamma->setValue(gammaSliderFromSpin(value, m_bGammaScaled));
+}
+
+void CameraCtrl::on_sliGamma_actionTriggered(int action)
+{
+    if (const auto target = pageTarget(*ui->sliGamma, action)) {
+        ui->spiGamma->setValue(gammaFromSlider(*target, m_bGammaScaled));
+        ui->sliGamma->setSliderPosition(ui->sliGamma->value());
+    }
+}
+
+void CameraCtrl::on_sliGamma_sliderReleased()
+{
+    ui->spiGamma->setValue(gammaFromSlider(ui->sliGamma->value(), m_bGammaScaled));
+}

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+// The thread that shows the newest frame at its place on the sensor, once a second.
+#include "control/CameraCtrl.h"
+
+#include "capture/RawConversion.h"
+#include "control/SensorCanvas.h"
+#include "ui_CameraCtrl.h"
+
+#include <QPixmap>
+
+#include <algorithm>
+#include <chrono>
+#include <system_error>
+
+namespace {
+
+constexpr std::chrono::seconds grabPeriod{1};
+constexpr std::uint32_t grabTimeoutMs = 1000;
+
+bool isSentAsColour(const QString &pixelFormat)
+{
+    return pixelFormat.contains(QLatin1String("Bayer")) ||
+           pixelFormat.contains(QLatin1String("YUV"));
+}
+
+/// Grabs one frame and paints it. False, and nothing painted, without a camera or a frame.
+bool grabInto(SensorCanvas &canvas, const PreviewSource &source)
+{
+    if (source.camera == nullptr || canvas.isEmpty())
+        return false;
+    if (isSentAsColour(source.pixelFormat)) {
+        if (OrvalisGrabRGBData(source.camera, canvas.frame(), grabTimeoutMs) != 0)
+            return false;
+        canvas.paintRgb(source.size);
+        return true;
+    }
+    if (OrvalisGrabRAWData(source.camera, canvas.frame(), grabTimeoutMs) != 0)
+        return false;
+    if (source.pixelFormat.contains(QLatin1String("12")))
+        canvas.paintWords(source.size, 12);
+    else
+        canvas.paintGrey(source.size);
+    return true;
+}
+
+/// Sleeps until the next grab is due and allowed. False if the thread has to end.
+bool waitForNextGrab(PreviewShared &preview)
+{
+    std::unique_lock lock(preview.mutex);
+    preview.wake.wait_for(lock, grabPeriod, [&preview] { return preview.stop; });
+    preview.wake.wait(lock, [&preview] { return preview.stop || preview.paused == 0; });
+    return !preview.stop;
+}
+
+PreviewSource currentSource(PreviewShared &preview)
+{
+    const std::lock_guard lock(preview.mutex);
+    return preview.source;
+}
+
+} // namespace
+
+void CameraCtrl::CreateGrabThread()
+{
+    if (m_bGrabRunning)
+        return;
+    {
+        const std::lock_guard lock(m_preview.mutex);
+        m_preview.stop = false;
+    }
+    try {
+        m_grabThread = std::thread(&CameraCtrl::GrabThread, this);
+    } catch (const std::system_error &) {
+        return; // no thread left: the camera works without its preview
+    }
+    m_bGrabRunning = true;
+}
+
+void CameraCtrl::DeleteGrabThread()
+{
+    {
+        const std::lock_guard lock(m_preview.mutex);
+        m_preview.stop = true;
+    }
+    m_preview.wake.notify_all();
+    if (!m_bGrabRunning)
+        return;
+    m_grabThread.join();
+    m_bGrabRunning = false;
+    const std::lock_guard lock(m_preview.mutex);
+    m_preview.picture = QImage(); // may be on its way still
+}
+
+void CameraCtrl::GrabThread()
+{
+    SensorCanvas canvas;
+    do {
+        const PreviewSource source = currentSource(m_preview);
+        if (canvas.fitTo(source.size))
+            postPreview(canvas.picture());
+        if (grabInto(canvas, source))
+            postPreview(canvas.picture());
+    } while (waitForNextGrab(m_preview));
+}
+
+void CameraCtrl::postPreview(QImage picture)
+{
+    bool alreadyPosted = false;
+    {
+        const std::lock_guard lock(m_preview.mutex);
+        m_preview.picture = std::move(picture);
+        alreadyPosted = std::exchange(m_preview.posted, true);
+    }
+    if (!alreadyPosted) // else the GUI thread is late, and will find the newer picture
+        QMetaObject::invokeMethod(
+            this, [this] { takePreview(); }, Qt::QueuedConnection);
+}
+
+void CameraCtrl::takePreview()
+{
+    QImage picture;
+    {
+        const std::lock_guard lock(m_preview.mutex);
+        picture.swap(m_preview.picture);
+        m_preview.posted = false;
+    }
+    if (picture.isNull())
+        return;
+    const QSize size(std::max(1, ui->laROI->width() - 2), std::max(1, ui->laROI->height() - 2));
+    ui->laROI->setPixmap(
+        QPixmap::fromImage(picture.scaled(size, Qt::IgnoreAspectRatio, Qt::FastTransformation)));
+}
+
+void CameraCtrl::publishCamera()
+{
+    const std::lock_guard lock(m_preview.mutex);
+    m_preview.source = {m_hCamera, m_sizeInfo, ui->cbPixelFormat->currentText()};
+}
+
+void CameraCtrl::RawXXtoRaw8(unsigned char *dst, unsigned char *src, int bits)
+{
+    rawToGray8(dst, src, m_sizeInfo.width, m_sizeInfo.height, bits);
+}

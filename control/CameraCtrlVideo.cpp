@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// The tab "Video Modes": region of interest, pixel format, frame rate.
+#include "control/CameraCtrl.h"
+
+#include "control/FeatureMath.h"
+#include "control/LibraryNames.h"
+#include "control/StreamPause.h"
+#include "control/WidgetHelp.h"
+#include "ui_CameraCtrl.h"
+
+#include <QSignalBlocker>
+
+void CameraCtrl::loadVideoInfo()
+{
+    if (m_hCamera == nullptr)
+        return;
+    loadRegion();
+    loadFrameRate();
+    loadPixelFormats();
+}
+
+void CameraCtrl::loadRegion()
+{
+    OrvalisGetSizeInfo(m_hCamera, &m_sizeInfo);
+    publishCamera();
+    ui->spiOffsetX->setRange(0, m_sizeInfo.maxWidth);
+    ui->spiWidth->setRange(0, m_sizeInfo.maxWidth);
+    ui->spiOffsetY->setRange(0, m_sizeInfo.maxHeight);
+    ui->spiHeight->setRange(0, m_sizeInfo.maxHeight);
+    showRegion();
+}
+
+void CameraCtrl::showRegion()
+{
+    setIfDifferent(ui->spiOffsetX, m_sizeInfo.offsetX);
+    setIfDifferent(ui->spiOffsetY, m_sizeInfo.offsetY);
+    setIfDifferent(ui->spiWidth, m_sizeInfo.width);
+    setIfDifferent(ui->spiHeight, m_sizeInfo.height);
+}
+
+void CameraCtrl::loadFrameRate()
+{
+    float minimum = 0;
+    float maximum = 0;
+    OrvalisGetFrameRateMinMax(m_hCamera, &minimum, &maximum);
+    {
+        // A box that has to give way to new bounds must not overwrite the rate that is about to be
+        // read.
+        const QSignalBlocker blocker(ui->spiFrameRate);
+        ui->spiFrameRate->setRange(static_cast<double>(minimum), static_cast<double>(maximum));
+    }
+    float rate = 0;
+    if (OrvalisGetFrameRate(m_hCamera, &rate) == 0)
+        setIfDifferent(ui->spiFrameRate, static_cast<double>(rate));
+}
+
+void CameraCtrl::loadPixelFormats()
+{
+    std::int32_t count = 0;
+    OrvalisGetNumAvailablePixelFormats(m_hCamera, &count);
+    bool found = false;
+    {
+        const QSignalBlocker blocker(ui->cbPixelFormat); // half a list is nobody's business
+        ui->cbPixelFormat->clear();
+        appendNames(ui->cbPixelFormat, m_hCamera, count, OrvalisGetAvailablePixelFormatsIdxToStr);
+        found = selectName(ui->cbPixelFormat, readName(m_hCamera, OrvalisGetPixelFormatStr));
+    }
+    publishCamera();
+    if (found)
+        on_cbPixelFormat_activated(ui->cbPixelFormat->currentText());
+}
+
+void CameraCtrl::on_btnROIApply_clicked()
+{
+    {
+        const StreamPause streamPause(m_pMainWindow);
+        OrvalisSetSizeInfo(m_hCamera,
+                           OSizeInfo{ui->spiOffsetX->value(), ui->spiOffsetY->value(),
+                                     ui->spiWidth->value(), ui->spiHeight->value(), 0, 0});
+        OrvalisGetSizeInfo(m_hCamera, &m_sizeInfo);
+        publishCamera();
+        showRegion();
+    }
+    emit sigHideRubberBand();
+}
+
+void CameraCtrl::on_btnROIMax_clicked()
+{
+    ui->spiOffsetX->setValue(0);
+    ui->spiOffsetY->setValue(0);
+    ui->spiWidth->setValue(m_sizeInfo.maxWidth);
+    ui->spiHeight->setValue(m_sizeInfo.maxHeight);
+}
+
+void CameraCtrl::on_spiFrameRate_valueChanged(double rate)
+{
+    if (rate < 1.0)
+        return;
+    const StreamPause streamPause(m_pMainWindow);
+    OrvalisSetFrameRate(m_hCamera, static_cast<float>(rate));
+}
+
+void CameraCtrl::on_cbPixelFormat_activated(const QString &text)
+{
+    {
+        const StreamPause streamPause(m_pMainWindow);
+        OrvalisSetPixelFormatStr(m_hCamera, text.toLatin1().constData());
+        loadFeatureValue(false);
+    }
+    fillSaveExtensions({QStringLiteral("BMP"), QStringLiteral("JPG"), QStringLiteral("TIF"),
+                        QStringLiteral("RAW")});
+}
+
+void CameraCtrl::slotCurrentPoint(QPoint start, QPoint end)
+{
+    OSizeInfo size = m_sizeInfo; // should the camera not answer
+    OrvalisGetSizeInfo(m_hCamera, &size);
+    const Region region =
+        regionFromDrag(start, end, ui->laROI->size(), QSize(size.maxWidth, size.maxHeight));
+    ui->spiOffsetX->setValue(region.offsetX);
+    ui->spiOffsetY->setValue(region.offsetY);
+    ui->spiWidth->setValue(region.width);
+    ui->spiHeight->setValue(region.height);
+}

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+// Keeps the live stream stopped while a setting changes that the camera takes only when idle.
+#pragma once
+
+#include "capture/StreamControl.h"
+
+/// Stops a running stream, and starts it again at the end of the scope. A stopped one stays
+/// stopped.
+class StreamPause {
+public:
+    /// `stream` may be null.
+    explicit StreamPause(StreamControl *stream)
+        : m_stream(stream != nullptr && stream->isStreaming() ? stream : nullptr)
+    {
+        if (m_stream != nullptr)
+            m_stream->slotStopCamera();
+    }
+    ~StreamPause()
+    {
+        if (m_stream != nullptr)
+            m_stream->slotStartCamera();
+    }
+    StreamPause(const StreamPause &) = delete;
+    StreamPause &operator=(const StreamPause &) = delete;
+
+private:
+    StreamControl *m_stream; // null if there is nothing to start again
+};
