@@ -1,0 +1,36 @@
+# SPDX-License-Identifier: MIT
+# CPack: "cpack -G DEB" makes a Debian package, "cpack --config CPackSourceConfig.cmake" the sources.
+set(CPACK_PACKAGE_NAME orvalisviewer)
+set(CPACK_PACKAGE_VENDOR "The OrvalisViewer developers")
+set(CPACK_PACKAGE_CONTACT "The OrvalisViewer developers <maintainers@orvalis.example>")
+set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Viewer and controller for machine-vision cameras")
+set(CPACK_PACKAGE_DESCRIPTION
+"Shows live pictures of GigE Vision and USB3 Vision cameras, changes their
+settings, browses their feature tree and saves pictures.
+.
+The package holds the viewer, its camera library libOrvalisAPI.so and the
+header that other programs need to use the library.")
+set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+# Dependencies are those of the files; the package's own library is looked for in the build tree.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/library")
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS OFF)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+# The library has no version in its name, so programs and library come in the same package.
+file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/triggers")
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set(CPACK_SOURCE_GENERATOR TXZ)
+set(CPACK_SOURCE_PACKAGE_FILE_NAME "orvalisviewer-${PROJECT_VERSION}")
+set(CPACK_SOURCE_IGNORE_FILES "/\\\\.git/" "/build/" "/\\\\.cache/" "\\\\.user$")
+include(CPack)
