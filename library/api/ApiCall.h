@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+// What every entry point does around its one line: resolve the handle, keep exceptions inside.
+#pragma once
+
+#include "library/core/Library.h"
+#include "library/core/Records.h"
+
+#include <cstring>
+#include <new>
+#include <string>
+#include <string_view>
+
+namespace orvalis::api {
+
+/// Runs `body`; whatever it throws becomes a result code.
+template <class Body> std::int32_t guarded(Body body) noexcept
+{
+    try {
+        return body();
+    } catch (const std::bad_alloc &) {
+        return ORVALIS_ERROR_OUT_OF_MEMORY;
+    } catch (...) {
+        return ORVALIS_ERROR_DEVICE;
+    }
+}
+
+/// Runs `body(camera)` for a call that leaves the camera as it is. `complete` tells whether all
+/// pointers are there.
+template <class Body> std::int32_t reading(OCameraHandle handle, bool complete, Body body) noexcept
+{
+    return guarded([&]() -> OResult {
+        Library &library = Library::instance();
+        if (!library.initialized())
+            return ORVALIS_ERROR_NOT_INITIALIZED;
+        const std::shared_ptr<Camera> camera = library.find(handle);
+        if (!camera)
+            return ORVALIS_ERROR_BAD_HANDLE;
+        if (!complete)
+            return ORVALIS_ERROR_BAD_ARGUMENT;
+        if (camera->lost())
+            return ORVALIS_ERROR_CONNECTION_LOST;
+        const OResult result = body(*camera);
+        if (result == ORVALIS_ERROR_CONNECTION_LOST)
+            camera->markLost();
+        return result;
+    });
+}
+
+/// The same for a call that changes the camera: a grab under way is given up for it.
+template <class Body> std::int32_t writing(OCameraHandle handle, bool complete, Body body) noexcept
+{
+    return reading(handle, complete, [&](Camera &camera) {
+        const Acquisition::WriteScope scope(camera.acquisition());
+        return body(camera);
+    });
+}
+
+/// A text of the caller, at most ORVALIS_TEXT_SIZE bytes of it: it may lack its NUL.
+inline std::string_view boundedText(const char *text)
+{
+    return {text, strnlen(text, ORVALIS_TEXT_SIZE)};
+}
+
+/// Writes a name to a buffer of ORVALIS_NAME_SIZE bytes.
+inline void copyName(char *out, std::string_view name) { copyText(out, ORVALIS_NAME_SIZE, name); }
+
+inline std::int32_t countOf(OCameraHandle handle, Choice choice, std::int32_t *count) noexcept
+{
+    return reading(handle, count, [&](Camera &camera) {
+        std::vector<std::string> names;
+        const OResult result = camera.features().list(choice, names);
+        if (result == ORVALIS_OK)
+            *count = static_cast<std::int32_t>(names.size());
+        return result;
+    });
+}
+
+inline std::int32_t nameAt(OCameraHandle handle, Choice choice, std::int32_t index,
+                           char *name) noexcept
+{
+    return reading(handle, name, [&](Camera &camera) -> OResult {
+        std::vector<std::string> names;
+        const OResult result = camera.features().list(choice, names);
+        if (result != ORVALIS_OK)
+            return result;
+        if (index < 0 || static_cast<std::size_t>(index) >= names.size())
+            return ORVALIS_ERROR_NOT_FOUND;
+        copyName(name, names[static_cast<std::size_t>(index)]);
+        return ORVALIS_OK;
+    });
+}
+
+inline std::int32_t presentName(OCameraHandle handle, Choice choice, char *name) noexcept
+{
+    return reading(handle, name, [&](Camera &camera) {
+        std::string present;
+        const OResult result = camera.features().get(choice, present);
+        if (result == ORVALIS_OK)
+            copyName(name, present);
+        return result;
+    });
+}
+
+inline std::int32_t choose(OCameraHandle handle, Choice choice, const char *name) noexcept
+{
+    return writing(handle, name, [&](Camera &camera) {
+        return camera.features().set(choice, boundedText(name));
+    });
+}
+
+/// Reads a number and passes what was read to `use`.
+template <class Use>
+std::int32_t readNumber(OCameraHandle handle, Number number, bool complete, Use use) noexcept
+{
+    return reading(handle, complete, [&](Camera &camera) {
+        NumberValue value;
+        const OResult result = camera.features().get(number, value);
+        if (result == ORVALIS_OK)
+            use(value);
+        return result;
+    });
+}
+
+inline std::int32_t getInteger(OCameraHandle handle, Number number, std::int32_t *value) noexcept
+{
+    return readNumber(handle, number, value,
+                      [&](const NumberValue &now) { *value = toInt32(now.value); });
+}
+
+inline std::int32_t getBounds(OCameraHandle handle, Number number, std::int32_t *minimum,
+                              std::int32_t *maximum) noexcept
+{
+    return readNumber(handle, number, minimum && maximum, [&](const NumberValue &now) {
+        *minimum = toInt32(now.minimum);
+        *maximum = toInt32(now.maximum);
+    });
+}
+
+inline std::int32_t getFloat(OCameraHandle handle, Number number, float *value) noexcept
+{
+    return readNumber(handle, number, value,
+                      [&](const NumberValue &now) { *value = static_cast<float>(now.value); });
+}
+
+inline std::int32_t getBounds(OCameraHandle handle, Number number, float *minimum,
+                              float *maximum) noexcept
+{
+    return readNumber(handle, number, minimum && maximum, [&](const NumberValue &now) {
+        *minimum = static_cast<float>(now.minimum);
+        *maximum = static_cast<float>(now.maximum);
+    });
+}
+
+inline std::int32_t setNumber(OCameraHandle handle, Number number, double value,
+                              bool automatic = false) noexcept
+{
+    return writing(handle, true,
+                   [&](Camera &camera) { return camera.features().set(number, value, automatic); });
+}
+
+inline std::int32_t getSwitch(OCameraHandle handle, Switch which, bool *on) noexcept
+{
+    return reading(handle, on, [&](Camera &camera) { return camera.features().get(which, *on); });
+}
+
+inline std::int32_t setSwitch(OCameraHandle handle, Switch which, bool on) noexcept
+{
+    return writing(handle, true, [&](Camera &camera) { return camera.features().set(which, on); });
+}
+
+} // namespace orvalis::api

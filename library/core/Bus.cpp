@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// The back ends that cameras are looked for on.
+#include "library/core/Bus.h"
+
+#include "library/core/Debug.h"
+
+#include <exception>
+
+namespace orvalis {
+
+namespace {
+
+std::string_view trimmed(std::string_view text)
+{
+    while (!text.empty() && text.front() == ' ')
+        text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ')
+        text.remove_suffix(1);
+    return text;
+}
+
+void addBackend(Backends &backends, std::string_view name)
+{
+    if (name == "simulated")
+        backends.push_back(makeSimulatedBackend());
+#ifdef ORVALIS_WITH_GENICAM
+    else if (name == "genicam" || name == "fake")
+        backends.push_back(makeGenicamBackend(name == "fake"));
+#endif
+    else if (!name.empty() && name != "none")
+        debugPrint("no back end named \"%.*s\"", static_cast<int>(name.size()), name.data());
+}
+
+} // namespace
+
+Backends makeBackends(std::string_view list)
+{
+    Backends backends;
+    while (!list.empty()) {
+        const std::size_t comma = list.find(',');
+        addBackend(backends, trimmed(list.substr(0, comma)));
+        list.remove_prefix(comma == std::string_view::npos ? list.size() : comma + 1);
+    }
+    return backends;
+}
+
+Bus::Bus(Backends backends)
+{
+    for (auto &backend : backends) {
+        seats_.push_back(std::make_unique<Seat>());
+        seats_.back()->backend = std::move(backend);
+    }
+}
+
+bool Bus::discoversAtOnce(std::size_t index) const
+{
+    return seats_[index]->backend->discoversAtOnce();
+}
+
+bool Bus::discover(std::size_t index, std::vector<DeviceDescription> &found)
+{
+    Seat &seat = *seats_[index];
+    try {
+        const std::lock_guard lock(seat.discovering);
+        found = seat.backend->discover();
+        return true;
+    } catch (const std::exception &problem) {
+        debugPrint("%s: %s", std::string(seat.backend->name()).c_str(), problem.what());
+        return false;
+    }
+}
+
+OResult Bus::open(const std::string &id, std::unique_ptr<Device> &device)
+{
+    for (const auto &seat : seats_) {
+        const OResult result = seat->backend->open(id, device);
+        if (result != ORVALIS_ERROR_NOT_FOUND) {
+            debugPrint("open %s on %s: %d", id.c_str(), std::string(seat->backend->name()).c_str(),
+                       result);
+            return result;
+        }
+    }
+    return ORVALIS_ERROR_NOT_FOUND;
+}
+
+} // namespace orvalis

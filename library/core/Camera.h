@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// One open camera: its device, features and stream.
+#pragma once
+
+#include "library/core/Acquisition.h"
+#include "library/core/Device.h"
+#include "library/core/Features.h"
+#include "library/core/Reaper.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace orvalis {
+
+/// Opens once and stays open.
+class Gate {
+public:
+    void open();
+    /// True if it is open by `deadline`.
+    bool waitUntil(Clock::time_point deadline);
+
+private:
+    std::mutex mutex_; // guards open_
+    std::condition_variable opened_;
+    bool open_ = false;
+};
+
+/// An open camera. Every function may be called from any thread. A call in flight holds a
+/// shared_ptr, so that the camera outlives it when another thread closes it.
+class Camera : public Reapable {
+public:
+    /// `bus` is whatever has to outlive `device`.
+    static std::shared_ptr<Camera> create(std::unique_ptr<Device> device,
+                                          std::shared_ptr<const void> bus, Reaper &reaper);
+    ~Camera() override;
+
+    const DeviceIdentity &identity() const { return device_->identity(); }
+    Device &device() { return *device_; }
+    Features &features() { return features_; }
+    Acquisition &acquisition() { return acquisition_; }
+
+    bool lost() const { return lost_; }
+    void markLost() { lost_ = true; }
+    /// Opens when nothing is left of the camera.
+    std::shared_ptr<Gate> gone() const { return gone_; }
+
+    OResult cameraInfo(OCameraInfo &info);
+    OResult start(OFrameCallback callback);
+    OResult reset();
+    OResult loadDefaults();
+    OResult grabRgb(OImageFrame &frame, std::uint32_t timeoutMs);
+    OResult grabRaw(OImageFrame &frame, std::uint32_t timeoutMs);
+
+    /// Runs `access(nodes, name)` under the node lock, with the other spelling of the name if the
+    /// camera has that one only.
+    template <class Access> OResult withNode(std::string_view name, Access access)
+    {
+        const std::lock_guard lock(nodesMutex_);
+        const std::string spelled = spelling(name);
+        return access(device_->nodes(), std::string_view(spelled));
+    }
+
+private:
+    Camera(std::unique_ptr<Device> device, std::shared_ptr<const void> bus);
+
+    std::string spelling(std::string_view name);
+    using Writer = OResult (*)(const GrabbedImage &, std::size_t, OImageFrame &);
+    OResult grab(OImageFrame &frame, std::uint32_t timeoutMs, Writer write);
+
+    std::shared_ptr<Gate> gone_ = std::make_shared<Gate>();
+    std::shared_ptr<const void> bus_;
+    std::unique_ptr<Device> device_;
+    std::atomic<bool> lost_{false};
+    std::mutex nodesMutex_; // one access to the nodes, selectors included
+    Features features_;
+    Acquisition acquisition_;
+};
+
+} // namespace orvalis

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+// The region of interest.
+#include "library/core/Features.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace orvalis {
+
+namespace {
+
+/// The nodes of one direction.
+struct Axis {
+    const char *offset;
+    const char *size;
+    const char *wholes[2]; ///< the extent that regions lie in
+};
+
+constexpr Axis kHorizontal{"OffsetX", "Width", {"WidthMax", "SensorWidth"}};
+constexpr Axis kVertical{"OffsetY", "Height", {"HeightMax", "SensorHeight"}};
+
+struct Span {
+    std::int64_t offset = 0;
+    std::int64_t size = 0;
+    std::int64_t whole = 0;
+};
+
+std::int32_t narrow(std::int64_t value)
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+}
+
+/// The nearest value that the node takes: into the bounds, then down to the increment.
+std::int64_t nearest(std::int64_t wanted, const IntegerValue &node)
+{
+    if (node.maximum <= node.minimum)
+        return node.minimum;
+    const std::int64_t bounded = std::clamp(wanted, node.minimum, node.maximum);
+    const std::int64_t increment = std::max<std::int64_t>(node.increment, 1);
+    return bounded - (bounded - node.minimum) % increment;
+}
+
+bool isWritable(NodeMap &nodes, const char *name)
+{
+    NodeInfo info;
+    return nodes.info(name, info) == ORVALIS_OK && info.access == ORVALIS_ACCESS_READ_WRITE;
+}
+
+OResult readSpan(NodeMap &nodes, const Axis &axis, Span &span)
+{
+    IntegerValue size;
+    if (const OResult result = nodes.getInteger(axis.size, size); result != ORVALIS_OK)
+        return result;
+    IntegerValue offset;
+    const OResult result = nodes.getInteger(axis.offset, offset);
+    if (result == ORVALIS_ERROR_CONNECTION_LOST)
+        return result; // any other failure: a camera whose regions begin at 0
+    span = {offset.value, size.value, 0};
+    IntegerValue whole;
+    for (const char *name : axis.wholes) {
+        if (nodes.getInteger(name, whole) == ORVALIS_OK && whole.value > 0) {
+            span.whole = whole.value;
+            return ORVALIS_OK;
+        }
+    }
+    span.whole = std::max(size.maximum, span.offset + span.size);
+    return ORVALIS_OK;
+}
+
+OResult setNearest(NodeMap &nodes, const char *name, std::int64_t wanted)
+{
+    IntegerValue node;
+    if (const OResult result = nodes.getInteger(name, node); result != ORVALIS_OK)
+        return result;
+    const std::int64_t value = nearest(wanted, node);
+    return value == node.value ? ORVALIS_OK : nodes.setInteger(name, value);
+}
+
+/// The offset goes to its minimum first, so that every size fits, and to its place last, within the
+/// bounds that the size leaves.
+OResult writeSpan(NodeMap &nodes, const Axis &axis, const Span &span)
+{
+    const bool hasOffset = isWritable(nodes, axis.offset);
+    if (hasOffset) {
+        const OResult result =
+            setNearest(nodes, axis.offset, std::numeric_limits<std::int64_t>::min());
+        if (result != ORVALIS_OK)
+            return result;
+    }
+    const bool fixed = !isWritable(nodes, axis.size); // line cameras have one fixed direction
+    const OResult sized = fixed ? ORVALIS_OK : setNearest(nodes, axis.size, span.size);
+    if (sized != ORVALIS_OK)
+        return sized;
+    return hasOffset ? setNearest(nodes, axis.offset, span.offset) : ORVALIS_OK;
+}
+
+/// A camera without region nodes cannot be used at all.
+OResult asDeviceError(OResult result)
+{
+    const bool missing = result == ORVALIS_ERROR_NOT_FOUND || result == ORVALIS_ERROR_WRONG_TYPE ||
+                         result == ORVALIS_ERROR_ACCESS_DENIED ||
+                         result == ORVALIS_ERROR_OUT_OF_RANGE;
+    return missing ? ORVALIS_ERROR_DEVICE : result;
+}
+
+} // namespace
+
+OResult Features::getRegion(OSizeInfo &size)
+{
+    const std::lock_guard lock(mutex_);
+    Span x;
+    Span y;
+    OResult result = readSpan(nodes_, kHorizontal, x);
+    if (result == ORVALIS_OK)
+        result = readSpan(nodes_, kVertical, y);
+    if (result != ORVALIS_OK)
+        return asDeviceError(result);
+    size = {narrow(x.offset), narrow(y.offset), narrow(x.size),
+            narrow(y.size),   narrow(x.whole),  narrow(y.whole)};
+    return ORVALIS_OK;
+}
+
+OResult Features::setRegion(const OSizeInfo &size)
+{
+    const std::lock_guard lock(mutex_);
+    Span x;
+    Span y;
+    OResult result = readSpan(nodes_, kHorizontal, x);
+    if (result == ORVALIS_OK)
+        result = readSpan(nodes_, kVertical, y);
+    if (result != ORVALIS_OK)
+        return asDeviceError(result);
+    // Offsets may be free while sizes are locked: nothing moves then.
+    if (!isWritable(nodes_, kHorizontal.size) && !isWritable(nodes_, kVertical.size))
+        return ORVALIS_ERROR_ACCESS_DENIED;
+    result = writeSpan(nodes_, kHorizontal, {size.offsetX, size.width});
+    if (result == ORVALIS_OK)
+        result = writeSpan(nodes_, kVertical, {size.offsetY, size.height});
+    if (result != ORVALIS_OK) {
+        writeSpan(nodes_, kHorizontal, x);
+        writeSpan(nodes_, kVertical, y);
+    }
+    return result;
+}
+
+} // namespace orvalis

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+// What the library is made of between OrvalisInit() and OrvalisUninit(), and the open cameras.
+#include "library/core/Library.h"
+
+#include <cstdlib>
+
+namespace orvalis {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// OrvalisCloseCamera() returns within a second; stopping the stream is part of that.
+constexpr auto kClosePatience = 900ms;
+
+constexpr const char *kBackendsVariable = "ORVALIS_BACKENDS";
+constexpr const char *kUsualBackends = "simulated,genicam";
+
+} // namespace
+
+/// From the first init() to the last uninit().
+struct Library::Session {
+    explicit Session(const std::shared_ptr<Bus> &cameras) : bus(cameras), discovery(cameras) {}
+
+    std::shared_ptr<Bus> bus;
+    Discovery discovery;
+};
+
+Library &Library::instance()
+{
+    static Library library;
+    return library;
+}
+
+Library::~Library()
+{
+    for (const auto &camera : registry_.all())
+        camera->acquisition().close();
+}
+
+OResult Library::init()
+{
+    return begin([this] {
+        const char *variable = std::getenv(kBackendsVariable);
+        return busFor(variable ? variable : kUsualBackends);
+    });
+}
+
+OResult Library::init(const BackendFactory &makeThem)
+{
+    return begin([&] { return std::make_shared<Bus>(makeThem()); });
+}
+
+/// Cameras that are still open from before share their bus with those to come. Under the lock.
+std::shared_ptr<Bus> Library::busFor(const std::string &backends)
+{
+    std::shared_ptr<Bus> bus = bus_.lock();
+    if (!bus || backends != busBackends_) {
+        bus = std::make_shared<Bus>(makeBackends(backends));
+        bus_ = bus;
+        busBackends_ = backends;
+    }
+    return bus;
+}
+
+OResult Library::begin(const std::function<std::shared_ptr<Bus>()> &makeBus)
+{
+    const std::lock_guard lock(mutex_);
+    if (users_ == 0)
+        session_ = std::make_shared<Session>(makeBus());
+    ++users_;
+    return ORVALIS_OK;
+}
+
+OResult Library::uninit()
+{
+    std::shared_ptr<Session> ended;
+    {
+        const std::lock_guard lock(mutex_);
+        if (users_ == 0)
+            return ORVALIS_ERROR_NOT_INITIALIZED;
+        if (--users_ > 0)
+            return ORVALIS_OK;
+        ended = std::move(session_);
+    }
+    for (const auto &camera : registry_.all()) {
+        camera->acquisition().stop();
+        const Acquisition::WriteScope endsGrabs(camera->acquisition());
+    }
+    ended->discovery.stop();
+    return ORVALIS_OK;
+}
+
+bool Library::initialized() const { return session() != nullptr; }
+
+std::shared_ptr<Library::Session> Library::session() const
+{
+    const std::lock_guard lock(mutex_);
+    return session_;
+}
+
+OResult Library::takeSnapshot(Snapshot &snapshot)
+{
+    const auto now = session();
+    if (!now)
+        return ORVALIS_ERROR_NOT_INITIALIZED;
+    snapshot = now->discovery.take();
+    return ORVALIS_OK;
+}
+
+OResult Library::presentSnapshot(Snapshot &snapshot)
+{
+    const auto now = session();
+    if (!now)
+        return ORVALIS_ERROR_NOT_INITIALIZED;
+    snapshot = now->discovery.present();
+    return ORVALIS_OK;
+}
+
+OResult Library::open(const std::string &id, OCameraHandle &handle)
+{
+    const auto now = session();
+    if (!now)
+        return ORVALIS_ERROR_NOT_INITIALIZED;
+    if (registry_.isOpen(id))
+        return ORVALIS_ERROR_BUSY;
+    std::unique_ptr<Device> device;
+    if (const OResult result = now->bus->open(id, device); result != ORVALIS_OK)
+        return result;
+    if (!device)
+        return ORVALIS_ERROR_DEVICE;
+    const OCameraHandle added = registry_.add(Camera::create(std::move(device), now->bus, reaper_));
+    if (!added)
+        return ORVALIS_ERROR_OUT_OF_MEMORY;
+    handle = added;
+    return ORVALIS_OK;
+}
+
+OResult Library::stop(OCameraHandle handle)
+{
+    const std::shared_ptr<Camera> camera = registry_.find(handle);
+    if (!camera)
+        return ORVALIS_ERROR_BAD_HANDLE;
+    camera->acquisition().stop();
+    return ORVALIS_OK;
+}
+
+OResult Library::close(OCameraHandle handle)
+{
+    const Clock::time_point deadline = Clock::now() + kClosePatience;
+    std::shared_ptr<Camera> camera = registry_.remove(handle);
+    if (!camera)
+        return ORVALIS_ERROR_BAD_HANDLE;
+    camera->acquisition().close();
+    const std::shared_ptr<Gate> gone = camera->gone();
+    const bool insideCallback = camera->acquisition().onDeliveryThread();
+    camera.reset();
+    // So that the camera can be opened again, here or elsewhere, when this returns. Inside the
+    // callback it has to outlive the call.
+    if (!insideCallback)
+        gone->waitUntil(deadline);
+    return ORVALIS_OK;
+}
+
+} // namespace orvalis

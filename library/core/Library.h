@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+// What the library is made of between OrvalisInit() and OrvalisUninit(), and the open cameras.
+#pragma once
+
+#include "library/core/Discovery.h"
+#include "library/core/Reaper.h"
+#include "library/core/Registry.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace orvalis {
+
+/// The one library of a process. Every function may be called from any thread.
+class Library {
+public:
+    static Library &instance();
+    /// Closes what a program left open.
+    ~Library();
+
+    /// With the back ends that the environment names. Counted.
+    OResult init();
+    /// With back ends of the caller, for tests. Counted; while the library is in use already they
+    /// are not asked for.
+    OResult init(const BackendFactory &makeBackends);
+    OResult uninit();
+    bool initialized() const;
+
+    OResult takeSnapshot(Snapshot &snapshot);
+    OResult presentSnapshot(Snapshot &snapshot);
+
+    OResult open(const std::string &id, OCameraHandle &handle);
+    /// Null for handles that are not valid. Also outside init() ... uninit().
+    std::shared_ptr<Camera> find(OCameraHandle handle) const { return registry_.find(handle); }
+    OResult stop(OCameraHandle handle);
+    OResult close(OCameraHandle handle);
+
+private:
+    struct Session;
+
+    Library() = default;
+    std::shared_ptr<Session> session() const;
+    std::shared_ptr<Bus> busFor(const std::string &backends);
+    OResult begin(const std::function<std::shared_ptr<Bus>()> &makeBus);
+
+    mutable std::mutex mutex_; // guards the four below
+    int users_ = 0;            // init() without uninit()
+    std::shared_ptr<Session> session_;
+    std::weak_ptr<Bus> bus_; // the last one from the environment; open cameras keep it alive
+    std::string busBackends_;
+
+    Reaper reaper_; // outlives all cameras
+    Registry registry_;
+};
+
+} // namespace orvalis
