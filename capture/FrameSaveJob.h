@@ -3,12 +3,15 @@
 #pragma once
 
 #include "capture/SaveLimiter.h"
+#include "sdk/OrvalisAPI.h"
 
 #include <QByteArray>
 #include <QImage>
 #include <QString>
 
 #include <array>
+#include <cstddef>
+#include <memory>
 
 /// Made on the heap by the display thread, consumed and freed by SaveThread().
 struct FrameSaveJob {
@@ -29,6 +32,15 @@ struct FrameSaveJob {
     std::array<char, 65> ownedCameraId{}; ///< what cameraId points to
     SaveLimiter::Place place;             ///< given back with the job
 };
+
+/// A job that holds all it needs of `frame`: the bytes of its plane for "RAW" and "RGB", else a
+/// copy of `shown`, the image made of it. Reads the frame's memory, so the frame must be valid
+/// still; path, camera and place are left to the caller.
+std::unique_ptr<FrameSaveJob> makeSaveJob(const OImageFrame &frame, const QImage &shown,
+                                          const QString &format);
+
+/// Bytes of pixels that a job keeps in memory.
+std::size_t heldBytes(const FrameSaveJob &job);
 
 /// Writes the file of a FrameSaveJob and deletes the job; a null job is nothing to do. A file that
 /// cannot be written to its end is removed; nothing is reported. Any thread.

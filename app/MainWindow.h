@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+// The main window: owns the one camera connection, the live stream and the docks around the
+// picture.
+#pragma once
+
+#include "app/CameraBus.h"
+#include "capture/FrameQueue.h"
+#include "capture/PoolTasks.h"
+#include "capture/RateMeter.h"
+#include "capture/SaveLimiter.h"
+#include "capture/SaveRequest.h"
+#include "capture/StreamControl.h"
+#include "sdk/OrvalisAPI.h"
+
+#include <QColor>
+#include <QFutureWatcher>
+#include <QMainWindow>
+#include <QPixmap>
+#include <QStringList>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+
+class AboutDialog;
+class AccessRegister;
+class CameraCtrl;
+class CameraList;
+class DrawCenterDlg;
+class FrameBuffer;
+class LogStatus;
+class QDockWidget;
+class QGraphicsPixmapItem;
+class QLabel;
+class QTimer;
+class XMLCtrl;
+struct DiscoveryLink;
+struct FrameSaveJob;
+namespace Ui {
+class MainWindow;
+}
+
+/// Slots run on the GUI thread; of the other functions those say so that do not. There is one
+/// window at a time. Its constructor initialises the camera library, its destructor uninitialises
+/// it.
+class MainWindow : public QMainWindow, public StreamControl {
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent = nullptr);
+    /// Waits for frames that are still to be saved, and at most three seconds for discovery.
+    ~MainWindow() override;
+
+    bool isStreaming() const override { return m_bStreaming; }
+    void resetFrameCount() override { m_u64FrameCount = 0; }
+
+    /// One discovery pass. Any thread; returns 0.
+    int DiscoveryProc();
+
+    /// Enables and disables actions: stage 0 camera opened or closed, 1 right after an open, any
+    /// other stream started or stopped.
+    void UpdateUIStatus(bool on, int stage);
+
+signals:
+    void sigUpdateCameraList(QStringList names);
+    void sigCameraOpened(bool opened);
+    void sigDisplayFrame(QPixmap pixmap);
+    void sigTraceLog(QString message);
+    /// kind 0: `a` frames were received; kind 1: `a` frames and `b` MB a second come in.
+    void sigStatusBar(int kind, double a, double b);
+
+public slots:
+    void slotStartCamera() override;
+    void slotStopCamera() override;
+    void slotOneGrab();
+    void slotFinishedGrab();
+    void slotSaveImg(bool checked);
+    void slotDisplayFrame(QPixmap pixmap);
+    void slotStatusBar(int kind, double a, double b);
+
+    /// @param[out] count cameras found; may be null
+    void slotRefreshCamera(int *count = nullptr);
+    void OnTimer();
+    /// @param index of the camera, -1 for the one that is current in the list
+    void slotOpenCamera(int index = -1);
+    void slotCloseCamera();
+    void slotResetCamera();
+
+    void slotExit();
+    void slotShowCameraList(bool show = true);
+    void slotShowXMLCtrl(bool show = true);
+    void slotShowCameraCtrl(bool show = true);
+    void slotShowLogStatus(bool show = true);
+    void slotShowAboutDlg();
+    void slotShowDrawCenterDlg(bool show);
+    void slotCenterValue(int width, QColor color);
+    void slotAccessRegister();
+    void slotZoomIn();
+    void slotZoomOut();
+    void slotZoomFit();
+    void slotZoom100();
+
+private:
+    friend void OneGrabThread(void *mainWindow);
+
+    // Construction, in the order of the calls.
+    void connectCameraActions();
+    void createLogDock();
+    void createCameraListDock();
+    void createTreeDock();
+    void createControlDock();
+    void createDialogs();
+    void connectRemainingActions();
+    void createStatusLabels();
+    void startDiscovery();
+    // Destruction.
+    void leaveDiscovery();
+    void endPoolTasks();
+
+    // View.
+    void init_graphics_view(bool streaming);
+    void paintCross(QPixmap *pixmap) const;
+
+    // Connection.
+    void cameraOpened(const CameraId &id);
+    void attachPanels();
+    void detachPanels();
+    void releaseOpenCamera();
+    void reportOpenError(const CameraId &id);
+    void deleteRegisterDialog();
+    void showSizeInTitle();
+    QString cameraIdText() const { return ::cameraIdText(m_szCameraID); }
+
+    // Stream and single shot.
+    static void callback_imgrecv(OImageFrame *frame);                 ///< delivery thread
+    static void callback_oneGrab(OImageFrame *frame);                 ///< delivery thread
+    void frameReceived(OImageFrame *frame);                           ///< delivery thread
+    void oneFrameReceived(const OImageFrame &frame);                  ///< delivery thread
+    void waitForOneGrab();                                            ///< pool thread
+    void DisplayThread();                                             ///< body of m_displayThread
+    void displayFrame(const OImageFrame &frame, FrameBuffer *buffer); ///< display thread
+    void saveIfArmed(const OImageFrame &frame, const QImage &image);  ///< display thread
+    void startSaveTask(std::unique_ptr<FrameSaveJob> job);            ///< display thread
+    void readStreamFormat();
+    void startDisplaying();
+    void joinDisplayThread();
+    void acquisitionChanged(bool acquiring);
+    void endOneGrab();
+
+    std::unique_ptr<Ui::MainWindow> ui;
+
+    // Children of the window.
+    CameraList *m_pCameraList = nullptr;
+    XMLCtrl *m_pXMLCtrl = nullptr;
+    CameraCtrl *m_pCameraCtrl = nullptr;
+    LogStatus *m_pLogStatus = nullptr;
+    AccessRegister *m_pAccessRegister = nullptr; ///< null until a camera is opened
+    AboutDialog *m_pAboutDialog = nullptr;
+    DrawCenterDlg *m_pDrawCenterDlg = nullptr;
+    QLabel *m_pRateLabel = nullptr;
+    QLabel *m_pRecvLabel = nullptr;
+    QTimer *m_pTimer = nullptr;
+
+    OCameraHandle m_hCamera = nullptr;
+    CameraId m_szCameraID{};    ///< of the camera opened last; kept after a close
+    unsigned m_nConnection = 0; ///< number of opens so far, tells one connection from the next
+    OSizeInfo m_sizeInfo{};     ///< written only while no thread streams
+
+    // Shared with the delivery, display and pool threads.
+    std::atomic<bool> m_bStreaming{false};
+    std::atomic<bool> m_bColor{false};
+    std::atomic<bool> m_bBayer{false};
+    std::atomic<std::uint32_t> m_pixelFormat{0};
+    std::atomic<std::uint64_t> m_u64FrameCount{0};
+    std::atomic<bool> m_bOneGrabDone{false};
+    std::atomic<unsigned> m_nGrabRun{0}; ///< number of single shots so far
+    SaveRequest m_bSaveRequest;
+    FrameQueue frameQueue;
+    RateMeter m_rateMeter;
+    SaveLimiter m_saveLimiter;
+    PoolTasks m_grabTasks; ///< single-shot waits on the pool
+    std::shared_ptr<DiscoveryLink> m_discovery;
+
+    bool m_bNUCCamera = false;
+    bool m_bFitView = false;
+    bool m_bOneGrab = false;  ///< m_bStreaming stands for a single shot, not for Play
+    bool m_bStarting = false; ///< slotStartCamera() is processing events
+    bool m_bClosing = false;  ///< slotCloseCamera() is processing events
+    bool m_bExiting = false;  ///< the destructor runs
+
+    int m_crossWidth = 2;
+    QColor m_crossColor = Qt::red;
+    QGraphicsPixmapItem *m_pixmapItem = nullptr; ///< owned by the view's scene
+
+    /// What the item shows, so that a frame that is delivered again costs nothing.
+    struct Shown {
+        qint64 frame = 0; ///< cache key of the pixmap as it came
+        int crossWidth = 0;
+        QColor crossColor;
+        bool operator==(const Shown &other) const
+        {
+            return frame == other.frame && crossWidth == other.crossWidth &&
+                   crossColor == other.crossColor;
+        }
+    };
+    Shown m_shown;
+
+    QFutureWatcher<void> m_discoveryWatcher;
+    QFutureWatcher<void> m_grabWatcher;
+    QFutureWatcher<void> m_saveWatcher;
+    std::thread m_displayThread;
+};
+
+/// The one main window, null when there is none: frame callbacks carry no pointer of their own.
+extern std::atomic<MainWindow *> g_inst;
+
+/// Pool task: one discovery pass of a MainWindow; nothing if that one is gone.
+void DiscoveryThread(void *mainWindow);
+
+/// Pool task: waits for the frame of a MainWindow's single shot, at most 1.5 s. The window must
+/// live.
+void OneGrabThread(void *mainWindow);

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+// What the main window offers in which state, and what its status bar says.
+#include "app/MainWindow.h"
+
+#include "ui_MainWindow.h"
+
+#include <QLabel>
+
+#include <cmath>
+
+namespace {
+
+enum class Change { Keep, On, Off };
+
+struct ActionRule {
+    QAction *Ui::MainWindow::*action;
+    Change openedOrClosed; // stage 0
+    Change justOpened;     // stage 1
+    Change streaming;      // any other stage
+};
+
+using Form = Ui::MainWindow;
+
+// Kept: right after an open, Stop, Save, the zoom actions and Draw Center stay as the last close
+// left them, until streaming starts.
+constexpr ActionRule actionRules[] = {
+    {&Form::actionOpen, Change::Off, Change::Off, Change::Keep},
+    {&Form::actionClose, Change::On, Change::On, Change::Keep},
+    {&Form::actionRegisterAccess_2, Change::On, Change::On, Change::Keep},
+    {&Form::actionControl, Change::On, Change::On, Change::Keep},
+    {&Form::actionCameraReset, Change::On, Change::On, Change::Keep},
+    {&Form::actionOneGrab, Change::On, Change::On, Change::Off},
+    {&Form::actionPlay, Change::On, Change::On, Change::Off},
+    {&Form::actionStop, Change::On, Change::Off, Change::On},
+    {&Form::actionSave, Change::On, Change::Keep, Change::On},
+    {&Form::actionZoom100, Change::On, Change::Keep, Change::On},
+    {&Form::actionZoomFIT, Change::On, Change::Keep, Change::On},
+    {&Form::actionZoomIN, Change::On, Change::Keep, Change::On},
+    {&Form::actionZoomOUT, Change::On, Change::Keep, Change::On},
+    {&Form::actionDrawCenter, Change::On, Change::Keep, Change::On},
+};
+
+Change changeAt(const ActionRule &rule, int stage)
+{
+    if (stage == 0)
+        return rule.openedOrClosed;
+    return stage == 1 ? rule.justOpened : rule.streaming;
+}
+
+qint64 wholeNumber(double value)
+{
+    constexpr double limit = 9.2e18;
+    return std::isnan(value) ? 0 : static_cast<qint64>(qBound(-limit, value, limit));
+}
+
+} // namespace
+
+void MainWindow::UpdateUIStatus(bool on, int stage)
+{
+    for (const ActionRule &rule : actionRules) {
+        const Change change = changeAt(rule, stage);
+        if (change != Change::Keep)
+            (ui.get()->*rule.action)->setEnabled(on == (change == Change::On));
+    }
+}
+
+void MainWindow::slotStatusBar(int kind, double a, double b)
+{
+    if (kind == 0) {
+        m_pRecvLabel->setText(QStringLiteral("Recv :                 %1").arg(wholeNumber(a)));
+        return;
+    }
+    // A rate that was under way when its stream ended would stay on show.
+    const bool late = sender() == this && !m_bStreaming;
+    if (kind != 1 || late)
+        return;
+    m_pRateLabel->setText(QStringLiteral("                        %1")
+                              .arg(QString::fromLatin1(formatRates(a, b).data())));
+}

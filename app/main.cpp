@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Entry point of the viewer.
+#include "app/MainWindow.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QThreadPool>
+
+#include <cstdlib>
+
+namespace {
+
+int runViewer(QApplication *application)
+{
+    MainWindow window;
+    window.showMaximized();
+    return application->exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("OrvalisViewer"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/OrvalisViewer.ico")));
+    const int result = runViewer(&application);
+    // What is left on the pool now hangs in the camera library; nothing else is lost by leaving it.
+    if (!QThreadPool::globalInstance()->waitForDone(100))
+        std::_Exit(result);
+    return result;
+}
