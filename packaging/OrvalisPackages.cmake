@@ -23,6 +23,8 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/library")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS OFF)
+# Writing TIF takes a plugin of Qt that is loaded at run time, so no tool finds it.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt5-image-formats-plugins)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # The library has no version in its name, so programs and library come in the same package.
 file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/triggers" "activate-noawait ldconfig\n")
