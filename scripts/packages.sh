@@ -1,0 +1,71 @@
+# SPDX-License-Identifier: MIT
+# Sourced by the scripts beside it: which Debian and Ubuntu packages the project needs, and why.
+
+build_packages='
+g++                     compiler, C++20
+cmake                   build description
+ninja-build             build tool
+pkg-config              finds Aravis
+binutils                nm and objdump, for the tests of the exports
+qtbase5-dev             Qt 5: the viewer
+libaravis-dev           Aravis 0.8: GigE Vision and USB3 Vision cameras
+libusb-1.0-0-dev        named by the description of Aravis
+libopencv-imgproc-dev   conversion of pixel formats
+'
+test_packages='
+libgtest-dev            tests of the camera library
+libgmock-dev            matchers for the same
+aravis-tools            the GigE Vision camera process of the tests
+xvfb                    a display where there is none
+xauth                   asked for by the same
+openbox                 a window manager on that display
+xdotool                 clicks and types there
+imagemagick             screenshots
+x11-utils               asks the display for windows and their properties
+fonts-dejavu-core       letters
+iproute2                network namespaces of the GigE Vision tests: ip
+util-linux              the same: unshare
+'
+lint_packages='
+clang-format            layout of the source
+clang-tidy              habits of the source
+cppcheck                a second opinion
+'
+
+# is_installed <package>
+is_installed() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# install_missing <list>...: installs what is not there yet, and says so; silent when nothing is missing.
+install_missing() {
+    local missing=() package
+    if ! command -v dpkg-query >/dev/null; then
+        echo "This is not Debian or Ubuntu; going on with what is installed." >&2
+        return 0
+    fi
+    for package in $(printf '%s\n' "$@" | awk '{ print $1 }'); do
+        is_installed "$package" || missing+=("$package")
+    done
+    [ ${#missing[@]} -gt 0 ] || return 0
+
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            echo "Missing, and neither root nor sudo to install them: ${missing[*]}" >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "Installing: ${missing[*]}"
+    local log
+    log=$(mktemp)
+    if ! { "${as_root[@]}" apt-get update &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}
