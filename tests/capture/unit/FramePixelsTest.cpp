@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+// Which pixels of a frame are shown, and that nothing else is touched.
+#include "capture/FramePixels.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <vector>
+
+namespace {
+
+constexpr std::uint32_t mono12 = 0x01100005;
+constexpr std::uint32_t bayerGR12 = 0x01100010;
+constexpr std::uint32_t mono8 = 0x01080001;
+
+std::uint8_t *nowhere()
+{
+    return reinterpret_cast<std::uint8_t *>(std::uintptr_t{16}); // reading it ends the test
+}
+
+/// A frame whose planes hold exactly the bytes of width x height pixels.
+class Frame {
+public:
+    Frame(std::uint32_t width, std::uint32_t height)
+        : m_raw(std::size_t{width} * height), m_rgb(m_raw.size() * 3), m_mono(m_raw.size())
+    {
+        std::iota(m_raw.begin(), m_raw.end(), std::uint8_t{1});
+        std::iota(m_rgb.begin(), m_rgb.end(), std::uint8_t{50});
+        std::iota(m_mono.begin(), m_mono.end(), std::uint8_t{100});
+        record = {width * height, width, height, 8, m_raw.data(), m_rgb.data(), m_mono.data()};
+    }
+
+    OImageFrame record{};
+
+private:
+    std::vector<std::uint8_t> m_raw;
+    std::vector<std::uint8_t> m_rgb;
+    std::vector<std::uint8_t> m_mono;
+};
+
+TEST(DisplayPlane, colourShowsRgbWhateverTheFormat)
+{
+    EXPECT_EQ(displayPlane(true, mono8), FramePlane::Rgb);
+    EXPECT_EQ(displayPlane(true, mono12), FramePlane::Rgb);
+}
+
+TEST(DisplayPlane, twelveBitGreyShowsTheEightBitPlane)
+{
+    EXPECT_EQ(displayPlane(false, mono12), FramePlane::Mono8);
+    EXPECT_EQ(displayPlane(false, bayerGR12), FramePlane::Mono8);
+}
+
+TEST(DisplayPlane, otherGreyShowsTheRawPlane)
+{
+    EXPECT_EQ(displayPlane(false, mono8), FramePlane::Raw);
+    EXPECT_EQ(displayPlane(false, 0), FramePlane::Raw);
+}
+
+TEST(ShownPixels, areThoseOfThePlane)
+{
+    const Frame frame(4, 3);
+    EXPECT_EQ(shownPixels(frame.record, FramePlane::Rgb, 4, 3), frame.record.rgb);
+    EXPECT_EQ(shownPixels(frame.record, FramePlane::Mono8, 4, 3), frame.record.mono8);
+    EXPECT_EQ(shownPixels(frame.record, FramePlane::Raw, 4, 3), frame.record.raw);
+}
+
+struct Refusal {
+    const char *name;
+    OImageFrame frame;
+    FramePlane plane;
+    int regionWidth = 8;
+    int regionHeight = 8;
+};
+
+class Refused : public testing::TestWithParam<Refusal> {};
+
+TEST_P(Refused, frameIsLeftAlone)
+{
+    const Refusal &refusal = GetParam();
+    EXPECT_EQ(shownPixels(refusal.frame, refusal.plane, refusal.regionWidth, refusal.regionHeight),
+              nullptr);
+    FrameBuffer buffer(refusal.regionWidth, refusal.regionHeight);
+    EXPECT_FALSE(buffer.copyFrom(refusal.frame, refusal.plane));
+}
+
+constexpr std::uint32_t most = 0xFFFFFFFFU;
+
+INSTANTIATE_TEST_SUITE_P(
+    Frames, Refused,
+    testing::Values(
+        Refusal{"NoRgb", {64, 8, 8, 8, nowhere(), nullptr, nowhere()}, FramePlane::Rgb},
+        Refusal{"NoRaw", {64, 8, 8, 8, nullptr, nowhere(), nowhere()}, FramePlane::Raw},
+        Refusal{"NoMono8", {64, 8, 8, 8, nowhere(), nowhere(), nullptr}, FramePlane::Mono8},
+        Refusal{"RawTooShort", {63, 8, 8, 8, nowhere(), nowhere(), nowhere()}, FramePlane::Raw},
+        Refusal{"OneRowMore", {72, 8, 9, 8, nowhere(), nowhere(), nowhere()}, FramePlane::Rgb},
+        Refusal{"NoWidth", {64, 0, 8, 8, nowhere(), nowhere(), nowhere()}, FramePlane::Rgb},
+        Refusal{"NoHeight", {64, 8, 0, 8, nowhere(), nowhere(), nowhere()}, FramePlane::Rgb},
+        Refusal{"Largest", {most, most, most, 8, nowhere(), nowhere(), nowhere()}, FramePlane::Rgb},
+        Refusal{"Wraps", {0, 65536, 65536, 8, nowhere(), nowhere(), nowhere()}, FramePlane::Raw},
+        Refusal{
+            "EmptyRegion", {64, 8, 8, 8, nowhere(), nowhere(), nowhere()}, FramePlane::Rgb, 0, 8},
+        Refusal{"NegativeRegion",
+                {64, 8, 8, 8, nowhere(), nowhere(), nowhere()},
+                FramePlane::Rgb,
+                -8,
+                -8},
+        Refusal{"HugeRegion",
+                {most, 50000, 50000, 8, nowhere(), nowhere(), nowhere()},
+                FramePlane::Rgb,
+                0x7FFFFFFF,
+                0x7FFFFFFF}),
+    [](const auto &info) { return info.param.name; });
+
+TEST(FrameBuffer, holdsThePixelsWithoutPadding)
+{
+    const Frame frame(5, 3);
+    FrameBuffer buffer(5, 3);
+    ASSERT_TRUE(buffer.copyFrom(frame.record, FramePlane::Rgb));
+    EXPECT_TRUE(std::equal(frame.record.rgb, frame.record.rgb + 45, buffer.data()));
+    ASSERT_TRUE(buffer.copyFrom(frame.record, FramePlane::Mono8));
+    EXPECT_TRUE(std::equal(frame.record.mono8, frame.record.mono8 + 15, buffer.data()));
+}
+
+TEST(FrameBuffer, takesFramesOfAnotherShapeThatFit)
+{
+    const Frame frame(2, 6);
+    FrameBuffer buffer(4, 3);
+    EXPECT_TRUE(buffer.copyFrom(frame.record, FramePlane::Raw));
+}
+
+struct Shape {
+    int width;
+    int height;
+};
+
+class AlignedRows : public testing::TestWithParam<Shape> {};
+
+TEST_P(AlignedRows, canBeReadToTheirEnd)
+{
+    const auto [width, height] = GetParam();
+    const Frame frame(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
+    for (const FramePlane plane : {FramePlane::Rgb, FramePlane::Raw}) {
+        FrameBuffer buffer(width * height, 1); // the same number of pixels is what counts
+        ASSERT_TRUE(buffer.copyFrom(frame.record, plane));
+        const std::size_t row = (static_cast<std::size_t>(width) * pixelBytes(plane) + 3) / 4 * 4;
+        const std::size_t bytes = row * static_cast<std::size_t>(height);
+        const std::size_t filled = static_cast<std::size_t>(width * height) * pixelBytes(plane);
+        for (std::size_t i = filled; i < bytes; ++i)
+            ASSERT_EQ(buffer.data()[i], 0); // ends the test under the address sanitizer
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, AlignedRows,
+                         testing::Values(Shape{1, 64}, Shape{2, 32}, Shape{3, 21}, Shape{4, 16},
+                                         Shape{5, 13}, Shape{7, 9}, Shape{64, 1}, Shape{1, 1}));
+
+TEST(FrameBuffer, anAbsurdRegionHasNoRoom)
+{
+    const Frame frame(1, 1);
+    FrameBuffer buffer(0x7FFFFFFF, 0x7FFFFFFF);
+    EXPECT_EQ(buffer.data(), nullptr);
+    EXPECT_FALSE(buffer.copyFrom(frame.record, FramePlane::Rgb));
+}
+
+struct RawSize {
+    std::uint32_t claimed;
+    std::uint32_t bits;
+    std::size_t readable;
+};
+
+class RawPlaneBytes : public testing::TestWithParam<RawSize> {};
+
+TEST_P(RawPlaneBytes, neverExceedWhatThePixelsTake)
+{
+    OImageFrame frame{GetParam().claimed, 10, 10, GetParam().bits, nowhere(), nullptr, nullptr};
+    EXPECT_EQ(rawPlaneBytes(frame), GetParam().readable);
+}
+
+INSTANTIATE_TEST_SUITE_P(Claims, RawPlaneBytes,
+                         testing::Values(RawSize{100, 8, 100}, RawSize{200, 16, 200},
+                                         RawSize{50, 8, 50}, RawSize{most, 8, 100},
+                                         RawSize{most, 0, 100}, RawSize{most, most, 800},
+                                         RawSize{0, 8, 0}, RawSize{300, 24, 300}));
+
+TEST(RawPlaneBytesOf, aMissingPlaneIsNone)
+{
+    EXPECT_EQ(rawPlaneBytes({100, 10, 10, 8, nullptr, nullptr, nullptr}), 0U);
+}
+
+TEST(RawPlaneBytesOf, aHugeFrameDoesNotOverflow)
+{
+    EXPECT_LE(rawPlaneBytes({most, most, most, most, nowhere(), nullptr, nullptr}), 0x7FFFFFFFU);
+}
+
+} // namespace
