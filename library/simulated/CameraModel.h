@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// The four built-in cameras: what is fixed about each of them.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace orvalis::simulated {
+
+/// PFNC codes of the formats that the built-in cameras send.
+namespace format {
+constexpr std::uint32_t kMono8 = 0x01080001;
+constexpr std::uint32_t kMono12 = 0x01100005;
+constexpr std::uint32_t kBayerGR8 = 0x01080008;
+constexpr std::uint32_t kBayerGR12 = 0x01100010;
+constexpr std::uint32_t kRgb8 = 0x02180014;
+constexpr std::uint32_t kYuv422 = 0x02100032;
+} // namespace format
+
+/// True for the formats without colour.
+constexpr bool isMono(std::uint32_t code)
+{
+    return code == format::kMono8 || code == format::kMono12;
+}
+
+/// True for the formats whose samples are 12 bits in 16-bit words.
+constexpr bool isDeep(std::uint32_t code)
+{
+    return code == format::kMono12 || code == format::kBayerGR12;
+}
+
+/// Bytes of one pixel: PFNC codes carry the bits in their third byte.
+constexpr std::uint32_t bytesPerPixel(std::uint32_t code) { return ((code >> 16) & 0xFF) / 8; }
+
+/// One built-in camera.
+struct CameraModel {
+    std::string_view id;
+    std::string_view displayName;
+    std::string_view model;
+    std::string_view serialNumber;
+    bool color;
+    bool thermal;
+    std::uint32_t width;                    ///< pixels of the sensor
+    std::uint32_t height;                   ///< rows of the sensor
+    std::span<const std::uint32_t> formats; ///< PFNC codes, the default one first
+    double lineTime;                        ///< microseconds that the read-out of a row takes
+    double overhead;                        ///< microseconds between two read-outs
+    double linkRate;                        ///< bytes per microsecond that the link carries
+    double maximumRate;                     ///< frames per second that no region exceeds
+    double exposureMinimum;                 ///< microseconds
+    double exposureDefault;                 ///< microseconds; gives a well exposed picture at 0 dB
+    double rateDefault;                     ///< frames per second
+    double gammaMaximum;
+};
+
+/// The built-in cameras, in the order in which they are found on the bus.
+std::span<const CameraModel> cameraModels();
+
+/// Shortest time between two frames of a region, in microseconds.
+double shortestPeriod(const CameraModel &model, std::uint32_t width, std::uint32_t height,
+                      std::uint32_t pixelFormat);
+
+} // namespace orvalis::simulated

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+// Turns scene and settings into pictures, fast: what stays the same from frame to frame is kept.
+#pragma once
+
+#include "library/simulated/Noise.h"
+#include "library/simulated/Scene.h"
+#include "library/simulated/SensorSettings.h"
+#include "library/simulated/ToneCurve.h"
+
+#include <array>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+namespace orvalis::simulated {
+
+/// Draws a camera's pictures. The scene without noise and motion (the "still") is drawn once for
+/// each change of the settings; a frame is the still, plus the moving disc, plus noise. Any thread;
+/// pictures are drawn one after the other.
+class Renderer {
+public:
+    explicit Renderer(const CameraModel &model);
+
+    /// Draws one picture of region.width x region.height pixels. `out` has room for their bytes and
+    /// is aligned for 16-bit words.
+    void render(const SensorSettings &settings, const FrameStamp &stamp, std::uint8_t *out);
+
+    /// Mean sample, 0 to 1, of part of the last picture, without its noise. `area` in pixels of the
+    /// picture.
+    double meanBrightness(const Region &area) const;
+    /// Mean light on the red, green and blue pixels of a region, before any balance.
+    std::array<double, 3> meanLight(const SensorSettings &settings);
+
+private:
+    /// A picture without noise, and how much noise its samples have.
+    template <class Sample> struct Still {
+        std::vector<Sample> values;
+        std::vector<typename NoiseTypes<Sample>::Sigma> sigma;
+    };
+    /// The moving disc in this picture: its colour in samples, its place in the region.
+    struct Disc {
+        std::array<std::uint16_t, 3> samples{}; ///< R, G, B; Y, U, V; or brightness thrice
+        double x = 0;
+        double y = 0;
+        double radius = 0;
+    };
+
+    void prepare(const SensorSettings &settings);
+    template <class Sample> Still<Sample> &still();
+    template <class Sample> void drawStill(const SensorSettings &settings);
+    void drawLight(const SensorSettings &settings, const ColorMatrix &matrix,
+                   std::uint32_t sensorRow);
+    void drawLightRow(const SensorSettings &settings, const std::array<float, 3> &weights,
+                      std::uint32_t sensorRow, std::vector<std::uint16_t> &light) const;
+    void findDiscColor(const SensorSettings &settings);
+    Disc placeDisc(const FrameStamp &stamp) const;
+    template <class Sample> void drawFrame(const FrameStamp &stamp, std::uint8_t *out);
+    template <class Sample>
+    const Sample *withDisc(const Disc &disc, std::uint32_t y, const Sample *row);
+    template <class Sample> void drawNumber(std::uint32_t number, std::uint8_t *out) const;
+    std::size_t samplesPerPixel() const;
+
+    const CameraModel &model_;
+    mutable std::mutex mutex_; // guards all below
+    std::optional<Scene> scene_;
+    std::optional<SensorSettings> settings_; ///< of the still
+    ToneCurve curve_;
+    std::array<std::vector<std::uint16_t>, 3> light_; ///< one row, in steps of light
+    Still<std::uint8_t> still8_;
+    Still<std::uint16_t> still12_;
+    std::array<std::uint16_t, 3> discSamples_{};
+    std::vector<std::uint16_t> scratch_; ///< one row of samples of either size
+    NoiseOffsets offsets_;
+};
+
+} // namespace orvalis::simulated
