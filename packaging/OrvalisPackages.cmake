@@ -17,6 +17,7 @@ set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 # Dependencies are those of the files; the package's own library is looked for in the build tree.
@@ -26,7 +27,6 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS OFF)
 # Writing TIF takes a plugin of Qt that is loaded at run time, so no tool finds it.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt5-image-formats-plugins)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# The library has no version in its name, so programs and library come in the same package.
 file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/triggers" "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/triggers")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
