@@ -109,7 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
                 FramePlane::Rgb,
                 0x7FFFFFFF,
                 0x7FFFFFFF}),
-    [](const auto &info) { return info.param.name; });
+    [](const auto &row) { return row.param.name; });
 
 TEST(FrameBuffer, holdsThePixelsWithoutPadding)
 {
