@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QFontInfo>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -37,10 +38,26 @@ DrawCenterDlg::DrawCenterDlg(QWidget *parent) : QDialog(parent)
     setObjectName(QStringLiteral("DrawCenterDlg"));
     setWindowTitle(tr("Draw Center"));
     setFixedSize(340, 90);
+    fitFont();
     createWidgets();
     layOut();
-    fitFont();
     QMetaObject::connectSlotsByName(this);
+}
+
+/// The dialog's size is fixed, the desktop's font is not: takes the largest size up to the
+/// desktop's with which two rows fit. Before the widgets are made, as a combo box keeps its first
+/// size hint.
+void DrawCenterDlg::fitFont()
+{
+    constexpr int tallestText = 20;
+    QFont fitted = font();
+    int pixels = QFontInfo(fitted).pixelSize();
+    if (QFontMetrics(fitted).height() <= tallestText)
+        return;
+    do
+        fitted.setPixelSize(--pixels);
+    while (pixels > 1 && QFontMetrics(fitted).height() > tallestText);
+    setFont(fitted);
 }
 
 void DrawCenterDlg::createWidgets()
@@ -70,27 +87,14 @@ void DrawCenterDlg::layOut()
     colorLabel->setBuddy(m_pCmbColor);
 
     auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(12, 6, 12, 6);
+    grid->setSpacing(6);
     grid->addWidget(widthLabel, 0, 0);
     grid->addWidget(m_pSpiWidth, 0, 1);
     grid->addWidget(colorLabel, 1, 0);
     grid->addWidget(m_pCmbColor, 1, 1);
     grid->addWidget(m_pBtnApply, 1, 2);
     grid->setColumnStretch(1, 1);
-}
-
-/// The dialog's size is fixed, the desktop's font is not: shrinks the font until everything fits.
-void DrawCenterDlg::fitFont()
-{
-    constexpr int smallestPixelSize = 6;
-    QFont fitted = font();
-    for (int pixels = QFontInfo(fitted).pixelSize(); pixels > smallestPixelSize; --pixels) {
-        const QSize needed = layout()->minimumSize();
-        if (needed.width() <= width() && needed.height() <= height())
-            return;
-        fitted.setPixelSize(pixels);
-        setFont(fitted);
-        layout()->invalidate();
-    }
 }
 
 void DrawCenterDlg::on_btnApply_clicked()

@@ -1,0 +1,610 @@
+// SPDX-License-Identifier: MIT
+// The feature dock's write paths: combo box, "Excute" and keypad Enter, and what each one
+// announces.
+#include "tests/tree/DockBench.h"
+
+Q_DECLARE_METATYPE(fakeorvalis::Node)
+
+namespace {
+
+/// Notes every call of `function` among the bench's events.
+void noteCall(DockBench &bench, const char *function)
+{
+    fakeorvalis::onCall(function, [&bench, function] { bench.window.events.append(function); });
+}
+
+} // namespace
+
+class XMLCtrlWriteTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { fakeorvalis::reset(); }
+    void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
+
+    void choosingAnEntryWritesItsName();
+    void typedEntriesAreWrittenAsText();
+    void failedEntryWriteStillAnnounces();
+    void comboAnnounces_data();
+    void comboAnnounces();
+    void excuteRunsTheCommand();
+    void excuteAnnouncesUserSetLoadOnly_data();
+    void excuteAnnouncesUserSetLoadOnly();
+    void userSetLoadStopsAndRestartsTheStream();
+    void userSetLoadRestartsAlsoWhenItFails();
+    void otherCommandsLeaveTheStreamAlone();
+    void userSetLoadWithoutMainWindow();
+    void treeDeletedWhileTheStreamStops();
+    void returnWritesNothing();
+    void keypadEnterOutsideTheFieldIsSwallowed();
+    void otherKeysArePassedOn();
+    void keypadEnterWrites_data();
+    void keypadEnterWrites();
+    void integersAreClamped_data();
+    void integersAreClamped();
+    void floatsAreClamped_data();
+    void floatsAreClamped();
+    void failedBoundsWriteZero_data();
+    void failedBoundsWriteZero();
+    void failedWriteShowsWhatTheCameraHolds_data();
+    void failedWriteShowsWhatTheCameraHolds();
+    void addressNodesAreReadBackInDecimal();
+    void booleansAreWritten_data();
+    void booleansAreWritten();
+    void stringsAreCutToLatin1();
+    void otherTypesWriteNothingButAnnounce_data();
+    void otherTypesWriteNothingButAnnounce();
+    void keypadEnterAnnounces_data();
+    void keypadEnterAnnounces();
+    void announcesAfterTheReadBack();
+    void writesWithoutCameraAreHarmless_data();
+    void writesWithoutCameraAreHarmless();
+    void clickFromAReceiverKeepsTheRound();
+};
+
+void XMLCtrlWriteTest::choosingAnEntryWritesItsName()
+{
+    setOnlyNode("UserSetSelector", enumNode({"Default", "UserSet1", "UserSet2"}, "Default"));
+    DockBench bench;
+    bench.click("UserSetSelector");
+    QTest::keyClick(bench.combo(), Qt::Key_Down);
+    QCOMPARE(callsMade(),
+             QStringList{"OrvalisSetNodeString(h1, \"UserSetSelector\", \"UserSet1\")"});
+    QCOMPARE(bench.window.events, QStringList());
+    QCOMPARE(bench.combo()->currentIndex(), 1);
+}
+
+void XMLCtrlWriteTest::typedEntriesAreWrittenAsText()
+{
+    setOnlyNode("LineSource", enumNode({"Timer0Active"}, "Timer0Active"));
+    DockBench bench;
+    bench.click("LineSource");
+    bench.combo()->setFocus();
+    bench.combo()->lineEdit()->selectAll();
+    QTest::keyClicks(bench.combo(), "Other"); // has the focus for its line edit
+    QTest::keyClick(bench.combo(), Qt::Key_Enter, Qt::KeypadModifier);
+    QCOMPARE(callsMade(), QStringList{"OrvalisSetNodeString(h1, \"LineSource\", \"Other\")"});
+}
+
+void XMLCtrlWriteTest::failedEntryWriteStillAnnounces()
+{
+    setOnlyNode("GainAuto", enumNode({"Off", "Continuous"}, "Off"));
+    DockBench bench;
+    bench.click("GainAuto");
+    fakeorvalis::fail("OrvalisSetNodeString");
+    QTest::keyClick(bench.combo(), Qt::Key_Down);
+    QCOMPARE(bench.combo()->currentText(), QString("Continuous"));
+    QCOMPARE(bench.window.events, QStringList{"feature"});
+    QCOMPARE(fakeorvalis::calls().size(), 1U);
+}
+
+void XMLCtrlWriteTest::comboAnnounces_data()
+{
+    QTest::addColumn<QStringList>("events");
+    const auto row = [](const char *name, const QStringList &events) {
+        QTest::newRow(name) << events;
+    };
+    row("PixelFormat", {"video"});
+    row("GainAuto", {"feature"});
+    row("ExposureTime", {"feature"});
+    row("ExposureTimeMode", {"feature"});
+    row("ExposureAuto", {"feature"});
+    row("BalanceWhiteAuto", {"feature"});
+    row("TriggerMode", {"trigger"});
+    row("ExposureMode", {"trigger"});
+    row("TimerSelector", {"strobe"});
+    row("PixelFormatExposureAutoTriggerTimer", {"video", "feature", "trigger", "strobe"});
+    row("ExposureTimeTimer", {"feature", "strobe"});
+    row("GainAutoExposureAuto", {"feature"}); // once
+    for (const char *silent :
+         {"UserSetSelector", "Gain", "gainauto", "Width", "AcquisitionFrameRate", "pixelformat",
+          "UserSetLoad", "AutoExposure", "LineSource"})
+        row(silent, {});
+}
+
+void XMLCtrlWriteTest::comboAnnounces()
+{
+    QFETCH(QStringList, events);
+    setOnlyNode(QTest::currentDataTag(), enumNode({"A", "B"}, "A"));
+    DockBench bench;
+    bench.click(QTest::currentDataTag());
+    noteCall(bench, "OrvalisSetNodeString");
+    QTest::keyClick(bench.combo(), Qt::Key_Down);
+    QCOMPARE(bench.window.events, QStringList{"OrvalisSetNodeString"} + events);
+}
+
+void XMLCtrlWriteTest::excuteRunsTheCommand()
+{
+    setOnlyNode("UserSetSave", commandNode());
+    DockBench bench;
+    bench.click("UserSetSave");
+    QTest::mouseClick(bench.button(), Qt::LeftButton);
+    QCOMPARE(callsMade(), QStringList{"OrvalisSetNodeCommand(h1, \"UserSetSave\")"});
+    QCOMPARE(bench.window.events, QStringList());
+}
+
+void XMLCtrlWriteTest::excuteAnnouncesUserSetLoadOnly_data()
+{
+    QTest::addColumn<bool>("announces");
+    QTest::newRow("UserSetLoad") << true;
+    QTest::newRow("MyUserSetLoadNow") << true;
+    QTest::newRow("UserSetSave") << false;
+    QTest::newRow("usersetload") << false;
+    QTest::newRow("TriggerSoftware") << false;
+    QTest::newRow("GainAutoTimerPixelFormat") << false;
+}
+
+void XMLCtrlWriteTest::excuteAnnouncesUserSetLoadOnly()
+{
+    QFETCH(bool, announces);
+    setOnlyNode(QTest::currentDataTag(), commandNode());
+    DockBench bench;
+    bench.click(QTest::currentDataTag());
+    noteCall(bench, "OrvalisSetNodeCommand");
+    QTest::mouseClick(bench.button(), Qt::LeftButton);
+    QStringList expected{"OrvalisSetNodeCommand"};
+    if (announces)
+        expected += QStringList{"feature", "video", "trigger", "strobe", "userset"};
+    QCOMPARE(bench.window.events, expected);
+}
+
+void XMLCtrlWriteTest::userSetLoadStopsAndRestartsTheStream()
+{
+    setOnlyNode("UserSetLoad", commandNode());
+    DockBench bench;
+    bench.click("UserSetLoad");
+    bench.window.streaming = true;
+    noteCall(bench, "OrvalisSetNodeCommand");
+    QTest::mouseClick(bench.button(), Qt::LeftButton);
+    const QStringList expected{
+        "stop", "OrvalisSetNodeCommand", "feature", "video", "trigger", "strobe", "userset",
+        "start"};
+    QCOMPARE(bench.window.events, expected);
+    QVERIFY(bench.window.streaming);
+}
+
+void XMLCtrlWriteTest::userSetLoadRestartsAlsoWhenItFails()
+{
+    setOnlyNode("UserSetLoad", commandNode());
+    DockBench bench;
+    bench.click("UserSetLoad");
+    bench.window.streaming = true;
+    fakeorvalis::failAll(true);
+    QTest::mouseClick(bench.button(), Qt::LeftButton);
+    QCOMPARE(bench.window.events.first(), QString("stop"));
+    QCOMPARE(bench.window.events.last(), QString("start"));
+    QCOMPARE(bench.window.events.size(), 7);
+}
+
+void XMLCtrlWriteTest::otherCommandsLeaveTheStreamAlone()
+{
+    setOnlyNode("UserSetSave", commandNode());
+    DockBench bench;
+    bench.click("UserSetSave");
+    bench.window.streaming = true;
+    QTest::mouseClick(bench.button(), Qt::LeftButton);
+    QCOMPARE(bench.window.events, QStringList());
+}
+
+void XMLCtrlWriteTest::userSetLoadWithoutMainWindow()
+{
+    setOnlyNode("UserSetLoad", commandNode());
+    const DockBench bench;
+    QWidget plain;
+    XMLCtrl dock(&plain);
+    dock.CreateXMLTree(bench.handle);
+    const auto *model = dock.findChild<QTreeView *>("treeXML")->model();
+    dock.on_treeXML_clicked(model->index(0, 0, model->index(0, 0)));
+    QSignalSpy loaded(&dock, &XMLCtrl::sigUpdateUSerSetInfo);
+    dock.on_btnXMLExcute_clicked();
+    QCOMPARE(loaded.count(), 1);
+}
+
+void XMLCtrlWriteTest::treeDeletedWhileTheStreamStops()
+{
+    class VanishingWindow : public QWidget, public StreamControl {
+    public:
+        bool isStreaming() const override { return true; }
+        void slotStartCamera() override {}
+        void slotStopCamera() override { dock->DeleteXMLTree(); }
+        void resetFrameCount() override {}
+        XMLCtrl *dock = nullptr;
+    };
+    setOnlyNode("UserSetLoad", commandNode());
+    const DockBench bench;
+    VanishingWindow window;
+    XMLCtrl dock(&window);
+    window.dock = &dock;
+    dock.CreateXMLTree(bench.handle);
+    const auto *model = dock.findChild<QTreeView *>("treeXML")->model();
+    dock.on_treeXML_clicked(model->index(0, 0, model->index(0, 0)));
+    fakeorvalis::clearCalls();
+    dock.on_btnXMLExcute_clicked();
+    QCOMPARE(callsMade(), QStringList{"OrvalisSetNodeCommand(null, \"UserSetLoad\")"});
+}
+
+void XMLCtrlWriteTest::returnWritesNothing()
+{
+    setOnlyNode("Gain", integerNode(1, 0, 9));
+    DockBench bench;
+    bench.click("Gain");
+    bench.type("5", Qt::Key_Return);
+    QCOMPARE(callsMade(), QStringList());
+    QCOMPARE(bench.window.events, QStringList());
+    QCOMPARE(bench.edit()->text(), QString("5"));
+}
+
+void XMLCtrlWriteTest::keypadEnterOutsideTheFieldIsSwallowed()
+{
+    setOnlyNode("Gain", integerNode(1, 0, 9));
+    DockBench bench;
+    bench.click("Gain");
+    bench.tree()->setFocus();
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Enter, Qt::KeypadModifier);
+    QCoreApplication::sendEvent(bench.tree(), &enter);
+    QVERIFY(enter.isAccepted());
+    QCOMPARE(callsMade(), QStringList());
+    QCOMPARE(bench.window.events, QStringList());
+}
+
+void XMLCtrlWriteTest::otherKeysArePassedOn()
+{
+    setOnlyNode("Gain", integerNode(1, 0, 9));
+    DockBench bench;
+    bench.click("Gain");
+    bench.edit()->setFocus();
+    for (const int key : {int(Qt::Key_Return), int(Qt::Key_F5), int(Qt::Key_Escape)}) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        event.accept();
+        bench.dock->keyPressEvent(&event);
+        QVERIFY(!event.isAccepted());
+    }
+    QCOMPARE(callsMade(), QStringList());
+}
+
+void XMLCtrlWriteTest::keypadEnterWrites_data()
+{
+    QTest::addColumn<fakeorvalis::Node>("node");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QStringList>("expected");
+    const auto row = [](const char *tag, const fakeorvalis::Node &node, const char *typed,
+                        const char *shown, const QStringList &calls) {
+        QTest::newRow(tag) << node << typed << shown << calls;
+    };
+    row("integer", integerNode(1, 0, 4095), "17", "17",
+        {"OrvalisGetNodeInt(h1, \"Node\")", "OrvalisSetNodeInt(h1, \"Node\", 17)",
+         "OrvalisGetNodeInt(h1, \"Node\")"});
+    row("float", floatNode(1, 0, 10), "2.5", "2.5",
+        {"OrvalisGetNodeFloat(h1, \"Node\")", "OrvalisSetNodeFloat(h1, \"Node\", 2.5)",
+         "OrvalisGetNodeFloat(h1, \"Node\")"});
+    row("string", stringNode("old"), "new one", "new one",
+        {"OrvalisSetNodeString(h1, \"Node\", \"new one\")", "OrvalisGetNodeString(h1, \"Node\")"});
+    row("boolean", booleanNode(false), "1", "1",
+        {"OrvalisSetNodeBoolean(h1, \"Node\", true)", "OrvalisGetNodeBoolean(h1, \"Node\")"});
+}
+
+void XMLCtrlWriteTest::keypadEnterWrites()
+{
+    QFETCH(fakeorvalis::Node, node);
+    QFETCH(QString, typed);
+    QFETCH(QStringList, expected);
+    setOnlyNode("Node", node);
+    DockBench bench;
+    bench.click("Node");
+    bench.type(typed);
+    QTEST(bench.edit()->text(), "shown");
+    QCOMPARE(callsMade(), expected);
+}
+
+void XMLCtrlWriteTest::integersAreClamped_data()
+{
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("written");
+    const auto row = [](const char *tag, int minimum, int maximum, const char *typed,
+                        const char *written) {
+        QTest::newRow(tag) << minimum << maximum << typed << written;
+    };
+    row("above", 0, 4095, "5000", "4095");
+    row("below", 10, 20, "-3", "10");
+    row("inside", 0, 4095, "4094", "4094");
+    row("no number", 1, 10, "abc", "1");
+    row("empty", 0, 10, "", "0");
+    row("blanks around", 0, 10, " 7 ", "7");
+    row("hexadecimal is no number", 0, 99, "0x10", "0");
+    row("float is no number", 0, 99, "7.9", "0");
+    row("beyond 32 bits is no number", 0, 99, "5000000000", "0");
+    row("largest", INT32_MIN, INT32_MAX, "2147483647", "2147483647");
+    row("smallest", INT32_MIN, INT32_MAX, "-2147483648", "-2147483648");
+    row("bounds crossed: the minimum wins", 20, 10, "15", "20");
+}
+
+void XMLCtrlWriteTest::integersAreClamped()
+{
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(QString, typed);
+    QFETCH(QString, written);
+    setOnlyNode("Node", integerNode(minimum, minimum, maximum));
+    DockBench bench;
+    bench.click("Node");
+    bench.type(typed);
+    QCOMPARE(fakeorvalis::callsOf({"OrvalisSetNodeInt"}),
+             Calls{"OrvalisSetNodeInt(h1, \"Node\", " + written.toStdString() + ")"});
+}
+
+void XMLCtrlWriteTest::floatsAreClamped_data()
+{
+    QTest::addColumn<double>("minimum");
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("written");
+    const auto row = [](const char *tag, double minimum, double maximum, const char *typed,
+                        const char *written) {
+        QTest::newRow(tag) << minimum << maximum << typed << written;
+    };
+    row("above", 1, 10, "11.5", "10");
+    row("below", 1, 10, "0.5", "1");
+    row("no number", 1, 10, "abc", "1");
+    row("empty", -1, 1, "", "0");
+    row("exponent", 0, 1000, "1e2", "100");
+    row("infinite", 0, 10, "inf", "10");
+    row("minus infinite", -2, 10, "-inf", "-2");
+    row("nan is no number", 1, 10, "nan", "1");
+    row("decimal comma is no number", 0, 10, "2,5", "0");
+    row("bounds crossed: the minimum wins", 20, 10, "15", "20");
+}
+
+void XMLCtrlWriteTest::floatsAreClamped()
+{
+    QFETCH(double, minimum);
+    QFETCH(double, maximum);
+    QFETCH(QString, typed);
+    QFETCH(QString, written);
+    setOnlyNode("Node", floatNode(minimum, minimum, maximum));
+    DockBench bench;
+    bench.click("Node");
+    bench.type(typed);
+    QCOMPARE(fakeorvalis::callsOf({"OrvalisSetNodeFloat"}),
+             Calls{"OrvalisSetNodeFloat(h1, \"Node\", " + written.toStdString() + ")"});
+}
+
+void XMLCtrlWriteTest::failedBoundsWriteZero_data()
+{
+    QTest::addColumn<fakeorvalis::Node>("node");
+    QTest::addColumn<QString>("type");
+    QTest::newRow("integer") << integerNode(5, 1, 9) << "Int";
+    QTest::newRow("float") << floatNode(5, 1, 9) << "Float";
+}
+
+void XMLCtrlWriteTest::failedBoundsWriteZero()
+{
+    QFETCH(fakeorvalis::Node, node);
+    QFETCH(QString, type);
+    setOnlyNode("Node", node);
+    DockBench bench;
+    bench.click("Node");
+    fakeorvalis::fail("OrvalisGetNode" + type.toStdString());
+    bench.type("7");
+    const std::string setter = "OrvalisSetNode" + type.toStdString();
+    QCOMPARE(fakeorvalis::callsOf({setter}), Calls{setter + "(h1, \"Node\", 0)"});
+    QCOMPARE(bench.edit()->text(), QString("0"));
+}
+
+void XMLCtrlWriteTest::failedWriteShowsWhatTheCameraHolds_data()
+{
+    QTest::addColumn<fakeorvalis::Node>("node");
+    QTest::addColumn<QString>("setter");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("integer") << integerNode(5, 1, 9) << "OrvalisSetNodeInt"
+                             << "5";
+    QTest::newRow("float") << floatNode(5.5, 1, 9) << "OrvalisSetNodeFloat"
+                           << "5.5";
+    QTest::newRow("string") << stringNode("kept") << "OrvalisSetNodeString"
+                            << "kept";
+    QTest::newRow("boolean") << booleanNode(false) << "OrvalisSetNodeBoolean"
+                             << "0";
+}
+
+void XMLCtrlWriteTest::failedWriteShowsWhatTheCameraHolds()
+{
+    QFETCH(fakeorvalis::Node, node);
+    QFETCH(QString, setter);
+    setOnlyNode("Node", node);
+    DockBench bench;
+    bench.click("Node");
+    fakeorvalis::fail(setter.toStdString());
+    bench.type("7");
+    QTEST(bench.edit()->text(), "shown");
+    QCOMPARE(fakeorvalis::callsOf({setter.toStdString()}).size(), 1U);
+}
+
+void XMLCtrlWriteTest::addressNodesAreReadBackInDecimal()
+{
+    setOnlyNode("GevSCDA", integerNode(static_cast<int>(3232235777U), INT32_MIN, INT32_MAX));
+    DockBench bench;
+    bench.click("GevSCDA");
+    QCOMPARE(bench.edit()->text(), QString("192.168.1.1"));
+    bench.type("-1062731518");
+    QCOMPARE(bench.edit()->text(), QString("-1062731518"));
+    bench.click("GevSCDA");
+    QCOMPARE(bench.edit()->text(), QString("192.168.1.2"));
+}
+
+void XMLCtrlWriteTest::booleansAreWritten_data()
+{
+    QTest::addColumn<bool>("written");
+    QTest::newRow("1") << true;
+    QTest::newRow("2") << true;
+    QTest::newRow("-1") << true;
+    QTest::newRow("0") << false;
+    QTest::newRow("") << false;
+    QTest::newRow("true") << false;
+    QTest::newRow("abc") << false;
+    QTest::newRow("1.5") << false;
+}
+
+void XMLCtrlWriteTest::booleansAreWritten()
+{
+    QFETCH(bool, written);
+    setOnlyNode("Node", booleanNode(!written));
+    DockBench bench;
+    bench.click("Node");
+    bench.type(QTest::currentDataTag());
+    QCOMPARE(bench.edit()->text(), QString(written ? "1" : "0"));
+    const std::string flag = written ? "true" : "false";
+    QCOMPARE(fakeorvalis::callsOf({"OrvalisSetNodeBoolean"}),
+             Calls{"OrvalisSetNodeBoolean(h1, \"Node\", " + flag + ")"});
+}
+
+void XMLCtrlWriteTest::stringsAreCutToLatin1()
+{
+    setOnlyNode("Node", stringNode(""));
+    DockBench bench;
+    bench.click("Node");
+    bench.type(QStringLiteral("Köln €"));
+    QCOMPARE(bench.edit()->text(), QStringLiteral("Köln ?"));
+}
+
+void XMLCtrlWriteTest::otherTypesWriteNothingButAnnounce_data()
+{
+    QTest::addColumn<fakeorvalis::Node>("node");
+    QTest::newRow("enumeration") << enumNode({"Off"}, "Off");
+    QTest::newRow("command") << commandNode();
+    fakeorvalis::Node category;
+    category.type = ORVALIS_NODE_CATEGORY;
+    QTest::newRow("category") << category;
+    QTest::newRow("value") << fakeorvalis::Node{};
+}
+
+void XMLCtrlWriteTest::otherTypesWriteNothingButAnnounce()
+{
+    QFETCH(fakeorvalis::Node, node);
+    setOnlyNode("GainTrigger", node);
+    DockBench bench;
+    bench.click("GainTrigger");
+    bench.dock->HideShowXMLCtrl(1, true); // so that the field can have the focus
+    bench.type("untouched");
+    QCOMPARE(callsMade(), QStringList());
+    const QStringList expected{"feature", "trigger"};
+    QCOMPARE(bench.window.events, expected);
+    QCOMPARE(bench.edit()->text(), QString("untouched"));
+}
+
+void XMLCtrlWriteTest::keypadEnterAnnounces_data()
+{
+    QTest::addColumn<QStringList>("events");
+    const auto row = [](const char *name, const QStringList &events) {
+        QTest::newRow(name) << events;
+    };
+    for (const char *name : {"Gamma", "Gain", "GainRaw", "BlackLevel", "Contrast", "Hue",
+                             "Saturation", "Sharpness", "ExposureTime", "AutoExposure", "GammaHue"})
+        row(name, {"feature"});
+    for (const char *name :
+         {"Width", "Height", "OffsetX", "OffsetY", "AcquisitionFrameRate", "SensorWidth"})
+        row(name, {"video"});
+    row("TriggerDelay", {"trigger"});
+    row("Timer1Delay", {"strobe"});
+    row("UserSetName", {"userset"});
+    row("ExposureTimeTrigger", {"feature", "trigger"});
+    row("WidthUserSetTimerTriggerGain", {"feature", "trigger", "strobe", "userset", "video"});
+    for (const char *name : {"PixelFormat", "ExposureMode", "BalanceWhite", "gain", "ExposureAuto",
+                             "AcquisitionFrameCount", "DeviceUserID"})
+        row(name, {});
+}
+
+void XMLCtrlWriteTest::keypadEnterAnnounces()
+{
+    setOnlyNode(QTest::currentDataTag(), integerNode(1, 0, 9));
+    DockBench bench;
+    bench.click(QTest::currentDataTag());
+    bench.type("3");
+    QTEST(bench.window.events, "events");
+}
+
+void XMLCtrlWriteTest::announcesAfterTheReadBack()
+{
+    setOnlyNode("Gain", integerNode(1, 0, 9));
+    DockBench bench;
+    bench.click("Gain");
+    noteCall(bench, "OrvalisGetNodeInt");
+    noteCall(bench, "OrvalisSetNodeInt");
+    bench.type("3");
+    const QStringList expected{"OrvalisGetNodeInt", "OrvalisSetNodeInt", "OrvalisGetNodeInt",
+                               "feature"};
+    QCOMPARE(bench.window.events, expected);
+}
+
+void XMLCtrlWriteTest::writesWithoutCameraAreHarmless_data()
+{
+    QTest::addColumn<fakeorvalis::Node>("node");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("integer") << integerNode(5, 1, 9)
+                             << QStringList{"OrvalisGetNodeInt(null, \"Gain\")",
+                                            "OrvalisSetNodeInt(null, \"Gain\", 0)",
+                                            "OrvalisGetNodeInt(null, \"Gain\")"};
+    QTest::newRow("float") << floatNode(5, 1, 9)
+                           << QStringList{"OrvalisGetNodeFloat(null, \"Gain\")",
+                                          "OrvalisSetNodeFloat(null, \"Gain\", 0)",
+                                          "OrvalisGetNodeFloat(null, \"Gain\")"};
+    QTest::newRow("string") << stringNode("a")
+                            << QStringList{"OrvalisSetNodeString(null, \"Gain\", \"7\")",
+                                           "OrvalisGetNodeString(null, \"Gain\")"};
+    QTest::newRow("boolean") << booleanNode(true)
+                             << QStringList{"OrvalisSetNodeBoolean(null, \"Gain\", true)",
+                                            "OrvalisGetNodeBoolean(null, \"Gain\")"};
+}
+
+void XMLCtrlWriteTest::writesWithoutCameraAreHarmless()
+{
+    QFETCH(fakeorvalis::Node, node);
+    QFETCH(QStringList, expected);
+    setOnlyNode("Gain", node);
+    DockBench bench;
+    bench.click("Gain");
+    bench.dock->DeleteXMLTree();
+    bench.type("7");
+    bench.dock->on_cmbXMLValue_activated("x");
+    bench.dock->on_btnXMLExcute_clicked();
+    expected += QStringList{"OrvalisSetNodeString(null, \"Gain\", \"x\")",
+                            "OrvalisSetNodeCommand(null, \"Gain\")"};
+    QCOMPARE(callsMade(), expected);
+    QCOMPARE(bench.window.events, QStringList{"feature"});
+}
+
+void XMLCtrlWriteTest::clickFromAReceiverKeepsTheRound()
+{
+    setOnlyNode("GainTrigger", integerNode(5, 1, 9));
+    DockBench bench;
+    bench.click("GainTrigger");
+    connect(bench.dock, &XMLCtrl::sigUpdateFeatureInfo, this,
+            [&bench] { bench.dock->on_treeXML_clicked(bench.indexOf("Top")); });
+    bench.type("3");
+    const QStringList expected{"feature", "trigger"};
+    QCOMPARE(bench.window.events, expected);
+}
+
+ORVALIS_QTEST_MAIN(XMLCtrlWriteTest)
+#include "XMLCtrlWriteTest.moc"
