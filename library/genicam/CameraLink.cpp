@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// The one Aravis device of an open camera, and whose turn it is to talk to it.
+#include "library/genicam/CameraLink.h"
+
+#include "library/core/Debug.h"
+
+#include <utility>
+
+namespace orvalis {
+namespace {
+
+/// Runs on Aravis' heartbeat thread.
+void onControlLost(ArvDevice *, gpointer link) { static_cast<CameraLink *>(link)->markLost(); }
+
+} // namespace
+
+CameraLink::CameraLink(ArvDevice *device) : device_(device)
+{
+    arv_device_set_range_check_policy(device, ARV_RANGE_CHECK_POLICY_ENABLE);
+    arv_device_set_access_check_policy(device, ARV_ACCESS_CHECK_POLICY_ENABLE);
+    g_signal_connect(device, "control-lost", G_CALLBACK(onControlLost), this);
+}
+
+CameraLink::~CameraLink() { close(); }
+
+CameraLink::Turn CameraLink::turn()
+{
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [this] { return !taken_ || lost_; });
+    if (lost_) {
+        return Turn(nullptr);
+    }
+    taken_ = true;
+    return Turn(this);
+}
+
+CameraLink::Turn::~Turn()
+{
+    if (link_ != nullptr) {
+        link_->giveBack();
+    }
+}
+
+void CameraLink::giveBack()
+{
+    const std::lock_guard lock(mutex_);
+    taken_ = false;
+    changed_.notify_all();
+}
+
+OResult CameraLink::resultOf(const Failure &failure)
+{
+    if (failure.meansLost()) {
+        debugPrint("the camera does not answer: %s", failure.text());
+        markLost();
+    }
+    return failure.result();
+}
+
+void CameraLink::markLost()
+{
+    const std::lock_guard lock(mutex_);
+    lost_ = true;
+    changed_.notify_all();
+}
+
+void CameraLink::bufferDone()
+{
+    const std::lock_guard lock(mutex_);
+    done_ = true;
+    changed_.notify_all();
+}
+
+void CameraLink::wake()
+{
+    const std::lock_guard lock(mutex_);
+    woken_ = true;
+    changed_.notify_all();
+}
+
+void CameraLink::forgetWake()
+{
+    const std::lock_guard lock(mutex_);
+    woken_ = false;
+}
+
+CameraLink::Event CameraLink::waitForBuffer(Clock::time_point limit)
+{
+    std::unique_lock lock(mutex_);
+    changed_.wait_until(lock, limit, [this] { return done_ || woken_ || lost_; });
+    if (lost_) {
+        return Event::Lost;
+    }
+    if (std::exchange(woken_, false)) {
+        return Event::Wake;
+    }
+    return std::exchange(done_, false) ? Event::Buffer : Event::Timeout;
+}
+
+void CameraLink::close()
+{
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return !taken_; });
+    }
+    // The heartbeat thread, which may be inside onControlLost(), ends with the device.
+    device_.reset();
+}
+
+} // namespace orvalis

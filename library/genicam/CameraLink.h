@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// The one Aravis device of an open camera, and whose turn it is to talk to it.
+#pragma once
+
+#include "library/core/Device.h"
+#include "library/genicam/Glib.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
+namespace orvalis {
+
+/// Aravis takes one call per camera at a time, and a call to a camera that is gone lasts for
+/// seconds. So calls take turns, and whoever waits for a turn is sent away at once when the camera
+/// is known to be lost. Also the place where the thread that waits for images is woken. Any thread.
+class CameraLink {
+public:
+    /// Takes over the reference.
+    explicit CameraLink(ArvDevice *device);
+    ~CameraLink();
+    CameraLink(const CameraLink &) = delete;
+    CameraLink &operator=(const CameraLink &) = delete;
+
+    /// The right to call Aravis, until destruction; false if the camera is lost.
+    class Turn {
+    public:
+        explicit Turn(CameraLink *link) : link_(link) {}
+        Turn(Turn &&other) noexcept : link_(std::exchange(other.link_, nullptr)) {}
+        ~Turn();
+        explicit operator bool() const { return link_ != nullptr; }
+
+    private:
+        CameraLink *link_;
+    };
+    Turn turn();
+
+    /// Both only for whoever has the turn.
+    ArvDevice *device() const { return device_.get(); }
+    ArvGc *genicam() const { return arv_device_get_genicam(device_.get()); }
+
+    /// What `failure` means; an error that says that the camera is gone marks it lost.
+    OResult resultOf(const Failure &failure);
+
+    bool lost() const { return lost_; }
+    /// From now on the camera counts as lost, for ever. Ends all waits.
+    void markLost();
+
+    /// A buffer of the stream is full or given up.
+    void bufferDone();
+    /// Ends the present or the next waitForBuffer().
+    void wake();
+    /// Forgets a wake() that nobody has noticed.
+    void forgetWake();
+
+    enum class Event { Buffer, Wake, Lost, Timeout };
+    /// Waits for bufferDone(), wake(), the loss of the camera, or `limit`. One thread at a time.
+    Event waitForBuffer(Clock::time_point limit);
+
+    /// Leaves the camera, after the call that is under way. Takes seconds if the camera is gone.
+    /// Nobody asks for a turn any more.
+    void close();
+
+private:
+    void giveBack();
+
+    GPtr<ArvDevice> device_;
+    std::atomic<bool> lost_{false};
+
+    std::mutex mutex_; // guards everything below
+    std::condition_variable changed_;
+    bool taken_ = false;
+    bool woken_ = false;
+    bool done_ = false;
+};
+
+} // namespace orvalis

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+// The bus of real cameras: GigE Vision and USB3 Vision, or Aravis' in-process test camera.
+#include "library/core/Debug.h"
+#include "library/genicam/Discovery.h"
+#include "library/genicam/GenicamDevice.h"
+
+#include <condition_variable>
+#include <map>
+#include <mutex>
+
+namespace orvalis {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// The open cameras by ID. A camera that was closed a moment ago may still have to be told so.
+class OpenCameras {
+public:
+    void add(const std::string &id)
+    {
+        const std::lock_guard lock(mutex_);
+        ++count_[id];
+    }
+    void remove(const std::string &id)
+    {
+        const std::lock_guard lock(mutex_);
+        --count_[id];
+        changed_.notify_all();
+    }
+    /// Waits a moment for a camera to be left.
+    void waitUntilLeft(const std::string &id)
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, 2s, [&] { return count_[id] == 0; });
+    }
+
+private:
+    std::mutex mutex_; // guards count_
+    std::condition_variable changed_;
+    std::map<std::string, int> count_;
+};
+
+OResult refusedToOpen(const CameraRecord &camera, const Failure &failure)
+{
+    debugPrint("%s cannot be opened: %s", camera.id.c_str(), failure.text());
+    const OResult result = failure.result();
+    if (!camera.isGige() && hasForbiddenUsbCamera()) {
+        return ORVALIS_ERROR_ACCESS_DENIED;
+    }
+    return result == ORVALIS_ERROR_CONNECTION_LOST ? ORVALIS_ERROR_NOT_FOUND
+           : result == ORVALIS_OK                  ? ORVALIS_ERROR_DEVICE
+                                                   : result;
+}
+
+class GenicamBackend : public Backend {
+public:
+    std::string_view name() const override { return "genicam"; }
+    bool discoversAtOnce() const override { return false; }
+    std::vector<DeviceDescription> discover() override;
+    OResult open(const std::string &id, std::unique_ptr<Device> &device) override;
+
+private:
+    bool findRecord(const std::string &id, CameraRecord &camera);
+
+    std::shared_ptr<Background> background_ = Background::instance();
+    std::shared_ptr<OpenCameras> open_ = std::make_shared<OpenCameras>();
+    std::mutex mutex_;                          // guards known_
+    std::map<std::string, CameraRecord> known_; // all that were ever seen: they may come back
+};
+
+std::vector<DeviceDescription> GenicamBackend::discover()
+{
+    std::vector<DeviceDescription> found;
+    for (const CameraRecord &camera : lookForCameras()) {
+        found.push_back({camera.id, camera.displayName});
+        const std::lock_guard lock(mutex_);
+        known_[camera.id] = camera;
+    }
+    return found;
+}
+
+bool GenicamBackend::findRecord(const std::string &id, CameraRecord &camera)
+{
+    const std::lock_guard lock(mutex_);
+    const auto found = known_.find(id);
+    if (found == known_.end()) {
+        return false;
+    }
+    camera = found->second;
+    return true;
+}
+
+OResult GenicamBackend::open(const std::string &id, std::unique_ptr<Device> &device)
+{
+    CameraRecord camera;
+    if (!findRecord(id, camera)) {
+        return ORVALIS_ERROR_NOT_FOUND;
+    }
+    open_->waitUntilLeft(id);
+    Failure failure;
+    GPtr<ArvDevice> opened = openRecordedCamera(camera, failure);
+    if (!opened) {
+        return refusedToOpen(camera, failure);
+    }
+    if (ARV_IS_GV_DEVICE(opened.get()) &&
+        !arv_gv_device_is_controller(ARV_GV_DEVICE(opened.get()))) {
+        debugPrint("%s is controlled by another program", id.c_str());
+        return ORVALIS_ERROR_BUSY;
+    }
+    DeviceIdentity identity = identityOf(opened.get(), id, camera.displayName);
+    if (!camera.serialNumber.empty()) {
+        identity.serialNumber = camera.serialNumber;
+    }
+    open_->add(id);
+    device = std::make_unique<GenicamDevice>(std::move(opened), std::move(identity),
+                                             [open = open_, id] { open->remove(id); });
+    return ORVALIS_OK;
+}
+
+/// One camera that is always there, made of software.
+class FakeBackend : public Backend {
+public:
+    std::string_view name() const override { return "fake"; }
+    bool discoversAtOnce() const override { return true; }
+    std::vector<DeviceDescription> discover() override { return {{id, displayName}}; }
+    OResult open(const std::string &wanted, std::unique_ptr<Device> &device) override;
+
+private:
+    static constexpr const char *id = "Aravis-Fake-1";
+    static constexpr const char *displayName = "Aravis Fake (1)";
+
+    std::shared_ptr<Background> background_ = Background::instance();
+    std::shared_ptr<OpenCameras> open_ = std::make_shared<OpenCameras>();
+};
+
+OResult FakeBackend::open(const std::string &wanted, std::unique_ptr<Device> &device)
+{
+    if (wanted != id) {
+        return ORVALIS_ERROR_NOT_FOUND;
+    }
+    Failure failure;
+    GPtr<ArvDevice> opened(arv_fake_device_new("1", failure.slot()));
+    if (!opened) {
+        return ORVALIS_ERROR_DEVICE;
+    }
+    DeviceIdentity identity = identityOf(opened.get(), id, displayName);
+    device = std::make_unique<GenicamDevice>(std::move(opened), std::move(identity), [] {});
+    return ORVALIS_OK;
+}
+
+} // namespace
+
+std::unique_ptr<Backend> makeGenicamBackend(bool fake)
+{
+    if (fake) {
+        return std::make_unique<FakeBackend>();
+    }
+    return std::make_unique<GenicamBackend>();
+}
+
+} // namespace orvalis

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+// One open real camera: opening, leaving, registers, reset.
+#include "library/genicam/GenicamDevice.h"
+
+#include <initializer_list>
+
+namespace orvalis {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Callers are promised a second.
+constexpr auto farewellPatience = 800ms;
+
+/// Aravis' in-process test camera has no memory above this, and crashes when asked for it.
+constexpr std::uint32_t fakeMemory = ARV_FAKE_CAMERA_MEMORY_SIZE;
+
+std::string firstText(ArvDevice *device, std::initializer_list<const char *> names)
+{
+    for (const char *name : names) {
+        if (!ARV_IS_GC_STRING(arv_device_get_feature(device, name))) {
+            continue;
+        }
+        Failure failure;
+        const std::string text =
+            textOf(arv_device_get_string_feature_value(device, name, failure.slot()));
+        if (!failure && !text.empty()) {
+            return text;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+DeviceIdentity identityOf(ArvDevice *device, std::string id, std::string displayName)
+{
+    DeviceIdentity identity;
+    identity.id = std::move(id);
+    identity.displayName = std::move(displayName);
+    identity.vendor = firstText(device, {"DeviceVendorName"});
+    identity.model = firstText(device, {"DeviceModelName"});
+    identity.serialNumber = firstText(device, {"DeviceSerialNumber", "DeviceID"});
+    identity.firmware = firstText(device, {"DeviceFirmwareVersion", "DeviceVersion"});
+    return identity;
+}
+
+GenicamDevice::GenicamDevice(GPtr<ArvDevice> device, DeviceIdentity identity,
+                             std::function<void()> onGone)
+    : identity_(std::move(identity)), onGone_(std::move(onGone)),
+      isFake_(ARV_IS_FAKE_DEVICE(device.get()))
+{
+    core_ = std::make_shared<Core>(std::move(device));
+}
+
+GenicamDevice::~GenicamDevice()
+{
+    const auto leave = [core = std::move(core_), onGone = std::move(onGone_)] {
+        {
+            // A stream that is on its way out uses the camera until it is gone.
+            std::unique_lock lock(core->mutex);
+            core->ended.wait(lock, [&] { return core->stream == Stream::None; });
+        }
+        core->link.close();
+        onGone();
+    };
+    background_->run(leave, farewellPatience);
+}
+
+bool GenicamDevice::servesRegister(std::uint32_t address) const
+{
+    return !isFake_ || address < fakeMemory;
+}
+
+OResult GenicamDevice::readRegister(std::uint32_t address, std::uint32_t &value)
+{
+    const CameraLink::Turn turn = core_->link.turn();
+    if (!turn) {
+        return ORVALIS_ERROR_CONNECTION_LOST;
+    }
+    if (!servesRegister(address)) {
+        return ORVALIS_ERROR_NOT_FOUND;
+    }
+    Failure failure;
+    guint32 found = 0;
+    arv_device_read_register(core_->link.device(), address, &found, failure.slot());
+    value = failure ? value : found;
+    return core_->link.resultOf(failure);
+}
+
+OResult GenicamDevice::writeRegister(std::uint32_t address, std::uint32_t value)
+{
+    const CameraLink::Turn turn = core_->link.turn();
+    if (!turn) {
+        return ORVALIS_ERROR_CONNECTION_LOST;
+    }
+    if (!servesRegister(address)) {
+        return ORVALIS_ERROR_NOT_FOUND;
+    }
+    Failure failure;
+    arv_device_write_register(core_->link.device(), address, value, failure.slot());
+    return core_->link.resultOf(failure);
+}
+
+OResult GenicamDevice::reset()
+{
+    const OResult result = core_->nodes.execute("DeviceReset");
+    if (result == ORVALIS_OK || result == ORVALIS_ERROR_CONNECTION_LOST) {
+        // Many cameras are gone before they have acknowledged the command.
+        const bool knownBefore = result != ORVALIS_OK && core_->link.lost();
+        core_->link.markLost();
+        return knownBefore ? result : ORVALIS_OK;
+    }
+    return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;
+}
+
+} // namespace orvalis

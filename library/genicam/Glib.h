@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+// GObjects and GErrors that free themselves.
+#pragma once
+
+#include "sdk/OrvalisAPI.h"
+
+#include <arv.h>
+
+#include <memory>
+#include <string>
+
+namespace orvalis {
+
+struct Unref {
+    void operator()(void *object) const { g_object_unref(object); }
+};
+/// Owns one reference of a GObject.
+template <typename T> using GPtr = std::unique_ptr<T, Unref>;
+
+struct GFree {
+    void operator()(void *memory) const { g_free(memory); }
+};
+
+/// Place for the error of one Aravis call after the other.
+class Failure {
+public:
+    Failure() = default;
+    ~Failure() { g_clear_error(&error_); }
+    Failure(const Failure &) = delete;
+    Failure &operator=(const Failure &) = delete;
+
+    /// To pass to the next call; forgets the error of the one before.
+    GError **slot()
+    {
+        g_clear_error(&error_);
+        return &error_;
+    }
+    explicit operator bool() const { return error_ != nullptr; }
+    const char *text() const { return error_ != nullptr ? error_->message : "no reason given"; }
+
+    /// What the error means to a caller of the library; ORVALIS_OK without an error.
+    OResult result() const;
+    /// True if the camera did not answer at all, or answers to another host now.
+    bool meansLost() const;
+
+private:
+    GError *error_ = nullptr;
+};
+
+/// Text of a C string that may be null.
+inline std::string textOf(const char *text) { return text != nullptr ? text : ""; }
+
+} // namespace orvalis

@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: MIT
+// Reading and writing one node of Aravis' GenICam engine.
+#include "library/genicam/NodeKind.h"
+
+#include <cmath>
+#include <limits>
+
+namespace orvalis {
+namespace {
+
+std::uint8_t visibilityOf(ArvGcFeatureNode *node)
+{
+    switch (arv_gc_feature_node_get_visibility(node)) {
+    case ARV_GC_VISIBILITY_EXPERT:
+        return 1;
+    case ARV_GC_VISIBILITY_GURU:
+        return 2;
+    case ARV_GC_VISIBILITY_INVISIBLE:
+        return 3;
+    default:
+        return 0;
+    }
+}
+
+std::string unitOf(ArvGcFeatureNode *node)
+{
+    switch (nodeType(node)) {
+    case ORVALIS_NODE_INTEGER:
+        return textOf(arv_gc_integer_get_unit(ARV_GC_INTEGER(node)));
+    case ORVALIS_NODE_FLOAT:
+        return textOf(arv_gc_float_get_unit(ARV_GC_FLOAT(node)));
+    default:
+        return {};
+    }
+}
+
+/// An entry that the camera offers now. Entries whose state cannot be told are offered: the camera
+/// will refuse them if it has to.
+bool isOffered(ArvGcFeatureNode *entry)
+{
+    Failure failure;
+    const bool implemented = arv_gc_feature_node_is_implemented(entry, failure.slot()) || failure;
+    return implemented &&
+           (arv_gc_feature_node_is_available(entry, failure.slot()) != FALSE || failure);
+}
+
+/// Bounds and increments are optional in a camera's description: what cannot be read is taken as
+/// not there, unless the camera has gone. True if that is so; then `failure` tells it.
+bool gone(Failure &failure)
+{
+    if (failure.meansLost()) {
+        return true;
+    }
+    failure.slot();
+    return false;
+}
+
+IntegerValue integerBounds(ArvGcInteger *integer, Failure &failure)
+{
+    IntegerValue bounds;
+    bounds.minimum = arv_gc_integer_get_min(integer, failure.slot());
+    if (failure) {
+        bounds.minimum = std::numeric_limits<std::int64_t>::min();
+    }
+    if (gone(failure)) {
+        return bounds;
+    }
+    bounds.maximum = arv_gc_integer_get_max(integer, failure.slot());
+    if (failure) {
+        bounds.maximum = std::numeric_limits<std::int64_t>::max();
+    }
+    if (gone(failure)) {
+        return bounds;
+    }
+    bounds.increment = arv_gc_integer_get_inc(integer, failure.slot());
+    if (failure || bounds.increment < 1) {
+        bounds.increment = 1;
+    }
+    gone(failure);
+    return bounds;
+}
+
+FloatValue floatBounds(ArvGcFloat *number, Failure &failure)
+{
+    FloatValue bounds;
+    bounds.minimum = arv_gc_float_get_min(number, failure.slot());
+    if (failure || std::isnan(bounds.minimum)) {
+        bounds.minimum = std::numeric_limits<double>::lowest();
+    }
+    if (gone(failure)) {
+        return bounds;
+    }
+    bounds.maximum = arv_gc_float_get_max(number, failure.slot());
+    if (failure || std::isnan(bounds.maximum)) {
+        bounds.maximum = std::numeric_limits<double>::max();
+    }
+    if (gone(failure)) {
+        return bounds;
+    }
+    bounds.increment = arv_gc_float_get_inc(number, failure.slot());
+    // A step as small as the format allows is what the engine gives where there is none.
+    if (failure || !(bounds.increment > std::numeric_limits<double>::min())) {
+        bounds.increment = 0;
+    }
+    gone(failure);
+    return bounds;
+}
+
+std::int64_t roundedDown(std::int64_t value, const IntegerValue &bounds)
+{
+    const auto above =
+        static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(bounds.minimum);
+    const std::uint64_t steps = above / static_cast<std::uint64_t>(bounds.increment);
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(bounds.minimum) +
+                                     steps * static_cast<std::uint64_t>(bounds.increment));
+}
+
+} // namespace
+
+ONodeType nodeType(ArvGcFeatureNode *node)
+{
+    // Enumerations and booleans are integers to the engine as well, hence the order.
+    if (ARV_IS_GC_CATEGORY(node)) {
+        return ORVALIS_NODE_CATEGORY;
+    }
+    if (ARV_IS_GC_COMMAND(node)) {
+        return ORVALIS_NODE_COMMAND;
+    }
+    if (ARV_IS_GC_ENUMERATION(node)) {
+        return ORVALIS_NODE_ENUMERATION;
+    }
+    if (ARV_IS_GC_BOOLEAN(node)) {
+        return ORVALIS_NODE_BOOLEAN;
+    }
+    if (ARV_IS_GC_STRING(node)) {
+        return ORVALIS_NODE_STRING;
+    }
+    if (ARV_IS_GC_FLOAT(node)) {
+        return ORVALIS_NODE_FLOAT;
+    }
+    if (ARV_IS_GC_INTEGER(node)) {
+        return ORVALIS_NODE_INTEGER;
+    }
+    return ARV_IS_GC_REGISTER(node) ? ORVALIS_NODE_REGISTER : ORVALIS_NODE_VALUE;
+}
+
+NodeInfo describe(ArvGcFeatureNode *node)
+{
+    NodeInfo info;
+    info.type = nodeType(node);
+    info.visibility = visibilityOf(node);
+    info.displayName = textOf(arv_gc_feature_node_get_display_name(node));
+    if (info.displayName.empty()) {
+        info.displayName = textOf(arv_gc_feature_node_get_name(node));
+    }
+    info.description = textOf(arv_gc_feature_node_get_description(node));
+    if (info.description.empty()) {
+        info.description = textOf(arv_gc_feature_node_get_tooltip(node));
+    }
+    info.unit = unitOf(node);
+    return info;
+}
+
+OResult readInteger(ArvGcFeatureNode *node, IntegerValue &value, Failure &failure)
+{
+    ArvGcInteger *integer = ARV_GC_INTEGER(node);
+    const gint64 present = arv_gc_integer_get_value(integer, failure.slot());
+    if (failure) {
+        return ORVALIS_OK;
+    }
+    IntegerValue found = integerBounds(integer, failure);
+    found.value = present;
+    value = failure ? value : found;
+    return ORVALIS_OK;
+}
+
+OResult writeInteger(ArvGcFeatureNode *node, std::int64_t value, Failure &failure)
+{
+    ArvGcInteger *integer = ARV_GC_INTEGER(node);
+    const IntegerValue bounds = integerBounds(integer, failure);
+    if (failure) {
+        return ORVALIS_OK;
+    }
+    if (value < bounds.minimum || value > bounds.maximum) {
+        return ORVALIS_ERROR_OUT_OF_RANGE;
+    }
+    arv_gc_integer_set_value(integer, roundedDown(value, bounds), failure.slot());
+    return ORVALIS_OK;
+}
+
+OResult readFloat(ArvGcFeatureNode *node, FloatValue &value, Failure &failure)
+{
+    ArvGcFloat *number = ARV_GC_FLOAT(node);
+    const double present = arv_gc_float_get_value(number, failure.slot());
+    if (failure) {
+        return ORVALIS_OK;
+    }
+    FloatValue found = floatBounds(number, failure);
+    found.value = present;
+    value = failure ? value : found;
+    return ORVALIS_OK;
+}
+
+OResult writeFloat(ArvGcFeatureNode *node, double value, Failure &failure)
+{
+    ArvGcFloat *number = ARV_GC_FLOAT(node);
+    const FloatValue bounds = floatBounds(number, failure);
+    if (failure) {
+        return ORVALIS_OK;
+    }
+    if (!(value >= bounds.minimum && value <= bounds.maximum)) {
+        return ORVALIS_ERROR_OUT_OF_RANGE;
+    }
+    arv_gc_float_set_value(number, value, failure.slot());
+    return ORVALIS_OK;
+}
+
+OResult readEnumeration(ArvGcFeatureNode *node, EnumerationValue &value, Failure &failure)
+{
+    ArvGcEnumeration *enumeration = ARV_GC_ENUMERATION(node);
+    const gint64 present = arv_gc_enumeration_get_int_value(enumeration, failure.slot());
+    if (failure) {
+        return ORVALIS_OK;
+    }
+    EnumerationValue found;
+    for (const GSList *item = arv_gc_enumeration_get_entries(enumeration); item != nullptr;
+         item = item->next) {
+        ArvGcFeatureNode *entry = ARV_GC_FEATURE_NODE(item->data);
+        Failure ignored;
+        const gint64 number =
+            arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(item->data), ignored.slot());
+        if (ignored || !isOffered(entry)) {
+            continue;
+        }
+        if (number == present && found.current < 0) {
+            found.current = static_cast<int>(found.entries.size());
+        }
+        found.entries.push_back({textOf(arv_gc_feature_node_get_name(entry)), number});
+    }
+    value = std::move(found);
+    return ORVALIS_OK;
+}
+
+OResult writeEnumeration(ArvGcFeatureNode *node, const std::string &entry, Failure &failure)
+{
+    ArvGcEnumeration *enumeration = ARV_GC_ENUMERATION(node);
+    for (const GSList *item = arv_gc_enumeration_get_entries(enumeration); item != nullptr;
+         item = item->next) {
+        ArvGcFeatureNode *candidate = ARV_GC_FEATURE_NODE(item->data);
+        if (entry == textOf(arv_gc_feature_node_get_name(candidate)) && isOffered(candidate)) {
+            arv_gc_enumeration_set_string_value(enumeration, entry.c_str(), failure.slot());
+            return ORVALIS_OK;
+        }
+    }
+    return ORVALIS_ERROR_NOT_FOUND;
+}
+
+OResult writeText(ArvGcFeatureNode *node, const std::string &text, Failure &failure)
+{
+    ArvGcString *string = ARV_GC_STRING(node);
+    const gint64 longest = arv_gc_string_get_max_length(string, failure.slot());
+    if (!failure && longest > 0 && text.size() > static_cast<std::uint64_t>(longest)) {
+        return ORVALIS_ERROR_OUT_OF_RANGE;
+    }
+    arv_gc_string_set_value(string, text.c_str(), failure.slot());
+    return ORVALIS_OK;
+}
+
+} // namespace orvalis
