@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// The real executable with a GigE Vision camera that is another process on the loopback network. To
+// be run inside a network namespace of its own.
+#include "tests/e2e/Pixels.h"
+#include "tests/e2e/ViewerSession.h"
+
+#include <QtTest>
+
+namespace {
+
+constexpr int patience = 60000; // discovery over the network takes seconds
+
+const QString playTool = QStringLiteral("20x20/camera-play.png");
+const QString stopTool = QStringLiteral("20x20/camera-stop.png");
+
+} // namespace
+
+class ViewerGigeTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void showsTheLivePicture();
+    void closesTheCameraThatIsUnplugged();
+
+private:
+    void openAndPlay();
+
+    QProcess m_camera;
+    std::unique_ptr<e2e::ViewerSession> m_session;
+};
+
+void ViewerGigeTest::init()
+{
+    m_camera.start(QStringLiteral("arv-fake-gv-camera-0.8"),
+                   {QStringLiteral("-i"), QStringLiteral("127.0.0.1"), QStringLiteral("-s"),
+                    QStringLiteral("GV01")});
+    QVERIFY(m_camera.waitForStarted());
+    m_session = std::make_unique<e2e::ViewerSession>();
+    m_session->setVariable(QStringLiteral("ORVALIS_BACKENDS"), QStringLiteral("genicam"));
+    QVERIFY2(m_session->start(), qPrintable(m_session->error()));
+}
+
+void ViewerGigeTest::cleanup()
+{
+    m_session.reset();
+    m_camera.kill();
+    m_camera.waitForFinished();
+}
+
+void ViewerGigeTest::openAndPlay()
+{
+    QTRY_COMPARE_WITH_TIMEOUT(m_session->cameraRows().size(), 1, patience);
+    m_session->desktop().doubleClick(m_session->cameraRows().constFirst().center());
+    QTRY_VERIFY_WITH_TIMEOUT(m_session->title().contains(QLatin1String("GV01")), patience);
+    QVERIFY(m_session->clickTool(playTool));
+    // The fake camera draws a moving diagonal in shades of grey.
+    QTRY_VERIFY_WITH_TIMEOUT(
+        e2e::coloursIn(m_session->desktop().screenshot(), e2e::pictureCentre()) > 100, patience);
+}
+
+void ViewerGigeTest::showsTheLivePicture()
+{
+    openAndPlay();
+    const QImage first = m_session->keepScreenshot(QStringLiteral("gige-first"));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        e2e::differences(first, m_session->desktop().screenshot(), e2e::pictureCentre()) > 1000,
+        patience);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        e2e::differences(first, m_session->desktop().screenshot(), e2e::statusBar()) > 20,
+        patience);
+    m_session->keepScreenshot(QStringLiteral("gige"));
+    QVERIFY(m_session->clickTool(stopTool));
+    QTRY_VERIFY_WITH_TIMEOUT(m_session->isToolEnabled(playTool), patience);
+    m_session->desktop().key(QStringLiteral("ctrl+q"));
+    QVERIFY(m_session->waitForExit() >= 0);
+    QCOMPARE(m_session->exitCode(), 0);
+}
+
+void ViewerGigeTest::closesTheCameraThatIsUnplugged()
+{
+    openAndPlay();
+    m_camera.kill();
+    QTRY_VERIFY_WITH_TIMEOUT(!m_session->isToolEnabled(stopTool), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_session->cameraRows().isEmpty(), patience);
+    m_session->keepScreenshot(QStringLiteral("gige-unplugged"));
+    QVERIFY(m_session->isRunning());
+    m_session->desktop().key(QStringLiteral("ctrl+q"));
+    QVERIFY(m_session->waitForExit() >= 0);
+    QCOMPARE(m_session->exitCode(), 0);
+}
+
+QTEST_GUILESS_MAIN(ViewerGigeTest)
+#include "ViewerGigeTest.moc"
