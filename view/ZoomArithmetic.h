@@ -8,7 +8,8 @@ constexpr int wheelUnitsPerStep = 120;
 /// Whole steps of a wheel movement; smaller ones are 0 steps.
 constexpr int zoomSteps(int delta) { return delta / wheelUnitsPerStep; }
 
-/// Adds steps to those that are pending; a change of direction drops the pending ones.
+/// Adds steps to those that are pending; a change of direction that leaves a rest drops
+/// the pending ones.
 constexpr double addedScalings(double pending, int steps)
 {
     const double sum = pending + steps;
