@@ -1,0 +1,440 @@
+// SPDX-License-Identifier: MIT
+// Typed features as a view of nodes: names, units, bounds, selectors.
+#include "library/core/Features.h"
+#include "tests/library/core/ScriptedNodes.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <thread>
+
+using namespace orvalis;
+using namespace orvalis::test;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class FeaturesTest : public testing::Test {
+protected:
+    NumberValue read(Number number)
+    {
+        NumberValue value;
+        EXPECT_EQ(features_.get(number, value), ORVALIS_OK);
+        return value;
+    }
+    OResult resultOf(Number number)
+    {
+        NumberValue value;
+        return features_.get(number, value);
+    }
+    std::vector<std::string> writes() { return nodes_.writes(); }
+
+    ScriptedNodes nodes_;
+    std::mutex mutex_;
+    Features features_{nodes_, mutex_};
+};
+
+/// A node name, the feature that it stands for, and what 10 of it is in the interface's units.
+struct NamedNode {
+    Number number;
+    const char *node;
+    double units;
+};
+
+class FeatureNames : public FeaturesTest, public testing::WithParamInterface<NamedNode> {};
+
+} // namespace
+
+TEST_P(FeatureNames, nodeIsFoundInItsUnits)
+{
+    const NamedNode &row = GetParam();
+    nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
+    nodes_.nodes[row.node] = floatNode(10, 0, 20);
+    EXPECT_EQ(read(row.number).value, row.units);
+    EXPECT_EQ(read(row.number).maximum, 2 * row.units);
+    EXPECT_EQ(features_.set(row.number, 2 * row.units), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes[row.node].value, 20);
+    EXPECT_EQ(features_.set(row.number, 3 * row.units), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_EQ(nodes_.nodes[row.node].value, 20);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, FeatureNames,
+    testing::Values(NamedNode{Number::Gain, "Gain", 10}, NamedNode{Number::Gain, "GainRaw", 10},
+                    NamedNode{Number::Shutter, "ExposureTime", 10},
+                    NamedNode{Number::Shutter, "ExposureTimeAbs", 10},
+                    NamedNode{Number::Shutter, "ExposureTimeRaw", 10},
+                    NamedNode{Number::AutoExposure, "AutoExposureTargetBrightness", 10},
+                    NamedNode{Number::AutoExposure, "AutoTargetBrightness", 1000},
+                    NamedNode{Number::AutoExposure, "AutoTargetValue", 10},
+                    NamedNode{Number::BlackLevel, "BlackLevel", 10},
+                    NamedNode{Number::BlackLevel, "BlackLevelRaw", 10},
+                    NamedNode{Number::Gamma, "Gamma", 10},
+                    NamedNode{Number::Contrast, "Contrast", 10}, NamedNode{Number::Hue, "Hue", 10},
+                    NamedNode{Number::Saturation, "Saturation", 10},
+                    NamedNode{Number::Sharpness, "Sharpness", 10},
+                    NamedNode{Number::RedGain, "BalanceRatio", 10240},
+                    NamedNode{Number::GreenGain, "BalanceRatioAbs", 10240},
+                    NamedNode{Number::BlueGain, "BalanceRatioRaw", 10},
+                    NamedNode{Number::FrameRate, "AcquisitionFrameRate", 10},
+                    NamedNode{Number::FrameRate, "AcquisitionFrameRateAbs", 10},
+                    NamedNode{Number::TriggerParameter, "AcquisitionBurstFrameCount", 10},
+                    NamedNode{Number::TriggerDelay, "TriggerDelay", 10},
+                    NamedNode{Number::TriggerDelay, "TriggerDelayAbs", 10},
+                    NamedNode{Number::TriggerNoiseFilter, "LineDebouncerTime", 10},
+                    NamedNode{Number::TriggerNoiseFilter, "LineDebouncerTimeAbs", 10},
+                    NamedNode{Number::StrobeDelay, "TimerDelay", 10},
+                    NamedNode{Number::StrobeDelay, "TimerDelayAbs", 10},
+                    NamedNode{Number::StrobeDuration, "TimerDuration", 10},
+                    NamedNode{Number::StrobeDuration, "TimerDurationAbs", 10}),
+    [](const auto &row) {
+        return std::string(row.param.node) + "_" +
+               std::to_string(static_cast<int>(row.param.number));
+    });
+
+TEST_F(FeaturesTest, missingFeatureIsNotSupported)
+{
+    for (int i = 0; i <= static_cast<int>(Number::StrobeDuration); ++i) {
+        EXPECT_EQ(resultOf(static_cast<Number>(i)), ORVALIS_ERROR_NOT_SUPPORTED) << i;
+        EXPECT_EQ(features_.set(static_cast<Number>(i), 1), ORVALIS_ERROR_NOT_SUPPORTED) << i;
+    }
+    std::vector<std::string> names;
+    bool on = false;
+    for (int i = 0; i <= static_cast<int>(Choice::StrobePolarity); ++i)
+        EXPECT_EQ(features_.list(static_cast<Choice>(i), names), ORVALIS_ERROR_NOT_SUPPORTED) << i;
+    EXPECT_EQ(features_.get(Switch::TriggerEnable, on), ORVALIS_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(features_.set(Switch::StrobeEnable, true), ORVALIS_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(features_.fireSoftwareTrigger(), ORVALIS_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(features_.loadDefaults(), ORVALIS_ERROR_NOT_SUPPORTED);
+}
+
+TEST_F(FeaturesTest, unavailableNodeIsNotSupported)
+{
+    nodes_.nodes["Hue"] = integerNode(1, 0, 10);
+    nodes_.nodes["Hue"].access = ORVALIS_ACCESS_NOT_AVAILABLE;
+    EXPECT_EQ(resultOf(Number::Hue), ORVALIS_ERROR_NOT_SUPPORTED);
+}
+
+TEST_F(FeaturesTest, unavailableNodeGivesWayToTheNextName)
+{
+    nodes_.nodes["Gain"] = floatNode(1, 0, 10);
+    nodes_.nodes["Gain"].access = ORVALIS_ACCESS_NOT_IMPLEMENTED;
+    nodes_.nodes["GainRaw"] = integerNode(7, 0, 10);
+    EXPECT_EQ(read(Number::Gain).value, 7);
+}
+
+TEST_F(FeaturesTest, halvesAreRoundedAwayFromZero)
+{
+    nodes_.nodes["Gain"] = floatNode(2.5, -2.5, 24.4);
+    const NumberValue gain = read(Number::Gain);
+    EXPECT_EQ(gain.value, 3);
+    EXPECT_EQ(gain.minimum, -3);
+    EXPECT_EQ(gain.maximum, 24);
+}
+
+TEST_F(FeaturesTest, roundedBoundsCanBeSet)
+{
+    nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
+    nodes_.nodes["BalanceRatio"] = floatNode(1, 0.0625, 3.999);
+    EXPECT_EQ(read(Number::RedGain).minimum, 64);
+    EXPECT_EQ(read(Number::RedGain).maximum, 4095);
+    EXPECT_EQ(features_.set(Number::RedGain, 4095), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes["BalanceRatio"].value, 3.999);
+    EXPECT_EQ(features_.set(Number::RedGain, 4096), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_EQ(features_.set(Number::RedGain, 63), ORVALIS_ERROR_OUT_OF_RANGE);
+}
+
+TEST_F(FeaturesTest, everyRatioComesBackAsItWasSet)
+{
+    nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
+    nodes_.nodes["BalanceRatio"] = floatNode(1, 0.0625, 3.999);
+    for (int ratio = 64; ratio <= 4095; ++ratio) {
+        ASSERT_EQ(features_.set(Number::RedGain, ratio), ORVALIS_OK) << ratio;
+        ASSERT_EQ(read(Number::RedGain).value, ratio);
+    }
+}
+
+TEST_F(FeaturesTest, valueIsRoundedDownToTheIncrement)
+{
+    nodes_.nodes["BlackLevel"] = integerNode(0, 2, 30, 4);
+    EXPECT_EQ(features_.set(Number::BlackLevel, 13), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes["BlackLevel"].value, 10);
+    nodes_.nodes["Gain"] = floatNode(0, 0, 24);
+    nodes_.nodes["Gain"].increment = 1.5;
+    EXPECT_EQ(features_.set(Number::Gain, 5), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes["Gain"].value, 4.5);
+}
+
+TEST_F(FeaturesTest, notANumberIsOutOfRange)
+{
+    nodes_.nodes["Gamma"] = floatNode(1, 0.1, 4);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(features_.set(Number::Gamma, nan), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_THAT(writes(), IsEmpty());
+}
+
+TEST_F(FeaturesTest, floatBoundsThatWereReadCanBeSet)
+{
+    nodes_.nodes["Gamma"] = floatNode(1, 0.1, 3.3);
+    EXPECT_EQ(features_.set(Number::Gamma, read(Number::Gamma).maximum), ORVALIS_OK);
+    EXPECT_EQ(features_.set(Number::Gamma, read(Number::Gamma).minimum), ORVALIS_OK);
+    EXPECT_FLOAT_EQ(static_cast<float>(nodes_.nodes["Gamma"].value), 0.1F);
+}
+
+TEST_F(FeaturesTest, automaticIsReadAndSet)
+{
+    nodes_.nodes["Gain"] = floatNode(1, 0, 24);
+    nodes_.nodes["GainAuto"] = enumNode({"Off", "Once", "Continuous"});
+    EXPECT_FALSE(read(Number::Gain).automatic);
+    EXPECT_EQ(features_.set(Number::Gain, 1000, true), ORVALIS_OK);
+    EXPECT_TRUE(read(Number::Gain).automatic);
+    EXPECT_EQ(features_.set(Number::Gain, 5), ORVALIS_OK);
+    EXPECT_FALSE(read(Number::Gain).automatic);
+    EXPECT_THAT(writes(), ElementsAre("GainAuto=Continuous", "GainAuto=Off", "Gain=5"));
+}
+
+TEST_F(FeaturesTest, refusedValueLeavesAutomaticOn)
+{
+    nodes_.nodes["ExposureTime"] = floatNode(1, 0, 24);
+    nodes_.nodes["ExposureAuto"] = enumNode({"Off", "Continuous"}, 1);
+    EXPECT_EQ(features_.set(Number::Shutter, 25), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_THAT(writes(), IsEmpty());
+}
+
+TEST_F(FeaturesTest, automaticWithoutControlIsNotSupported)
+{
+    nodes_.nodes["Gain"] = floatNode(1, 0, 24);
+    EXPECT_EQ(features_.set(Number::Gain, 1, true), ORVALIS_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(features_.set(Number::Gain, 2, false), ORVALIS_OK);
+}
+
+TEST_F(FeaturesTest, lockedNodeIsAccessDenied)
+{
+    nodes_.nodes["Sharpness"] = integerNode(10, 10, 20);
+    nodes_.nodes["Sharpness"].access = ORVALIS_ACCESS_READ_ONLY;
+    EXPECT_EQ(features_.set(Number::Sharpness, 12), ORVALIS_ERROR_ACCESS_DENIED);
+    EXPECT_EQ(read(Number::Sharpness).value, 10);
+}
+
+TEST_F(FeaturesTest, frameRateSwitchesItsControlOnInEverySpelling)
+{
+    for (const char *enable : {"AcquisitionFrameRateEnable", "AcquisitionFrameRateEnabled"}) {
+        nodes_.nodes.clear();
+        nodes_.nodes["AcquisitionFrameRate"] = floatNode(10, 1, 100);
+        nodes_.nodes[enable] = booleanNode(false);
+        EXPECT_EQ(features_.set(Number::FrameRate, 50), ORVALIS_OK);
+        EXPECT_EQ(nodes_.nodes[enable].value, 1) << enable;
+        EXPECT_EQ(nodes_.nodes["AcquisitionFrameRate"].value, 50);
+    }
+}
+
+TEST_F(FeaturesTest, frameRateThatIsHiddenUntilSwitchedOn)
+{
+    nodes_.nodes["AcquisitionFrameRate"] = floatNode(10, 1, 100);
+    nodes_.nodes["AcquisitionFrameRate"].access = ORVALIS_ACCESS_NOT_AVAILABLE;
+    nodes_.nodes["AcquisitionFrameRateEnable"] = booleanNode(false);
+    nodes_.afterWrite = [this] {
+        nodes_.nodes["AcquisitionFrameRate"].access = ORVALIS_ACCESS_READ_WRITE;
+    };
+    EXPECT_EQ(features_.set(Number::FrameRate, 50), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes["AcquisitionFrameRate"].value, 50);
+}
+
+TEST_F(FeaturesTest, refusedFrameRateSwitchesNothing)
+{
+    nodes_.nodes["AcquisitionFrameRate"] = floatNode(10, 1, 100);
+    nodes_.nodes["AcquisitionFrameRateEnable"] = booleanNode(false);
+    EXPECT_EQ(features_.set(Number::FrameRate, 101), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_THAT(writes(), IsEmpty());
+}
+
+TEST_F(FeaturesTest, selectorIsTurnedForTheAccessAndPutBack)
+{
+    nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"}, 1);
+    nodes_.nodes["BalanceRatio"] = floatNode(0, 0, 4);
+    nodes_.nodes["BalanceRatio"].selector = "BalanceRatioSelector";
+    nodes_.nodes["BalanceRatio"].selected = {{"Red", 1}, {"Green", 2}, {"Blue", 3}};
+    EXPECT_EQ(read(Number::BlueGain).value, 3 * 1024);
+    EXPECT_EQ(read(Number::GreenGain).value, 2 * 1024);
+    EXPECT_EQ(features_.set(Number::RedGain, 1536), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes["BalanceRatio"].selected["Red"], 1.5);
+    EXPECT_THAT(writes(), ElementsAre("BalanceRatioSelector=Blue", "BalanceRatioSelector=Green",
+                                      "BalanceRatioSelector=Red", "BalanceRatio=1.5",
+                                      "BalanceRatioSelector=Green"));
+}
+
+TEST_F(FeaturesTest, threadsDoNotTurnEachOthersSelectors)
+{
+    nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
+    nodes_.nodes["BalanceRatio"] = floatNode(0, 0, 4);
+    nodes_.nodes["BalanceRatio"].selector = "BalanceRatioSelector";
+    nodes_.nodes["BalanceRatio"].selected = {{"Red", 1}, {"Green", 2}, {"Blue", 3}};
+    const auto hammer = [this](Number number, double expected) {
+        for (int i = 0; i < 300; ++i)
+            ASSERT_EQ(read(number).value, expected);
+    };
+    std::thread red(hammer, Number::RedGain, 1024);
+    std::thread blue(hammer, Number::BlueGain, 3072);
+    red.join();
+    blue.join();
+}
+
+TEST_F(FeaturesTest, gainIsThatOfTheWholeCamera)
+{
+    nodes_.nodes["GainSelector"] = enumNode({"All", "Red"}, 1);
+    nodes_.nodes["Gain"] = floatNode(0, 0, 24);
+    nodes_.nodes["Gain"].selector = "GainSelector";
+    nodes_.nodes["Gain"].selected = {{"All", 6}, {"Red", 9}};
+    EXPECT_EQ(read(Number::Gain).value, 6);
+    EXPECT_EQ(nodes_.nodes["GainSelector"].value, 1) << "put back";
+}
+
+TEST_F(FeaturesTest, noiseFilterIsThatOfTheTriggersLine)
+{
+    nodes_.nodes["TriggerSource"] = enumNode({"Software", "Line0", "Line1"}, 2);
+    nodes_.nodes["LineSelector"] = enumNode({"Line0", "Line1", "Line2"}, 2);
+    nodes_.nodes["LineDebouncerTime"] = floatNode(0, 0, 1000);
+    nodes_.nodes["LineDebouncerTime"].selector = "LineSelector";
+    nodes_.nodes["LineDebouncerTime"].selected = {{"Line0", 10}, {"Line1", 20}};
+    EXPECT_EQ(read(Number::TriggerNoiseFilter).value, 20);
+    EXPECT_EQ(nodes_.nodes["LineSelector"].value, 2) << "put back";
+}
+
+TEST_F(FeaturesTest, strobeIsOnTheOutputLine)
+{
+    nodes_.nodes["LineSelector"] = enumNode({"Line0", "Line1"});
+    nodes_.nodes["LineMode"] = enumNode({"Input", "Output"});
+    nodes_.nodes["LineMode"].selector = "LineSelector";
+    nodes_.nodes["LineMode"].selected = {{"Line0", 0}, {"Line1", 1}};
+    nodes_.nodes["LineSource"] = enumNode({"Off", "ExposureActive", "Timer0Active"});
+    nodes_.nodes["LineSource"].selector = "LineSelector";
+    nodes_.nodes["LineInverter"] = booleanNode(false);
+    nodes_.nodes["LineInverter"].selector = "LineSelector";
+    EXPECT_EQ(features_.set(Choice::StrobeMode, "Timer0Active"), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes["LineSource"].selected["Line1"], 2);
+    EXPECT_EQ(features_.set(Choice::StrobePolarity, "ActiveLow"), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes["LineInverter"].selected["Line1"], 1);
+    EXPECT_EQ(nodes_.nodes["LineInverter"].selected["Line0"], 0);
+    EXPECT_EQ(nodes_.nodes["LineSelector"].value, 0) << "put back";
+}
+
+TEST_F(FeaturesTest, strobeTimesAreThoseOfTheTimerBehindTheLine)
+{
+    nodes_.nodes["LineSource"] = enumNode({"Off", "Timer0Active", "Timer1Active"}, 2);
+    nodes_.nodes["TimerSelector"] = enumNode({"Timer0", "Timer1"});
+    nodes_.nodes["TimerDelay"] = floatNode(0, 0, 1000);
+    nodes_.nodes["TimerDelay"].selector = "TimerSelector";
+    nodes_.nodes["TimerDelay"].selected = {{"Timer0", 10}, {"Timer1", 20}};
+    EXPECT_EQ(read(Number::StrobeDelay).value, 20);
+    EXPECT_EQ(nodes_.nodes["TimerSelector"].value, 0) << "put back";
+}
+
+TEST_F(FeaturesTest, strobeWithoutASwitchIsOffWhileNothingDrivesIt)
+{
+    nodes_.nodes["LineSource"] = enumNode({"Off", "Timer0Active", "ExposureActive"});
+    bool on = true;
+    EXPECT_EQ(features_.get(Switch::StrobeEnable, on), ORVALIS_OK);
+    EXPECT_FALSE(on);
+    EXPECT_EQ(features_.set(Switch::StrobeEnable, true), ORVALIS_OK);
+    EXPECT_EQ(features_.set(Switch::StrobeEnable, true), ORVALIS_OK);
+    EXPECT_EQ(features_.set(Switch::StrobeEnable, false), ORVALIS_OK);
+    EXPECT_THAT(writes(), ElementsAre("LineSource=ExposureActive", "LineSource=Off"));
+}
+
+TEST_F(FeaturesTest, strobeWithASwitch)
+{
+    nodes_.nodes["StrobeEnable"] = booleanNode(false);
+    bool on = true;
+    EXPECT_EQ(features_.get(Switch::StrobeEnable, on), ORVALIS_OK);
+    EXPECT_FALSE(on);
+    EXPECT_EQ(features_.set(Switch::StrobeEnable, true), ORVALIS_OK);
+    EXPECT_THAT(writes(), ElementsAre("StrobeEnable=1"));
+}
+
+TEST_F(FeaturesTest, triggerSwitchIsAnEnumeration)
+{
+    nodes_.nodes["TriggerMode"] = enumNode({"Off", "On"}, 1);
+    bool on = false;
+    EXPECT_EQ(features_.get(Switch::TriggerEnable, on), ORVALIS_OK);
+    EXPECT_TRUE(on);
+    EXPECT_EQ(features_.set(Switch::TriggerEnable, false), ORVALIS_OK);
+    EXPECT_THAT(writes(), ElementsAre("TriggerMode=Off"));
+}
+
+TEST_F(FeaturesTest, choicesAreTheEntries)
+{
+    nodes_.nodes["TriggerSource"] = enumNode({"Software", "Line0"}, 1);
+    std::vector<std::string> names;
+    std::string name;
+    EXPECT_EQ(features_.list(Choice::TriggerSource, names), ORVALIS_OK);
+    EXPECT_THAT(names, ElementsAre("Software", "Line0"));
+    EXPECT_EQ(features_.get(Choice::TriggerSource, name), ORVALIS_OK);
+    EXPECT_EQ(name, "Line0");
+    EXPECT_EQ(features_.set(Choice::TriggerSource, "Line9"), ORVALIS_ERROR_NOT_FOUND);
+}
+
+TEST_F(FeaturesTest, polarityIsABooleanWithTwoNames)
+{
+    nodes_.nodes["LineSource"] = enumNode({"Off"});
+    nodes_.nodes["LineInverter"] = booleanNode(true);
+    std::vector<std::string> names;
+    std::string name;
+    EXPECT_EQ(features_.list(Choice::StrobePolarity, names), ORVALIS_OK);
+    EXPECT_THAT(names, ElementsAre("ActiveHigh", "ActiveLow"));
+    EXPECT_EQ(features_.get(Choice::StrobePolarity, name), ORVALIS_OK);
+    EXPECT_EQ(name, "ActiveLow");
+    EXPECT_EQ(features_.set(Choice::StrobePolarity, "Sideways"), ORVALIS_ERROR_NOT_FOUND);
+}
+
+TEST_F(FeaturesTest, softwareTriggerThatIsNotSetUpIsIgnored)
+{
+    nodes_.nodes["TriggerSoftware"] = commandNode();
+    EXPECT_EQ(features_.fireSoftwareTrigger(), ORVALIS_OK);
+    EXPECT_THAT(writes(), ElementsAre("TriggerSoftware()"));
+    nodes_.nodes["TriggerSoftware"].access = ORVALIS_ACCESS_NOT_AVAILABLE;
+    EXPECT_EQ(features_.fireSoftwareTrigger(), ORVALIS_OK);
+}
+
+TEST_F(FeaturesTest, defaultsAreLoadedAndTheSelectorPutBack)
+{
+    nodes_.nodes["UserSetSelector"] = enumNode({"Default", "UserSet1"}, 1);
+    nodes_.nodes["UserSetLoad"] = commandNode();
+    EXPECT_EQ(features_.loadDefaults(), ORVALIS_OK);
+    EXPECT_THAT(writes(), ElementsAre("UserSetSelector=Default", "UserSetLoad()",
+                                      "UserSetSelector=UserSet1"));
+}
+
+TEST_F(FeaturesTest, presentFormatHasACodeByNumberOrName)
+{
+    nodes_.nodes["PixelFormat"] = enumNode({"Mono8", "Mono12", "Odd"});
+    nodes_.nodes["PixelFormat"].entryValues = {0x01080001, 7, 9};
+    PresentFormat present;
+    EXPECT_EQ(features_.presentFormat(present), ORVALIS_OK);
+    EXPECT_EQ(present.code, 0x01080001u);
+    nodes_.nodes["PixelFormat"].value = 1;
+    EXPECT_EQ(features_.presentFormat(present), ORVALIS_OK);
+    EXPECT_EQ(present.code, 0x01100005u);
+    nodes_.nodes["PixelFormat"].value = 2;
+    EXPECT_EQ(features_.presentFormat(present), ORVALIS_OK);
+    EXPECT_EQ(present.format, nullptr);
+    EXPECT_EQ(present.code, 9u);
+}
+
+TEST_F(FeaturesTest, lossIsReported)
+{
+    nodes_.failure = ORVALIS_ERROR_CONNECTION_LOST;
+    std::string name;
+    bool on = false;
+    OSizeInfo size{};
+    EXPECT_EQ(resultOf(Number::Gain), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(resultOf(Number::RedGain), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(features_.set(Number::FrameRate, 1), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(features_.get(Choice::StrobeMode, name), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(features_.get(Switch::StrobeEnable, on), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(features_.getRegion(size), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(features_.setRegion(size), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(features_.fireSoftwareTrigger(), ORVALIS_ERROR_CONNECTION_LOST);
+}

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+// What grabs write into memory of their caller.
+#include "library/core/GrabConversion.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <string>
+#include <vector>
+
+using namespace orvalis;
+
+namespace {
+
+constexpr std::uint32_t kWidth = 4;
+constexpr std::uint32_t kHeight = 2;
+constexpr std::size_t kPixels = kWidth * kHeight;
+constexpr std::uint8_t kUntouched = 0xAB;
+
+class GrabConversion : public testing::Test {
+protected:
+    GrabbedImage image(const char *format)
+    {
+        const PixelFormat *found = findPixelFormat(std::string_view(format));
+        std::iota(pixels_.begin(), pixels_.end(), std::uint8_t{1});
+        return {found, pixels_.data(), imageBytes(*found, kWidth, kHeight), kWidth, kHeight, {}};
+    }
+
+    std::vector<std::uint8_t> pixels_ = std::vector<std::uint8_t>(64);
+    std::vector<std::uint8_t> out_ = std::vector<std::uint8_t>(kPixels * 3 + 1, kUntouched);
+};
+
+} // namespace
+
+TEST_F(GrabConversion, rawOfEightBitsIsCopied)
+{
+    OImageFrame frame{};
+    frame.raw = out_.data();
+    ASSERT_EQ(writeGrabbedRaw(image("BayerGR8"), kPixels, frame), ORVALIS_OK);
+    EXPECT_EQ(frame.rawSize, kPixels);
+    EXPECT_EQ(frame.bitsPerPixel, 8u);
+    EXPECT_TRUE(std::equal(out_.begin(), out_.begin() + kPixels, pixels_.begin()));
+    EXPECT_EQ(out_[kPixels], kUntouched);
+}
+
+TEST_F(GrabConversion, rawOfTwelveBitsIsWords)
+{
+    OImageFrame frame{};
+    frame.raw = out_.data();
+    for (const char *format : {"Mono12", "Mono12p", "BayerGR12", "BayerGR12p"}) {
+        ASSERT_EQ(writeGrabbedRaw(image(format), kPixels, frame), ORVALIS_OK) << format;
+        EXPECT_EQ(frame.rawSize, kPixels * 2) << format;
+        EXPECT_EQ(frame.bitsPerPixel, 16u) << format;
+        EXPECT_EQ(out_[kPixels * 2], kUntouched) << format;
+    }
+}
+
+TEST_F(GrabConversion, rawOfOtherFormatsIsBrightness)
+{
+    OImageFrame frame{};
+    frame.raw = out_.data();
+    for (const char *format : {"Mono16", "Mono10", "RGB8", "BayerGR10"}) {
+        ASSERT_EQ(writeGrabbedRaw(image(format), kPixels, frame), ORVALIS_OK) << format;
+        EXPECT_EQ(frame.rawSize, kPixels) << format;
+        EXPECT_EQ(frame.bitsPerPixel, 8u) << format;
+        EXPECT_EQ(out_[kPixels], kUntouched) << format;
+    }
+}
+
+TEST_F(GrabConversion, rgbOfMonochromeIsGray)
+{
+    OImageFrame frame{};
+    frame.rgb = out_.data();
+    ASSERT_EQ(writeGrabbedRgb(image("Mono8"), kPixels, frame), ORVALIS_OK);
+    EXPECT_EQ(frame.rawSize, kPixels * 3);
+    EXPECT_EQ(frame.bitsPerPixel, 24u);
+    for (std::size_t i = 0; i < kPixels * 3; ++i)
+        EXPECT_EQ(out_[i], pixels_[i / 3]);
+    EXPECT_EQ(out_[kPixels * 3], kUntouched);
+}
+
+TEST_F(GrabConversion, rgbOfDeepFormatsNeedsNoMoreRoom)
+{
+    OImageFrame frame{};
+    frame.rgb = out_.data();
+    for (const char *format : {"Mono12", "BayerGR12", "BayerGR12p", "RGB8"}) {
+        ASSERT_EQ(writeGrabbedRgb(image(format), kPixels, frame), ORVALIS_OK) << format;
+        EXPECT_EQ(out_[kPixels * 3], kUntouched) << format;
+    }
+}
+
+TEST_F(GrabConversion, imageLargerThanTheSensorIsRefused)
+{
+    OImageFrame frame{};
+    frame.raw = frame.rgb = out_.data();
+    EXPECT_EQ(writeGrabbedRaw(image("Mono8"), kPixels - 1, frame), ORVALIS_ERROR_DEVICE);
+    EXPECT_EQ(writeGrabbedRgb(image("Mono8"), kPixels - 1, frame), ORVALIS_ERROR_DEVICE);
+    EXPECT_EQ(out_[0], kUntouched);
+    EXPECT_EQ(frame.width, 0u);
+}
+
+TEST_F(GrabConversion, unknownFormatAndShortImageAreRefused)
+{
+    OImageFrame frame{};
+    frame.raw = out_.data();
+    GrabbedImage bad = image("Mono8");
+    bad.size = kPixels - 1;
+    EXPECT_EQ(writeGrabbedRaw(bad, kPixels, frame), ORVALIS_ERROR_DEVICE);
+    bad = image("Mono8");
+    bad.format = nullptr;
+    EXPECT_EQ(writeGrabbedRaw(bad, kPixels, frame), ORVALIS_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(out_[0], kUntouched);
+}

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: MIT
+// Grabs beside a stream and without one.
+#include "library/core/Acquisition.h"
+#include "tests/library/core/CallbackHook.h"
+#include "tests/library/core/ScriptedCamera.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+using namespace orvalis;
+using namespace orvalis::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Longer than any test may take: results never depend on it.
+Clock::time_point farAway() { return Clock::now() + 10min; }
+
+class GrabTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        onFrame = [this](OImageFrame *) { frames_.add(); };
+    }
+    void TearDown() override
+    {
+        acquisition_.close();
+        onFrame = nullptr;
+    }
+    /// Runs a grab on a thread of its own.
+    void grabAside()
+    {
+        grabber_ = std::thread([this] { result_ = acquisition_.grab(image_, farAway()); });
+    }
+    OResult finishGrab()
+    {
+        grabber_.join();
+        return result_;
+    }
+
+    std::shared_ptr<Script> script_ = std::make_shared<Script>();
+    ScriptedDevice device_{script_};
+    std::atomic<bool> lost_{false};
+    Counter frames_;
+    Acquisition acquisition_{device_, lost_};
+    std::thread grabber_;
+    GrabbedImage image_;
+    OResult result_ = ORVALIS_ERROR_DEVICE;
+};
+
+} // namespace
+
+TEST_F(GrabTest, idleCameraTakesAnImageForIt)
+{
+    script_->pushShot(monoImage(9));
+    ASSERT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_OK);
+    EXPECT_EQ(image_.data[0], 9);
+    EXPECT_EQ(image_.width, 64u);
+    EXPECT_EQ(script_->starts.value(), 0) << "no stream for it";
+}
+
+TEST_F(GrabTest, deadlineInThePastTimesOut)
+{
+    EXPECT_EQ(acquisition_.grab(image_, Clock::now()), ORVALIS_ERROR_TIMEOUT);
+    ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
+    EXPECT_EQ(acquisition_.grab(image_, Clock::now()), ORVALIS_ERROR_TIMEOUT);
+}
+
+TEST_F(GrabTest, streamingCameraGivesItsNextFrame)
+{
+    ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
+    grabAside();
+    // The grab may begin late: frames come until it has one.
+    std::atomic<bool> done{false};
+    std::thread feeder([&] {
+        for (int i = 1; !done; ++i) {
+            script_->pushFrame(monoImage(5));
+            frames_.waitFor(i);
+        }
+    });
+    EXPECT_EQ(finishGrab(), ORVALIS_OK);
+    done = true;
+    feeder.join();
+    EXPECT_EQ(image_.data[0], 5);
+    EXPECT_EQ(script_->takes.value(), 0) << "the stream is not disturbed";
+}
+
+TEST_F(GrabTest, startEndsAnIdleGrab)
+{
+    grabAside();
+    script_->takes.waitFor(1);
+    EXPECT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
+    EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
+}
+
+TEST_F(GrabTest, closeEndsAnIdleGrab)
+{
+    grabAside();
+    script_->takes.waitFor(1);
+    acquisition_.close();
+    EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
+}
+
+TEST_F(GrabTest, writeEndsAnIdleGrabAndLetsNoneBegin)
+{
+    grabAside();
+    script_->takes.waitFor(1);
+    std::thread second;
+    {
+        const Acquisition::WriteScope scope(acquisition_);
+        EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
+        grabAside();
+        EXPECT_EQ(script_->takes.value(), 1);
+    }
+    script_->pushShot(monoImage(3));
+    EXPECT_EQ(finishGrab(), ORVALIS_OK);
+}
+
+TEST_F(GrabTest, wakeBeforeTheGrabReachesTheDeviceIsRepeated)
+{
+    Latch inside;
+    Latch go;
+    script_->onTakeImage = [&] {
+        inside.open();
+        go.wait();
+    };
+    grabAside();
+    inside.wait();
+    std::thread writer([&] { const Acquisition::WriteScope scope(acquisition_); });
+    script_->wakes.waitFor(1);
+    go.open();
+    EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
+    writer.join();
+}
+
+TEST_F(GrabTest, wakeMeantForSomebodyElseDoesNotEndAGrab)
+{
+    device_.wake();
+    script_->pushShot(monoImage(4));
+    ASSERT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_OK);
+    EXPECT_EQ(image_.data[0], 4);
+}
+
+TEST_F(GrabTest, writeDoesNotEndAGrabFromTheStream)
+{
+    ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
+    grabAside();
+    {
+        const Acquisition::WriteScope scope(acquisition_);
+    }
+    EXPECT_EQ(script_->wakes.value(), 0);
+    std::atomic<bool> done{false};
+    std::thread feeder([&] {
+        for (int i = 1; !done; ++i) {
+            script_->pushFrame(monoImage(6));
+            frames_.waitFor(i);
+        }
+    });
+    EXPECT_EQ(finishGrab(), ORVALIS_OK);
+    done = true;
+    feeder.join();
+}
+
+TEST_F(GrabTest, twoIdleGrabsTakeTurns)
+{
+    std::atomic<int> inside{0};
+    std::atomic<int> most{0};
+    script_->onTakeImage = [&] {
+        const int now = ++inside;
+        most = std::max(most.load(), now);
+        --inside;
+    };
+    script_->pushShot(monoImage(1));
+    script_->pushShot(monoImage(2));
+    grabAside();
+    GrabbedImage other;
+    EXPECT_EQ(acquisition_.grab(other, farAway()), ORVALIS_OK);
+    EXPECT_EQ(finishGrab(), ORVALIS_OK);
+    EXPECT_EQ(most, 1);
+    EXPECT_NE(other.data[0], image_.data[0]);
+}
+
+TEST_F(GrabTest, grabInsideTheCallbackTimesOutAtOnce)
+{
+    onFrame = [this](OImageFrame *) {
+        result_ = acquisition_.grab(image_, farAway());
+        frames_.add();
+    };
+    ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
+    script_->pushFrame(monoImage(1));
+    frames_.waitFor(1);
+    acquisition_.stop();
+    EXPECT_EQ(result_, ORVALIS_ERROR_TIMEOUT);
+}
+
+TEST_F(GrabTest, lostCameraSaysSo)
+{
+    script_->lose();
+    EXPECT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_ERROR_CONNECTION_LOST);
+}
+
+TEST_F(GrabTest, grabThatThrowsIsAFailure)
+{
+    script_->onTakeImage = [] { throw std::bad_alloc(); };
+    EXPECT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_ERROR_OUT_OF_MEMORY);
+    script_->onTakeImage = nullptr;
+    script_->pushShot(monoImage(8));
+    EXPECT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_OK);
+}
+
+TEST_F(GrabTest, grabbedFrameOutlivesTheStream)
+{
+    ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
+    grabAside();
+    std::atomic<bool> done{false};
+    std::thread feeder([&] {
+        for (int i = 1; !done; ++i) {
+            script_->pushFrame(monoImage(5));
+            frames_.waitFor(i);
+        }
+    });
+    ASSERT_EQ(finishGrab(), ORVALIS_OK);
+    done = true;
+    feeder.join();
+    acquisition_.stop();
+    ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
+    EXPECT_EQ(image_.data[0], 5);
+}
