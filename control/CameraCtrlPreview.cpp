@@ -43,13 +43,19 @@ bool grabInto(SensorCanvas &canvas, const PreviewSource &source)
     return true;
 }
 
-/// Sleeps until the next grab is due and allowed. False if the thread has to end.
-bool waitForNextGrab(PreviewShared &preview)
+/// Waits until a grab may begin. False if the thread has to end.
+bool mayGrab(PreviewShared &preview)
+{
+    std::unique_lock lock(preview.mutex);
+    preview.wake.wait(lock, [&preview] { return preview.stop || preview.paused == 0; });
+    return !preview.stop;
+}
+
+/// Sleeps until the next grab is due or the thread has to end.
+void sleepUntilDue(PreviewShared &preview)
 {
     std::unique_lock lock(preview.mutex);
     preview.wake.wait_for(lock, grabPeriod, [&preview] { return preview.stop; });
-    preview.wake.wait(lock, [&preview] { return preview.stop || preview.paused == 0; });
-    return !preview.stop;
 }
 
 PreviewSource currentSource(PreviewShared &preview)
@@ -94,13 +100,14 @@ void CameraCtrl::DeleteGrabThread()
 void CameraCtrl::GrabThread()
 {
     SensorCanvas canvas;
-    do {
+    while (mayGrab(m_preview)) {
         const PreviewSource source = currentSource(m_preview);
         if (canvas.fitTo(source.size))
             postPreview(canvas.picture());
         if (grabInto(canvas, source))
             postPreview(canvas.picture());
-    } while (waitForNextGrab(m_preview));
+        sleepUntilDue(m_preview);
+    }
 }
 
 void CameraCtrl::postPreview(QImage picture)

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+// Gamma: its two kinds of slider, and every call.
+#include "tests/control/PanelFixture.h"
+#include "tests/support/QtTestMain.h"
+
+#include <QDoubleSpinBox>
+#include <QLabel>
+#include <QSlider>
+
+namespace {
+
+struct Gamma {
+    void open(double value, double minimum, double maximum)
+    {
+        fakeorvalis::withState([=](fakeorvalis::State &state) {
+            state.floats["Gamma"] = {value, minimum, maximum};
+        });
+        panel.openCamera();
+    }
+    QDoubleSpinBox *spin() const { return panel.find<QDoubleSpinBox>("spiGamma"); }
+    QSlider *slider() const { return panel.find<QSlider>("sliGamma"); }
+
+    Panel panel;
+};
+
+} // namespace
+
+class CameraCtrlGammaTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void loadChoosesTheSlidersUnit_data();
+    void loadChoosesTheSlidersUnit();
+    void scaledKeepsTheFormsSteps();
+    void unscaledStepsByOne();
+    void failedGetterIsNotChecked();
+    void scaledSpinRoundsToTheSlider();
+    void unscaledSpinCutsToTheSlider();
+    void refusedValueLeavesTheSlider();
+    void pageActions_data();
+    void pageActions();
+    void release_data();
+    void release();
+    void otherActionsSendNothing();
+};
+
+void CameraCtrlGammaTest::loadChoosesTheSlidersUnit_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<double>("minimum");
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QVector<int>>("slider"); // minimum, maximum, value
+    QTest::newRow("to 1.0") << 0.7 << 0.3 << 1.0 << "(0.3 ~ 1)" << QVector<int>{3, 10, 7};
+    QTest::newRow("to 1.01") << 0.5 << 0.29 << 1.01 << "(0.29 ~ 1.01)" << QVector<int>{2, 10, 5};
+    QTest::newRow("to 1.02") << 1.0 << 0.3 << 1.02 << "(0.3 ~ 1.02)" << QVector<int>{0, 1, 1};
+    QTest::newRow("to 4") << 2.5 << 0.25 << 4.0 << "(0.25 ~ 4)" << QVector<int>{0, 4, 2};
+}
+
+void CameraCtrlGammaTest::loadChoosesTheSlidersUnit()
+{
+    QFETCH(double, value);
+    QFETCH(double, minimum);
+    QFETCH(double, maximum);
+    Gamma gamma;
+    gamma.open(value, minimum, maximum);
+    QTEST(gamma.panel.find<QLabel>("laGamma")->text(), "label");
+    QTEST((QVector<int>{gamma.slider()->minimum(), gamma.slider()->maximum(),
+                        gamma.slider()->value()}),
+          "slider");
+    QCOMPARE(gamma.spin()->value(), value);
+}
+
+void CameraCtrlGammaTest::scaledKeepsTheFormsSteps()
+{
+    Gamma gamma;
+    gamma.open(0.7, 0.3, 1.0);
+    QCOMPARE(gamma.spin()->singleStep(), 0.1);
+}
+
+void CameraCtrlGammaTest::unscaledStepsByOne()
+{
+    Gamma gamma;
+    gamma.open(1.0, 0.25, 1.02);
+    QCOMPARE(gamma.spin()->singleStep(), 1.0);
+    QCOMPARE(gamma.slider()->singleStep(), 1);
+}
+
+void CameraCtrlGammaTest::failedGetterIsNotChecked()
+{
+    Gamma gamma;
+    gamma.open(0.7, 0.3, 1.0);
+    fakeorvalis::fail("OrvalisGetGamma");
+    gamma.panel.panel.loadFeatureValue(false);
+    QCOMPARE(gamma.spin()->value(), 0.3);
+    QVERIFY(gamma.spin()->isEnabled());
+    QVERIFY(gamma.slider()->isEnabled());
+}
+
+void CameraCtrlGammaTest::scaledSpinRoundsToTheSlider()
+{
+    Gamma gamma;
+    gamma.open(1.0, 0.3, 1.0);
+    gamma.spin()->setValue(0.6);
+    QCOMPARE(gamma.panel.log(), QStringList("OrvalisSetGamma(h1, 0.6)"));
+    QCOMPARE(gamma.slider()->value(), 6);
+}
+
+void CameraCtrlGammaTest::unscaledSpinCutsToTheSlider()
+{
+    Gamma gamma;
+    gamma.open(1.0, 0.25, 4.0);
+    gamma.spin()->setValue(2.9);
+    QCOMPARE(gamma.panel.log(), QStringList("OrvalisSetGamma(h1, 2.9)"));
+    QCOMPARE(gamma.slider()->value(), 2);
+}
+
+void CameraCtrlGammaTest::refusedValueLeavesTheSlider()
+{
+    Gamma gamma;
+    gamma.open(1.0, 0.25, 4.0);
+    fakeorvalis::fail("OrvalisSetGamma");
+    gamma.spin()->setValue(3.0);
+    QCOMPARE(gamma.panel.log(), QStringList("OrvalisSetGamma(h1, 3)"));
+    QCOMPARE(gamma.slider()->value(), 1);
+    gamma.slider()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    QCOMPARE(gamma.slider()->value(), 1);
+}
+
+void CameraCtrlGammaTest::pageActions_data()
+{
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<QString>("up");
+    QTest::addColumn<QString>("down");
+    QTest::newRow("scaled") << 1.0 << "OrvalisSetGamma(h1, 0.9)"
+                            << "OrvalisSetGamma(h1, 0.8)";
+    QTest::newRow("unscaled") << 4.0 << "OrvalisSetGamma(h1, 3)"
+                              << "OrvalisSetGamma(h1, 2)";
+}
+
+void CameraCtrlGammaTest::pageActions()
+{
+    QFETCH(double, maximum);
+    Gamma gamma;
+    gamma.open(maximum > 1 ? 2.0 : 0.8, 0.3, maximum);
+    gamma.slider()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    QFETCH(QString, up);
+    QFETCH(QString, down);
+    QCOMPARE(gamma.panel.log(), QStringList(up));
+    gamma.slider()->triggerAction(QAbstractSlider::SliderPageStepSub);
+    QCOMPARE(gamma.panel.log(), (QStringList{up, down}));
+}
+
+void CameraCtrlGammaTest::release_data()
+{
+    QTest::addColumn<double>("maximum");
+    QTest::addColumn<int>("slider");
+    QTest::addColumn<QString>("call");
+    QTest::newRow("scaled") << 1.0 << 4 << "OrvalisSetGamma(h1, 0.4)";
+    QTest::newRow("unscaled") << 4.0 << 3 << "OrvalisSetGamma(h1, 3)";
+}
+
+void CameraCtrlGammaTest::release()
+{
+    QFETCH(double, maximum);
+    QFETCH(int, slider);
+    Gamma gamma;
+    gamma.open(1.0, 0.3, maximum);
+    gamma.slider()->setSliderDown(true);
+    gamma.slider()->setSliderPosition(slider);
+    QCOMPARE(gamma.panel.log(), QStringList());
+    gamma.slider()->setSliderDown(false);
+    QFETCH(QString, call);
+    QCOMPARE(gamma.panel.log(), QStringList(call));
+}
+
+void CameraCtrlGammaTest::otherActionsSendNothing()
+{
+    Gamma gamma;
+    gamma.open(0.7, 0.3, 1.0);
+    gamma.slider()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    gamma.slider()->triggerAction(QAbstractSlider::SliderToMinimum);
+    QCOMPARE(gamma.panel.log(), QStringList());
+}
+
+ORVALIS_QTEST_MAIN(CameraCtrlGammaTest)
+#include "CameraCtrlGammaTest.moc"

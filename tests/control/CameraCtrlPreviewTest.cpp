@@ -1,0 +1,377 @@
+// SPDX-License-Identifier: MIT
+// The sensor preview thread, from start to end.
+#include "tests/control/PanelFixture.h"
+#include "tests/support/QtTestMain.h"
+
+#include <QLabel>
+#include <QPushButton>
+
+#include <condition_variable>
+#include <mutex>
+
+namespace {
+
+/// Counts calls from any thread, and can hold them until it is opened.
+class Gate {
+public:
+    explicit Gate(bool open) : m_open(open) {}
+    void pass()
+    {
+        std::unique_lock lock(m_mutex);
+        ++m_arrived;
+        m_changed.notify_all();
+        m_changed.wait(lock, [this] { return m_open; });
+    }
+    void open()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_open = true;
+        m_changed.notify_all();
+    }
+    /// Waits for `count` arrivals; false if they do not come in `limit`.
+    bool wait(int count, std::chrono::milliseconds limit = std::chrono::seconds(20))
+    {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, limit, [&] { return m_arrived >= count; });
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_open;
+    int m_arrived = 0;
+};
+
+struct Preview {
+    /// A camera whose region lies at 32, 24 on a sensor of 128 x 96.
+    void open(const char *format)
+    {
+        fakeorvalis::withState([=](fakeorvalis::State &state) {
+            state.size = {32, 24, 64, 48, 128, 96};
+            state.lists["PixelFormat"].entries.push_back(format);
+            state.lists["PixelFormat"].current = format;
+        });
+        panel.openCamera();
+        panel.find<QLabel>("laROI")->setFixedSize(130,
+                                                  98); // a pixel of the label is one of the sensor
+    }
+    QImage shown() const
+    {
+        return panel.find<QLabel>("laROI")->pixmap(Qt::ReturnByValue).toImage();
+    }
+    /// Whether the pixel in the middle of the region is `colour`.
+    bool shows(QRgb colour) const
+    {
+        const QImage image = shown();
+        return !image.isNull() && image.pixel(64, 48) == colour;
+    }
+
+    Panel panel;
+};
+
+constexpr QRgb white = 0xffffffff;
+
+} // namespace
+
+class CameraCtrlPreviewTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void whiteSensorIsShownFirst();
+    void formatChoosesTheGrab_data();
+    void formatChoosesTheGrab();
+    void regionLiesAtItsPlaceOnWhite();
+    void everySecondAnotherGrab();
+    void failedGrabLeavesTheLabel();
+    void withoutCameraNothingIsCalled();
+    void unknownSensorIsNotGrabbed();
+    void secondStartDoesNothing();
+    void stopWaitsForTheGrabAndShowsNoMore();
+    void stopWithoutStart();
+    void restartsAfterStop();
+    void destructorStopsTheThread();
+    void frameOfAnotherSizeThanTheRecord();
+    void noGrabBeginsWhileSettingsAreReloaded_data();
+    void noGrabBeginsWhileSettingsAreReloaded();
+    void formatChangeReachesTheThread();
+    void rawConversion_data();
+    void rawConversion();
+    void rawConversionOfEightBitsWritesNothing();
+};
+
+void CameraCtrlPreviewTest::whiteSensorIsShownFirst()
+{
+    Preview preview;
+    preview.open("Mono8");
+    fakeorvalis::fail("OrvalisGrabRAWData");
+    preview.panel.panel.CreateGrabThread();
+    QTRY_VERIFY(!preview.shown().isNull());
+    QCOMPARE(preview.shown().size(), QSize(128, 96));
+    QVERIFY(preview.shows(white));
+}
+
+void CameraCtrlPreviewTest::formatChoosesTheGrab_data()
+{
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<QRgb>("colour"); // of raw bytes 0x40 0x0A and RGB 1 2 3
+    const QString rgb = "OrvalisGrabRGBData(h1, 1000)";
+    const QString raw = "OrvalisGrabRAWData(h1, 1000)";
+    QTest::newRow("BayerGR8") << rgb << qRgb(1, 2, 3);
+    QTest::newRow("BayerGR12") << rgb << qRgb(1, 2, 3);
+    QTest::newRow("YUV422_8") << rgb << qRgb(1, 2, 3);
+    QTest::newRow("Mono8") << raw << qRgb(0x40, 0x40, 0x40);
+    QTest::newRow("Mono12") << raw << qRgb(0xA4, 0xA4, 0xA4);
+    QTest::newRow("Mono12Packed") << raw << qRgb(0xA4, 0xA4, 0xA4);
+    QTest::newRow("RGB8") << raw << qRgb(0x40, 0x40, 0x40);
+    QTest::newRow("bayer8") << raw << qRgb(0x40, 0x40, 0x40);
+}
+
+void CameraCtrlPreviewTest::formatChoosesTheGrab()
+{
+    QFETCH(QRgb, colour);
+    const bool deep = QByteArray(QTest::currentDataTag()).contains("12");
+    std::vector<std::uint8_t> raw(64 * 48 * 2, 0x40);
+    std::vector<std::uint8_t> rgb(64 * 48 * 3);
+    for (std::size_t index = 0; index < rgb.size(); ++index)
+        rgb[index] = static_cast<std::uint8_t>(index % 3 + 1);
+    for (std::size_t index = 1; deep && index < raw.size(); index += 2)
+        raw[index] = 0x0A;
+    Preview preview;
+    preview.open(QTest::currentDataTag());
+    fakeorvalis::setGrabPixels(raw, rgb);
+    preview.panel.panel.CreateGrabThread();
+    QTRY_VERIFY(preview.shows(colour));
+    preview.panel.panel.DeleteGrabThread();
+    QTEST(preview.panel.log().first(), "call");
+}
+
+void CameraCtrlPreviewTest::regionLiesAtItsPlaceOnWhite()
+{
+    Preview preview;
+    preview.open("Mono8");
+    preview.panel.panel.CreateGrabThread();
+    QTRY_VERIFY(preview.shows(qRgb(128, 128, 128)));
+    const QImage image = preview.shown();
+    for (int y = 0; y < 96; ++y) {
+        for (int x = 0; x < 128; ++x) {
+            const bool inside = QRect(32, 24, 64, 48).contains(x, y);
+            QCOMPARE(image.pixel(x, y), inside ? qRgb(128, 128, 128) : white);
+        }
+    }
+}
+
+void CameraCtrlPreviewTest::everySecondAnotherGrab()
+{
+    Preview preview;
+    preview.open("Mono8");
+    Gate gate(true);
+    fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
+    preview.panel.panel.CreateGrabThread();
+    QVERIFY(gate.wait(1));
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(gate.wait(2));
+    QVERIFY(timer.elapsed() > 900); // no sooner; how much later is the machine's affair
+    preview.panel.panel.DeleteGrabThread();
+    QCOMPARE(preview.panel.log().size(), 2); // nothing else is called
+}
+
+void CameraCtrlPreviewTest::failedGrabLeavesTheLabel()
+{
+    Preview preview;
+    preview.open("Mono8");
+    preview.panel.panel.CreateGrabThread();
+    QTRY_VERIFY(preview.shows(qRgb(128, 128, 128)));
+    Gate gate(true);
+    fakeorvalis::fail("OrvalisGrabRAWData", ORVALIS_ERROR_TIMEOUT);
+    fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
+    QVERIFY(gate.wait(1));
+    preview.panel.panel.DeleteGrabThread();
+    QCoreApplication::processEvents();
+    QVERIFY(preview.shows(qRgb(128, 128, 128)));
+}
+
+void CameraCtrlPreviewTest::withoutCameraNothingIsCalled()
+{
+    Panel panel;
+    panel.panel.CreateGrabThread();
+    QElapsedTimer timer;
+    timer.start();
+    panel.panel.DeleteGrabThread();
+    QCOMPARE(panel.log(), QStringList());
+    QVERIFY(timer.elapsed() < 20'000); // a thread that cannot be ended would hang here
+}
+
+void CameraCtrlPreviewTest::unknownSensorIsNotGrabbed()
+{
+    Panel panel;
+    fakeorvalis::withState([](fakeorvalis::State &state) { state.size = {0, 0, 64, 48, -1, 0}; });
+    panel.openCamera();
+    panel.panel.CreateGrabThread();
+    panel.panel.DeleteGrabThread();
+    QCOMPARE(panel.log(), QStringList());
+}
+
+void CameraCtrlPreviewTest::secondStartDoesNothing()
+{
+    Preview preview;
+    preview.open("Mono8");
+    Gate gate(false);
+    fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
+    preview.panel.panel.CreateGrabThread();
+    QVERIFY(gate.wait(1));
+    preview.panel.panel.CreateGrabThread();
+    QVERIFY(!gate.wait(2, std::chrono::milliseconds(100)));
+    gate.open();
+    preview.panel.panel.DeleteGrabThread();
+}
+
+void CameraCtrlPreviewTest::stopWaitsForTheGrabAndShowsNoMore()
+{
+    Preview preview;
+    preview.open("Mono8");
+    Gate gate(false);
+    fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
+    preview.panel.panel.CreateGrabThread();
+    QVERIFY(gate.wait(1));
+    QTRY_VERIFY(preview.shows(white));
+    std::thread opener([&] { gate.open(); });
+    preview.panel.panel.DeleteGrabThread();
+    opener.join();
+    QCoreApplication::processEvents();
+    QVERIFY(preview.shows(white)); // the grab's picture came too late
+    QCOMPARE(preview.panel.log().size(), 1);
+}
+
+void CameraCtrlPreviewTest::stopWithoutStart()
+{
+    Panel panel;
+    panel.panel.DeleteGrabThread();
+    panel.panel.DeleteGrabThread();
+    QCOMPARE(panel.log(), QStringList());
+}
+
+void CameraCtrlPreviewTest::restartsAfterStop()
+{
+    Preview preview;
+    preview.open("Mono8");
+    for (int round = 0; round < 50; ++round) {
+        preview.panel.panel.CreateGrabThread();
+        preview.panel.panel.DeleteGrabThread();
+    }
+    QCoreApplication::processEvents();
+    preview.panel.panel.CreateGrabThread();
+    QTRY_VERIFY(preview.shows(qRgb(128, 128, 128)));
+}
+
+void CameraCtrlPreviewTest::destructorStopsTheThread()
+{
+    Gate gate(true);
+    {
+        fakeorvalis::reset();
+        OCameraHandle handle = nullptr;
+        OrvalisOpenCamera("CAM-A", &handle);
+        CameraCtrl panel;
+        panel.loadConfigurationValue(handle);
+        fakeorvalis::onCall("OrvalisGrabRGBData", [&] { gate.pass(); });
+        panel.CreateGrabThread();
+        QVERIFY(gate.wait(1));
+    }
+    fakeorvalis::clearCalls();
+    QCoreApplication::processEvents();
+    QVERIFY(fakeorvalis::calls().empty());
+}
+
+void CameraCtrlPreviewTest::frameOfAnotherSizeThanTheRecord()
+{
+    Preview preview;
+    preview.open("Mono8");
+    // The camera's region has changed behind the panel's back.
+    fakeorvalis::withState([](fakeorvalis::State &state) { state.size.width = 128; });
+    preview.panel.panel.CreateGrabThread();
+    QTRY_VERIFY(preview.shows(qRgb(128, 128, 128)));
+    QCOMPARE(preview.shown().pixel(127, 48), qRgb(128, 128, 128));
+    QCOMPARE(preview.shown().pixel(31, 48), white);
+}
+
+void CameraCtrlPreviewTest::noGrabBeginsWhileSettingsAreReloaded_data()
+{
+    QTest::addColumn<QString>("function");
+    QTest::newRow("btnUserSetLoad") << "OrvalisSetNodeCommand";
+    QTest::newRow("btnWBDefault") << "OrvalisSetUserDefault";
+}
+
+void CameraCtrlPreviewTest::noGrabBeginsWhileSettingsAreReloaded()
+{
+    QFETCH(QString, function);
+    Preview preview;
+    preview.open("Mono8");
+    Gate gate(true);
+    fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
+    bool grabbed = true;
+    fakeorvalis::onCall(function.toStdString(), [&] {
+        preview.panel.panel.CreateGrabThread(); // would grab at once
+        grabbed = gate.wait(1, std::chrono::milliseconds(200));
+    });
+    preview.panel.find<QPushButton>(QTest::currentDataTag())->click();
+    QVERIFY(!grabbed);
+    QVERIFY(gate.wait(1)); // but now
+}
+
+void CameraCtrlPreviewTest::formatChangeReachesTheThread()
+{
+    Preview preview;
+    preview.open("Mono8");
+    preview.panel.choose("cbPixelFormat", "BayerGR8");
+    preview.panel.forget();
+    Gate gate(true);
+    fakeorvalis::onCall("OrvalisGrabRGBData", [&] { gate.pass(); });
+    preview.panel.panel.CreateGrabThread();
+    QVERIFY(gate.wait(1));
+}
+
+void CameraCtrlPreviewTest::rawConversion_data()
+{
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<int>("word");
+    QTest::addColumn<int>("grey");
+    QTest::newRow("10 bits, 1023") << 10 << 1023 << 255;
+    QTest::newRow("10 bits, 512") << 10 << 512 << 128;
+    QTest::newRow("12 bits, 4095") << 12 << 4095 << 255;
+    QTest::newRow("12 bits, 15") << 12 << 15 << 0;
+    QTest::newRow("12 bits, 65535") << 12 << 65535 << 255;
+    QTest::newRow("16 bits, 65535") << 16 << 65535 << 127;
+}
+
+void CameraCtrlPreviewTest::rawConversion()
+{
+    QFETCH(int, bits);
+    QFETCH(int, word);
+    Preview preview;
+    preview.open("Mono12");
+    constexpr std::size_t pixels = 64 * 48;
+    std::vector<unsigned char> src(pixels * 2);
+    for (std::size_t index = 0; index < src.size(); index += 2) {
+        src[index] = static_cast<unsigned char>(word & 0xff);
+        src[index + 1] = static_cast<unsigned char>(word >> 8);
+    }
+    std::vector<unsigned char> dst(pixels + 1, 99);
+    preview.panel.panel.RawXXtoRaw8(dst.data(), src.data(), bits);
+    QFETCH(int, grey);
+    for (std::size_t index = 0; index < pixels; ++index)
+        QCOMPARE(int{dst[index]}, grey);
+    QCOMPARE(int{dst[pixels]}, 99);
+}
+
+void CameraCtrlPreviewTest::rawConversionOfEightBitsWritesNothing()
+{
+    Preview preview;
+    preview.open("Mono8");
+    std::vector<unsigned char> src(64 * 48 * 2, 1);
+    std::vector<unsigned char> dst(64 * 48, 99);
+    preview.panel.panel.RawXXtoRaw8(dst.data(), src.data(), 8);
+    QCOMPARE(std::count(dst.begin(), dst.end(), 99), std::ptrdiff_t{64 * 48});
+}
+
+ORVALIS_QTEST_MAIN(CameraCtrlPreviewTest)
+#include "CameraCtrlPreviewTest.moc"

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+// A control panel on the recording camera library, in a window that plays the live stream's part.
+#pragma once
+
+#include "capture/StreamControl.h"
+#include "control/CameraCtrl.h"
+#include "tests/fakelibrary/FakeOrvalis.h"
+
+#include <QComboBox>
+#include <QStringList>
+#include <QWidget>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Notes the panel's wishes among the library calls that were made before them.
+class StreamWindow : public QWidget, public StreamControl {
+public:
+    bool isStreaming() const override { return streaming; }
+    void slotStartCamera() override
+    {
+        streaming = true;
+        note(QStringLiteral("start"));
+    }
+    void slotStopCamera() override
+    {
+        streaming = false;
+        note(QStringLiteral("stop"));
+    }
+    void resetFrameCount() override { note(QStringLiteral("reset")); }
+
+    bool streaming = false;
+    std::vector<std::pair<std::size_t, QString>> notes; ///< number of calls made before, what
+
+private:
+    void note(const QString &what) { notes.emplace_back(fakeorvalis::calls().size(), what); }
+};
+
+/// A panel without a camera; openCamera() gives it one.
+class Panel {
+public:
+    Panel() { fakeorvalis::reset(); }
+    ~Panel() { panel.DeleteGrabThread(); }
+    Panel(const Panel &) = delete;
+    Panel &operator=(const Panel &) = delete;
+
+    /// Opens "CAM-A", loads everything and forgets the calls.
+    void openCamera()
+    {
+        OrvalisOpenCamera("CAM-A", &handle);
+        panel.loadConfigurationValue(handle);
+        forget();
+    }
+    /// Opens "CAM-A" and hands it over with a load in which everything fails.
+    void openUnloaded()
+    {
+        OrvalisOpenCamera("CAM-A", &handle);
+        fakeorvalis::failAll(true);
+        panel.loadConfigurationValue(handle);
+        fakeorvalis::failAll(false);
+        forget();
+    }
+
+    void forget()
+    {
+        fakeorvalis::clearCalls();
+        window.notes.clear();
+    }
+
+    /// Library calls with the window's "stop", "start" and "reset" in between.
+    QStringList log() const
+    {
+        QStringList merged;
+        std::size_t made = 0;
+        auto note = window.notes.begin();
+        for (const std::string &call : fakeorvalis::calls()) {
+            for (; note != window.notes.end() && note->first <= made; ++note)
+                merged << note->second;
+            merged << QString::fromLatin1(call.c_str());
+            ++made;
+        }
+        for (; note != window.notes.end(); ++note)
+            merged << note->second;
+        return merged;
+    }
+
+    /// The log without getters.
+    QStringList sent() const
+    {
+        QStringList kept;
+        for (const QString &line : log()) {
+            if (!line.startsWith(QLatin1String("OrvalisGet")))
+                kept << line;
+        }
+        return kept;
+    }
+
+    /// Names of the functions called, without arguments.
+    QStringList functions() const
+    {
+        QStringList names;
+        for (const QString &line : log())
+            names << line.section(QLatin1Char('('), 0, 0);
+        return names;
+    }
+
+    template <typename Widget> Widget *find(const char *name) const
+    {
+        return panel.findChild<Widget *>(QLatin1String(name));
+    }
+
+    /// As if the user had chosen `text` from the list.
+    void choose(const char *name, const QString &text) const
+    {
+        QComboBox *combo = find<QComboBox>(name);
+        combo->setCurrentText(text);
+        QMetaObject::invokeMethod(combo, "activated", Q_ARG(QString, text));
+    }
+
+    QStringList items(const char *name) const
+    {
+        QStringList texts;
+        const QComboBox *combo = find<QComboBox>(name);
+        for (int index = 0; index < combo->count(); ++index)
+            texts << combo->itemText(index);
+        return texts;
+    }
+
+    StreamWindow window;
+    CameraCtrl panel{&window};
+    OCameraHandle handle = nullptr;
+};
