@@ -105,6 +105,8 @@ OResult GenicamBackend::open(const std::string &id, std::unique_ptr<Device> &dev
     if (ARV_IS_GV_DEVICE(opened.get()) &&
         !arv_gv_device_is_controller(ARV_GV_DEVICE(opened.get()))) {
         debugPrint("%s is controlled by another program", id.c_str());
+        // Some cameras do not answer at all to who does not control them: this may take seconds.
+        background_->run([other = std::shared_ptr<ArvDevice>(std::move(opened))] {}, 0ms);
         return ORVALIS_ERROR_BUSY;
     }
     DeviceIdentity identity = identityOf(opened.get(), id, camera.displayName);

@@ -13,6 +13,8 @@ namespace {
 /// Fits every Ethernet and most tunnels; then what GigE Vision demands of every camera.
 constexpr int modestPacket = 1400;
 constexpr int smallestPacket = 576;
+/// Within one computer nothing limits packets but the camera, and large ones spare the receiver.
+constexpr int loopbackPacket = 8192;
 
 bool isLoopback(ArvGvDevice *device)
 {
@@ -34,9 +36,14 @@ bool packetSocketAllowed()
 
 GigeLink::GigeLink(ArvDevice *device) : gige_(ARV_IS_GV_DEVICE(device))
 {
-    if (gige_) {
-        // On the loopback interface a packet socket often receives nothing at all.
-        packetSocket_ = packetSocketAllowed() && !isLoopback(ARV_GV_DEVICE(device));
+    if (!gige_) {
+        return;
+    }
+    if (isLoopback(ARV_GV_DEVICE(device))) {
+        // A packet socket often receives nothing at all here.
+        packetSize_ = loopbackPacket;
+    } else {
+        packetSocket_ = packetSocketAllowed();
     }
 }
 
@@ -65,7 +72,7 @@ bool GigeLink::retreat(bool damaged)
     }
     if (!damaged && packetSocket_) {
         packetSocket_ = false;
-    } else if (packetSize_ == 0) {
+    } else if (packetSize_ == 0 || packetSize_ == loopbackPacket) {
         packetSize_ = modestPacket;
     } else if (packetSize_ == modestPacket) {
         packetSize_ = smallestPacket;

@@ -5,6 +5,8 @@
 #include "library/convert/PixelFormat.h"
 #include "library/core/Debug.h"
 
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -23,6 +25,8 @@ constexpr unsigned buffersToWork = 4;
 constexpr std::size_t largestPayload = std::size_t{1} << 30;
 /// With fewer buffers than this left to fill, images are copied instead of lent.
 constexpr int buffersToKeep = 4;
+
+constexpr int receiverNiceness = -10;
 
 constexpr const char *rateNodes[] = {"AcquisitionResultingFrameRate", "ResultingFrameRate",
                                      "ResultingFrameRateAbs", "AcquisitionFrameRate",
@@ -76,6 +80,10 @@ void setParametersLocked(ArvDevice *device, bool locked)
 /// Called on the stream's thread.
 void onStreamEvent(void *link, ArvStreamCallbackType type, ArvBuffer *)
 {
+    if (type == ARV_STREAM_CALLBACK_TYPE_INIT) {
+        // Packets that are not fetched in time are lost, so this thread goes first where it may.
+        setpriority(PRIO_PROCESS, 0, receiverNiceness);
+    }
     if (type == ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE) {
         static_cast<CameraLink *>(link)->bufferDone();
     }
@@ -134,9 +142,7 @@ void BufferPool::end()
         const std::lock_guard lock(mutex_);
         stream = std::move(stream_);
     }
-    if (stream) {
-        arv_stream_stop_thread(stream.get(), TRUE);
-    }
+    // Here the stream ends: joins its thread, frees the buffers that it has.
 }
 
 OResult StreamSession::start(StreamUse use)

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+// Helpers of the tests of real cameras: test cameras in other processes, and streams of them.
+#pragma once
+
+#include "library/core/Device.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+
+extern char **environ;
+
+namespace genicamtest {
+
+using namespace std::chrono_literals;
+using orvalis::Backend;
+using orvalis::Clock;
+using orvalis::Device;
+using orvalis::RawImage;
+
+/// A GigE Vision camera that is another process. Killed at the end.
+class CameraProcess {
+public:
+    /// `number` 1 is GV01 at 127.0.0.1, 2 is GV02 at 127.0.0.2.
+    explicit CameraProcess(int number, int lostPerThousand = 0)
+        : number_(number), lost_(lostPerThousand)
+    {
+        start();
+    }
+    ~CameraProcess() { kill(); }
+    CameraProcess(const CameraProcess &) = delete;
+    CameraProcess &operator=(const CameraProcess &) = delete;
+
+    std::string id() const { return "Aravis-Fake-GV0" + std::to_string(number_); }
+
+    void start()
+    {
+        std::string program = "arv-fake-gv-camera-0.8";
+        std::string address = "127.0.0." + std::to_string(number_);
+        std::string serial = "GV0" + std::to_string(number_);
+        std::string lost = std::to_string(lost_);
+        std::string i = "-i";
+        std::string s = "-s";
+        std::string r = "-r";
+        char *arguments[] = {program.data(), i.data(), address.data(), s.data(),
+                             serial.data(),  r.data(), lost.data(),    nullptr};
+        ASSERT_EQ(posix_spawnp(&pid_, program.c_str(), nullptr, nullptr, arguments, environ), 0);
+        while (!listens()) {
+            ASSERT_EQ(waitpid(pid_, nullptr, WNOHANG), 0) << "the camera process has ended";
+            std::this_thread::sleep_for(5ms);
+        }
+    }
+
+    void kill()
+    {
+        if (pid_ > 0) {
+            ::kill(pid_, SIGKILL);
+            waitpid(pid_, nullptr, 0);
+            pid_ = -1;
+        }
+    }
+
+private:
+    bool listens() const
+    {
+        const std::string socket = " 0" + std::to_string(number_) + "00007F:0F74 ";
+        std::ifstream sockets("/proc/net/udp");
+        for (std::string line; std::getline(sockets, line);) {
+            if (line.find(socket) != std::string::npos) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    int number_;
+    int lost_;
+    pid_t pid_ = -1;
+};
+
+inline std::unique_ptr<Device> openCamera(Backend &backend, const std::string &id)
+{
+    std::unique_ptr<Device> device;
+    EXPECT_EQ(backend.open(id, device), ORVALIS_OK);
+    return device;
+}
+
+/// The next image of a running stream; patient, so that a busy machine does not matter.
+inline OResult nextImage(Device &device, RawImage &image)
+{
+    return device.nextImage(image, Clock::now() + 30s);
+}
+
+/// Aravis' test cameras show a slope that moves by one grey level a frame. A frame that is put
+/// together from two shows an edge.
+inline bool isWhole(const RawImage &image)
+{
+    if (image.size < std::size_t{image.width} * image.height || image.width < 2) {
+        return false;
+    }
+    for (std::size_t y = 0; y + 1 < image.height; ++y) {
+        const std::uint8_t *row = image.data + y * image.width;
+        for (std::size_t x = 0; x + 1 < image.width; ++x) {
+            if (row[x + 1] != row[image.width + x]) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+inline std::int64_t integer(Device &device, std::string_view name)
+{
+    orvalis::IntegerValue value;
+    EXPECT_EQ(device.nodes().getInteger(name, value), ORVALIS_OK) << name;
+    return value.value;
+}
+
+inline bool lists(Device &device, std::string_view category, std::string_view name)
+{
+    std::vector<std::string> children;
+    EXPECT_EQ(device.nodes().list(category, children), ORVALIS_OK) << category;
+    return std::find(children.begin(), children.end(), name) != children.end();
+}
+
+} // namespace genicamtest
