@@ -26,6 +26,7 @@ QString version(const QSettings &settings, const QString &key)
 AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui_AboutDialog>())
 {
     ui->setupUi(this);
+    blackenPanel();
     fitTitle();
     ui->laOS->setText(QStringLiteral("%1, %2 (%3)")
                           .arg(QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
@@ -53,6 +54,15 @@ AboutDialog::SdkVersions AboutDialog::readSdkVersions(const QString &headerPath)
     settings.beginGroup(QStringLiteral("VERSION_INFO"));
     return {version(settings, QStringLiteral("PACKAGE_VERSION")),
             version(settings, QStringLiteral("LIBRARY_VERSION"))};
+}
+
+/// The panel is white whatever the desktop's colours, so its texts must not be white too.
+void AboutDialog::blackenPanel()
+{
+    QPalette onWhite = ui->widget->palette();
+    onWhite.setColor(QPalette::WindowText, Qt::black);
+    for (QLabel *label : {ui->label_3, ui->label_4, ui->label_5, ui->label_6})
+        label->setPalette(onWhite);
 }
 
 /// The title's box and size in points are fixed; fonts wider than the intended one are condensed.

@@ -29,6 +29,7 @@ public:
     static SdkVersions readSdkVersions(const QString &headerPath);
 
 private:
+    void blackenPanel();
     void fitTitle();
 
     std::unique_ptr<Ui_AboutDialog> ui;

@@ -46,14 +46,14 @@ AccessRegister::~AccessRegister() = default;
 void AccessRegister::fitFont()
 {
     constexpr int smallestPixelSize = 6;
-    const QSize edge(2, 0), editFrame(10, 4), buttonFrame(16, 4);
+    const QSize indent(4, 0), editFrame(10, 4), buttonFrame(16, 4);
     const QString widestData = QStringLiteral("DDDDDDDD");
     QFont fitted = font();
     int size = QFontInfo(fitted).pixelSize();
     for (; size > smallestPixelSize; --size) {
         fitted.setPixelSize(size);
-        if (hasRoom(*ui->label, fitted, ui->label->text(), edge) &&
-            hasRoom(*ui->label_2, fitted, ui->label_2->text(), edge) &&
+        if (hasRoom(*ui->label, fitted, ui->label->text(), indent) &&
+            hasRoom(*ui->label_2, fitted, ui->label_2->text(), indent) &&
             hasRoom(*ui->edData, fitted, widestData, editFrame) &&
             hasRoom(*ui->btnWrite, fitted, ui->btnWrite->text(), buttonFrame))
             break;

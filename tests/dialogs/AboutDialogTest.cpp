@@ -31,6 +31,7 @@ private slots:
     void iconButtonHasNoTextAndNoAction();
     void nothingIsCutOff_data();
     void nothingIsCutOff();
+    void textsAreReadableOnADarkDesktop();
     void operatingSystemLine();
     void versionLabelsShowTheInstalledHeader();
     void okAndEscapeClose();
@@ -135,6 +136,25 @@ void AboutDialogTest::nothingIsCutOff()
         QVERIFY(dialog.rect().contains(QRect(label->mapTo(&dialog, QPoint()), label->size())));
     }
     QApplication::setFont(QFont());
+}
+
+void AboutDialogTest::textsAreReadableOnADarkDesktop()
+{
+    const QPalette before = QApplication::palette();
+    QPalette dark(Qt::black);
+    dark.setColor(QPalette::WindowText, Qt::white);
+    QApplication::setPalette(dark);
+    AboutDialog dialog;
+    dialog.show();
+    const QImage picture = dialog.findChild<QLabel *>("label_3")->grab().toImage();
+    QApplication::setPalette(before);
+    int darkPixels = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            darkPixels += qGray(picture.pixel(x, y)) < 64;
+    }
+    QVERIFY(darkPixels > 20);
+    QVERIFY(darkPixels < picture.width() * picture.height() / 2);
 }
 
 void AboutDialogTest::operatingSystemLine()
