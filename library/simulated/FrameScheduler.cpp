@@ -11,7 +11,7 @@ namespace {
 using std::chrono::nanoseconds;
 
 constexpr int kBacklogFrames = 4; ///< frames that a late host still gets
-constexpr nanoseconds kBacklogTime = std::chrono::milliseconds(2);
+constexpr nanoseconds kBacklogTime = std::chrono::milliseconds(200); // and never less than this
 constexpr std::size_t kTriggerQueue = 64;
 
 nanoseconds backlog(nanoseconds period) { return std::max(kBacklogFrames * period, kBacklogTime); }

@@ -32,8 +32,9 @@ struct FrameTiming {
 bool lineIsHigh(double rate, Clock::time_point now);
 
 /// The clock of one acquisition. Times are absolute and each frame follows from the one before, so
-/// that the mean rate does not drift. A host that comes late gets at most a few frames at once; the
-/// rest of what it missed is skipped. Not synchronised: its owner holds a lock.
+/// that the mean rate does not drift. A host that comes late gets what the camera's memory holds,
+/// the frames of 200 ms or four if that is more; the rest of what it missed is skipped. Not
+/// synchronised: its owner holds a lock.
 class FrameScheduler {
 public:
     /// Forgets everything; frames and triggers count from `now` on.

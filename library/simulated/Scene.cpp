@@ -105,7 +105,7 @@ void paintStar(Painter &painter)
                  [&](double u, double v) {
                      const double dx = (u - kCenterU) * aspect, dy = v - kCenterV;
                      if (dx * dx + dy * dy > kRadius * kRadius)
-                         return gray(0.30);
+                         return gray(0.50);
                      const double turns = std::atan2(dy, dx) / (2 * pi) * 36;
                      return gray(turns - std::floor(turns) < 0.5 ? 0.85 : 0.05);
                  });
@@ -134,12 +134,12 @@ void paintLamp(Painter &painter)
 std::vector<Plane> paintVisible(const CameraModel &model)
 {
     Painter painter(model);
-    painter.fill(0, 0, 1, 1, [](double u, double v) { return gray(0.22 + 0.10 * u + 0.08 * v); });
+    painter.fill(0, 0, 1, 1, [](double u, double v) { return gray(0.34 + 0.14 * u + 0.10 * v); });
     paintPatches(painter);
     paintStar(painter);
     paintLinePairs(painter);
     paintLamp(painter);
-    painter.fill(0, 0.66, 1, 0.80, [](double, double) { return gray(0.18); });
+    painter.fill(0, 0.66, 1, 0.80, [](double, double) { return gray(0.26); });
     painter.fill(0.04, 0.84, 0.96, 0.94, [](double u, double) { return gray((u - 0.04) / 0.92); });
     return painter.take();
 }

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+// All at once: streams, nodes, registers, faults, from many threads. For the sanitizers.
+#include "tests/library/simulated/Bench.h"
+
+#include <atomic>
+#include <random>
+#include <thread>
+#include <vector>
+
+namespace orvalis::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Hammer : public Bench {};
+
+TEST_F(Hammer, leavesNoRaceAndNoTornPicture)
+{
+    open(kColor);
+    region(0, 0, 320, 128);
+    set("PixelFormat", "RGB8");
+    std::atomic<bool> stop{false};
+    std::vector<std::jthread> threads;
+    threads.emplace_back([&] { // frames
+        RawImage kept;
+        while (!stop) {
+            if (camera_->startStream() != ORVALIS_OK)
+                continue;
+            for (int i = 0; i < 5; ++i) {
+                RawImage image;
+                if (camera_->nextImage(image, Clock::now() + 50ms) == ORVALIS_OK)
+                    kept = image;
+            }
+            camera_->stopStream();
+        }
+    });
+    for (unsigned seed = 1; seed <= 3; ++seed)
+        threads.emplace_back([&, seed] { // settings
+            std::mt19937 engine(seed);
+            const auto random = [&] { return static_cast<unsigned>(engine()); };
+            const char *const modes[] = {"Off", "Continuous"};
+            while (!stop) {
+                auto &map = nodes();
+                map.setFloat("ExposureTime", 50.0 + random() % 20000);
+                map.setFloat("Gain", random() % 24);
+                map.setInteger("Hue", random() % 1017);
+                map.setInteger("OffsetX", random() % 2000);
+                map.setInteger("Height", 64 + random() % 128);
+                map.setEnumeration("ExposureAuto", modes[random() % 2]);
+                map.setEnumeration("BalanceWhiteAuto", random() % 8 ? "Continuous" : "Once");
+                map.setEnumeration("PixelFormat", random() % 2 ? "RGB8" : "BayerGR12");
+                map.setEnumeration("TriggerMode", random() % 4 ? "Off" : "On");
+                map.execute("TriggerSoftware");
+                map.execute(random() % 2 ? "UserSetLoad" : "UserSetSave");
+                std::uint32_t word = 0;
+                camera_->readRegister(0x1000 + random() % 64 * 4, word);
+                camera_->writeRegister(0x1200 + random() % 64 * 4, word);
+                std::vector<std::string> names;
+                map.list("Root", names);
+            }
+        });
+    threads.emplace_back([&] { // the rest
+        while (!stop) {
+            camera_->wake();
+            RawImage image;
+            camera_->takeImage(image, Clock::now() + 10ms);
+            bus_->discover();
+            std::unique_ptr<Device> other;
+            bus_->open(kColor, other);
+            std::this_thread::sleep_for(1ms);
+        }
+    });
+    std::this_thread::sleep_for(1500ms);
+    stop = true;
+}
+
+TEST_F(Hammer, survivesACameraThatComesAndGoes)
+{
+    std::atomic<bool> stop{false};
+    std::atomic<int> frames{0};
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 3; ++i)
+        threads.emplace_back([&] {
+            while (!stop) {
+                std::unique_ptr<Device> device;
+                if (bus_->open(kFast, device) != ORVALIS_OK) {
+                    std::this_thread::sleep_for(1ms);
+                    continue;
+                }
+                device->nodes().setInteger("SimulationLeaveDuration", 5);
+                std::jthread puller([&] { device->nodes().execute("SimulationLeaveBus"); });
+                RawImage image;
+                device->startStream();
+                for (int n = 0; n < 3; ++n)
+                    frames += device->nextImage(image, Clock::now() + 20ms) == ORVALIS_OK;
+                device->stopStream();
+            }
+        });
+    std::this_thread::sleep_for(1000ms);
+    stop = true;
+    threads.clear();
+    while (bus_->open(kFast, camera_) != ORVALIS_OK)
+        std::this_thread::sleep_for(1ms);
+    take();
+}
+
+} // namespace
+} // namespace orvalis::test
