@@ -37,9 +37,9 @@ void XMLCtrlFuzzTest::survivesHostileAnswers()
     DockBench bench;
     fakeorvalis::hostile(seed);
     bench.dock->CreateXMLTree(bench.handle);
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 150; ++i) {
         step(bench);
-        QVERIFY(bench.combo()->count() <= 64 + 300);
+        QVERIFY(bench.combo()->count() <= 64 + 150);
         QCOMPARE(bench.dock->width(), 300);
     }
     fakeorvalis::hostile(0);
