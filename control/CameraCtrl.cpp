@@ -27,6 +27,7 @@ CameraCtrl::CameraCtrl(QWidget *parent)
     connect(ui->cbPixelFormat, &QComboBox::currentTextChanged, this, &CameraCtrl::publishCamera);
     connect(ui->cmbSaveExt, &QComboBox::currentTextChanged, this, &CameraCtrl::publishSaveOpt);
     connect(ui->edSavePath, &QLineEdit::textChanged, this, &CameraCtrl::publishSaveOpt);
+    leaveWheelToScrolling();
     widenToTabs();
 }
 
@@ -60,6 +61,28 @@ void CameraCtrl::keyPressEvent(QKeyEvent *event)
         event->accept(); // keypad Enter has ended the editing of a box and shall do nothing more
     else
         QWidget::keyPressEvent(event);
+}
+
+/// Scrolling a tab must not change the settings that pass below the pointer on its way: the wheel
+/// acts on the control that has the focus only.
+void CameraCtrl::leaveWheelToScrolling()
+{
+    for (QWidget *control : ui->tabWidget->findChildren<QWidget *>()) {
+        if (qobject_cast<QAbstractSpinBox *>(control) == nullptr &&
+            qobject_cast<QComboBox *>(control) == nullptr &&
+            qobject_cast<QSlider *>(control) == nullptr)
+            continue;
+        control->setFocusPolicy(Qt::StrongFocus); // not by wheel
+        control->installEventFilter(this);
+    }
+}
+
+bool CameraCtrl::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::Wheel || static_cast<QWidget *>(watched)->hasFocus())
+        return QDockWidget::eventFilter(watched, event);
+    event->ignore(); // goes on to the scroll area
+    return true;
 }
 
 /// Narrower, captions and range labels would be cut off. Lower is no harm: the tabs scroll.

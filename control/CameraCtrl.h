@@ -138,6 +138,7 @@ private slots: // "Miscellaneous"
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     // One feature with a spin box and a slider of type int.
@@ -166,6 +167,7 @@ private:
     void fillSaveExtensions(const QStringList &always);
 
     void widenToTabs();
+    void leaveWheelToScrolling();
     void setSaveCount(int count);
     void publishSaveOpt();
     void publishCamera();

@@ -23,23 +23,28 @@ bool isSentAsColour(const QString &pixelFormat)
            pixelFormat.contains(QLatin1String("YUV"));
 }
 
+PreviewSource currentSource(PreviewShared &preview)
+{
+    const std::lock_guard lock(preview.mutex);
+    return preview.source;
+}
+
 /// Grabs one frame and paints it. False, and nothing painted, without a camera or a frame.
-bool grabInto(SensorCanvas &canvas, const PreviewSource &source)
+bool grabInto(SensorCanvas &canvas, const PreviewSource &source, PreviewShared &preview)
 {
     if (source.camera == nullptr || canvas.isEmpty())
         return false;
-    if (isSentAsColour(source.pixelFormat)) {
-        if (OrvalisGrabRGBData(source.camera, canvas.frame(), grabTimeoutMs) != 0)
-            return false;
-        canvas.paintRgb(source.size);
-        return true;
-    }
-    if (OrvalisGrabRAWData(source.camera, canvas.frame(), grabTimeoutMs) != 0)
+    const bool colour = isSentAsColour(source.pixelFormat);
+    const auto grab = colour ? OrvalisGrabRGBData : OrvalisGrabRAWData;
+    if (grab(source.camera, canvas.frame(), grabTimeoutMs) != 0)
         return false;
-    if (source.pixelFormat.contains(QLatin1String("12")))
-        canvas.paintWords(source.size, 12);
+    const OSizeInfo size = currentSource(preview).size; // the region may have moved meanwhile
+    if (colour)
+        canvas.paintRgb(size);
+    else if (source.pixelFormat.contains(QLatin1String("12")))
+        canvas.paintWords(size, 12);
     else
-        canvas.paintGrey(source.size);
+        canvas.paintGrey(size);
     return true;
 }
 
@@ -56,12 +61,6 @@ void sleepUntilDue(PreviewShared &preview)
 {
     std::unique_lock lock(preview.mutex);
     preview.wake.wait_for(lock, grabPeriod, [&preview] { return preview.stop; });
-}
-
-PreviewSource currentSource(PreviewShared &preview)
-{
-    const std::lock_guard lock(preview.mutex);
-    return preview.source;
 }
 
 } // namespace
@@ -104,7 +103,7 @@ void CameraCtrl::GrabThread()
         const PreviewSource source = currentSource(m_preview);
         if (canvas.fitTo(source.size))
             postPreview(canvas.picture());
-        if (grabInto(canvas, source))
+        if (grabInto(canvas, source, m_preview))
             postPreview(canvas.picture());
         sleepUntilDue(m_preview);
     }

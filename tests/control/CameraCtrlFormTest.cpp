@@ -7,7 +7,6 @@
 #include <QDoubleSpinBox>
 #include <QFrame>
 #include <QGroupBox>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMetaMethod>
@@ -15,7 +14,7 @@
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QSlider>
-#include <QTabBar>
+#include <QSpinBox>
 #include <QTabWidget>
 
 namespace {
@@ -153,12 +152,6 @@ private slots:
     void previewLabelHasABoxFrame();
     void metaObjectKeepsItsOrder();
     void everyControlTellsWhatItIs();
-    void nothingIsCutOffAtTheNarrowestWidth_data();
-    void nothingIsCutOffAtTheNarrowestWidth();
-    void keypadEnterIsSwallowed();
-    void otherKeysArePassedOn_data();
-    void otherKeysArePassedOn();
-    void loadingWithoutACameraChangesNothing();
 };
 
 void CameraCtrlFormTest::everySlotIsConnectedByName()
@@ -438,68 +431,6 @@ void CameraCtrlFormTest::everyControlTellsWhatItIs()
         QVERIFY2(!control->toolTip().isEmpty(), qPrintable(control->objectName()));
         QVERIFY2(!control->accessibleName().isEmpty(), qPrintable(control->objectName()));
     }
-}
-
-void CameraCtrlFormTest::nothingIsCutOffAtTheNarrowestWidth_data() { tabsAreNamedAndTitled_data(); }
-
-void CameraCtrlFormTest::nothingIsCutOffAtTheNarrowestWidth()
-{
-    QFETCH(int, index);
-    Panel panel;
-    panel.openCamera();
-    panel.panel.setFloating(true);
-    panel.panel.resize(panel.panel.minimumSizeHint().width(), 700);
-    panel.panel.show();
-    auto *tabs = panel.find<QTabWidget>("tabWidget");
-    tabs->setCurrentIndex(index);
-    QCoreApplication::processEvents();
-    QVERIFY(tabs->tabBar()->width() >= tabs->tabBar()->sizeHint().width());
-    for (const QLabel *label : tabs->currentWidget()->findChildren<QLabel *>()) {
-        if (label->isVisible() && label->pixmap(Qt::ReturnByValue).isNull())
-            QVERIFY2(label->width() >= label->sizeHint().width(), qPrintable(label->text()));
-    }
-    const auto *area = tabs->currentWidget()->findChild<QScrollArea *>();
-    QVERIFY(area->widget()->width() <= area->viewport()->width());
-}
-
-void CameraCtrlFormTest::keypadEnterIsSwallowed()
-{
-    Panel panel;
-    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Enter, Qt::KeypadModifier);
-    enter.ignore();
-    QCoreApplication::sendEvent(&panel.panel, &enter);
-    QVERIFY(enter.isAccepted());
-}
-
-void CameraCtrlFormTest::otherKeysArePassedOn_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::newRow("Return") << int{Qt::Key_Return};
-    QTest::newRow("A") << int{Qt::Key_A};
-    QTest::newRow("F5") << int{Qt::Key_F5};
-}
-
-void CameraCtrlFormTest::otherKeysArePassedOn()
-{
-    QFETCH(int, key);
-    Panel panel;
-    QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
-    QCoreApplication::sendEvent(&panel.panel, &event);
-    QVERIFY(!event.isAccepted());
-}
-
-void CameraCtrlFormTest::loadingWithoutACameraChangesNothing()
-{
-    Panel panel;
-    panel.panel.loadFeatureValue(true);
-    panel.panel.loadTriggerValue();
-    panel.panel.loadStrobeValue();
-    panel.panel.loadVideoInfo();
-    panel.panel.loadUserSet();
-    QCOMPARE(panel.log(), QStringList());
-    QCOMPARE(panel.find<QSpinBox>("spiGain")->maximum(), 240);
-    QCOMPARE(panel.find<QLabel>("laShutter")->text(), QString("us (50 ~ 2000000)"));
-    QCOMPARE(panel.items("cmbWB"), QStringList());
 }
 
 ORVALIS_QTEST_MAIN(CameraCtrlFormTest)
