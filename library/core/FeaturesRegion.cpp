@@ -68,11 +68,13 @@ OResult readSpan(NodeMap &nodes, const Axis &axis, Span &span)
     return ORVALIS_OK;
 }
 
-OResult setNearest(NodeMap &nodes, const char *name, std::int64_t wanted)
+OResult setNearest(NodeMap &nodes, const char *name, std::int64_t wanted,
+                   std::int64_t limit = std::numeric_limits<std::int64_t>::max())
 {
     IntegerValue node;
     if (const OResult result = nodes.getInteger(name, node); result != ORVALIS_OK)
         return result;
+    node.maximum = std::min(node.maximum, std::max(limit, node.minimum));
     const std::int64_t value = nearest(wanted, node);
     return value == node.value ? ORVALIS_OK : nodes.setInteger(name, value);
 }
@@ -92,7 +94,13 @@ OResult writeSpan(NodeMap &nodes, const Axis &axis, const Span &span)
     const OResult sized = fixed ? ORVALIS_OK : setNearest(nodes, axis.size, span.size);
     if (sized != ORVALIS_OK)
         return sized;
-    return hasOffset ? setNearest(nodes, axis.offset, span.offset) : ORVALIS_OK;
+    if (!hasOffset)
+        return ORVALIS_OK;
+    // Some cameras let a region reach beyond the sensor.
+    IntegerValue size;
+    if (const OResult result = nodes.getInteger(axis.size, size); result != ORVALIS_OK)
+        return result;
+    return setNearest(nodes, axis.offset, span.offset, span.whole - size.value);
 }
 
 /// A camera without region nodes cannot be used at all.
@@ -134,9 +142,9 @@ OResult Features::setRegion(const OSizeInfo &size)
     // Offsets may be free while sizes are locked: nothing moves then.
     if (!isWritable(nodes_, kHorizontal.size) && !isWritable(nodes_, kVertical.size))
         return ORVALIS_ERROR_ACCESS_DENIED;
-    result = writeSpan(nodes_, kHorizontal, {size.offsetX, size.width});
+    result = writeSpan(nodes_, kHorizontal, {size.offsetX, size.width, x.whole});
     if (result == ORVALIS_OK)
-        result = writeSpan(nodes_, kVertical, {size.offsetY, size.height});
+        result = writeSpan(nodes_, kVertical, {size.offsetY, size.height, y.whole});
     if (result != ORVALIS_OK) {
         writeSpan(nodes_, kHorizontal, x);
         writeSpan(nodes_, kVertical, y);

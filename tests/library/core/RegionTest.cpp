@@ -117,6 +117,15 @@ TEST_F(RegionTest, extremeNumbersAreHarmless)
               (OSizeInfo{0, 0, kSensorWidth, kSensorHeight, kSensorWidth, kSensorHeight}));
 }
 
+TEST_F(RegionTest, cameraThatWouldReachBeyondItsSensorIsHeldOnIt)
+{
+    nodes_.afterWrite = nullptr;
+    nodes_.nodes["OffsetX"].maximum = kSensorWidth;
+    nodes_.nodes["OffsetY"].maximum = kSensorHeight;
+    EXPECT_EQ(set({9999, 9999, 640, 480, 0, 0}),
+              (OSizeInfo{640, 544, 640, 480, kSensorWidth, kSensorHeight}));
+}
+
 TEST_F(RegionTest, nothingMovesWhileSizesAreLocked)
 {
     set({8, 8, 640, 480, 0, 0});
