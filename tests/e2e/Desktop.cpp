@@ -43,10 +43,11 @@ bool Desktop::start()
     const QString screen = QStringLiteral("%1x%2x24").arg(width).arg(height);
     m_server.setStandardErrorFile(QProcess::nullDevice());
     // The server says its display number on the given descriptor once it listens: standard output.
+    // It would start over when its last client leaves, and the first ones are short.
     if (!startProgram(m_server, QStringLiteral("Xvfb"),
                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
                        QStringLiteral("0"), screen, QStringLiteral("-nolisten"),
-                       QStringLiteral("tcp")}))
+                       QStringLiteral("tcp"), QStringLiteral("-noreset")}))
         return false;
     while (!m_server.canReadLine()) {
         if (!m_server.waitForReadyRead(patience)) {

@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QtTest>
 
-using e2e::coloursIn;
 using e2e::differences;
 using e2e::pictureCentre;
 
@@ -38,26 +37,8 @@ private slots:
     void runsOnAnotherLibrary();
 
 private:
-    static bool waitForRows(e2e::ViewerSession &session, int count);
-    static void openRow(e2e::ViewerSession &session, int row);
-    static bool showsPicture(e2e::ViewerSession &session);
     static QStringList savedFiles(const e2e::ViewerSession &session);
 };
-
-bool ViewerE2eTest::waitForRows(e2e::ViewerSession &session, int count)
-{
-    return QTest::qWaitFor([&] { return session.cameraRows().size() == count; }, patience);
-}
-
-void ViewerE2eTest::openRow(e2e::ViewerSession &session, int row)
-{
-    session.desktop().doubleClick(session.cameraRows().at(row).center());
-}
-
-bool ViewerE2eTest::showsPicture(e2e::ViewerSession &session)
-{
-    return coloursIn(session.desktop().screenshot(), pictureCentre()) > 500;
-}
 
 QStringList ViewerE2eTest::savedFiles(const e2e::ViewerSession &session)
 {
@@ -68,7 +49,7 @@ void ViewerE2eTest::showsTheCamerasFound()
 {
     e2e::ViewerSession session;
     QVERIFY2(session.start(), qPrintable(session.error()));
-    QVERIFY(waitForRows(session, 4));
+    QVERIFY(session.waitForCameras(4));
     QCOMPARE(session.title(), QStringLiteral("OrvalisViewer"));
     QVERIFY(!session.isToolEnabled(playTool));
     session.keepScreenshot(QStringLiteral("start"));
@@ -78,15 +59,15 @@ void ViewerE2eTest::opensByDoubleClickPlaysZoomsSavesAndStops()
 {
     e2e::ViewerSession session;
     QVERIFY2(session.start(), qPrintable(session.error()));
-    QVERIFY(waitForRows(session, 4));
+    QVERIFY(session.waitForCameras(4));
 
-    openRow(session, colourRow);
+    session.openCamera(colourRow);
     QTRY_COMPARE_WITH_TIMEOUT(
         session.title(), QStringLiteral("OrvalisViewer - OV-SIM-2448C-0002 2448x2048"), patience);
     const QImage opened = session.keepScreenshot(QStringLiteral("opened"));
 
     QVERIFY(session.clickTool(playTool));
-    QTRY_VERIFY_WITH_TIMEOUT(showsPicture(session), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(session.showsPicture(), patience);
     QTRY_VERIFY_WITH_TIMEOUT(
         differences(opened, session.desktop().screenshot(), e2e::statusBar()) > 50, patience);
 
@@ -122,11 +103,11 @@ void ViewerE2eTest::singleShotShowsNoError()
 {
     e2e::ViewerSession session;
     QVERIFY2(session.start(), qPrintable(session.error()));
-    QVERIFY(waitForRows(session, 4));
-    openRow(session, 0);
+    QVERIFY(session.waitForCameras(4));
+    session.openCamera(0);
     QTRY_VERIFY_WITH_TIMEOUT(session.title().contains(QLatin1String("1280x1024")), patience);
     QVERIFY(session.clickTool(QStringLiteral("20x20/camera-grab.png")));
-    QTRY_VERIFY_WITH_TIMEOUT(showsPicture(session), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(session.showsPicture(), patience);
     QTRY_VERIFY_WITH_TIMEOUT(session.isToolEnabled(playTool), patience);
     session.keepScreenshot(QStringLiteral("single-shot"));
 }
@@ -143,10 +124,10 @@ void ViewerE2eTest::endsWhileStreaming()
     QFETCH(QString, keys);
     e2e::ViewerSession session;
     QVERIFY2(session.start(), qPrintable(session.error()));
-    QVERIFY(waitForRows(session, 4));
-    openRow(session, colourRow);
+    QVERIFY(session.waitForCameras(4));
+    session.openCamera(colourRow);
     QVERIFY(session.clickTool(playTool));
-    QTRY_VERIFY_WITH_TIMEOUT(showsPicture(session), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(session.showsPicture(), patience);
     session.desktop().key(keys);
     const int milliseconds = session.waitForExit();
     QVERIFY2(milliseconds >= 0, "the viewer hangs");
@@ -161,13 +142,13 @@ void ViewerE2eTest::closesACameraThatLeaves()
 {
     e2e::ViewerSession session;
     QVERIFY2(session.start(), qPrintable(session.error()));
-    QVERIFY(waitForRows(session, 4));
-    openRow(session, 0);
+    QVERIFY(session.waitForCameras(4));
+    session.openCamera(0);
     QVERIFY(session.clickTool(QStringLiteral("20x20/camera-reset.png")));
     session.desktop().key(QStringLiteral("alt+y")); // "Do you want to reboot camera?"
     QTRY_VERIFY_WITH_TIMEOUT(session.cameraRows().size() == 3, patience);
     session.keepScreenshot(QStringLiteral("camera-rebooting"));
-    QVERIFY(waitForRows(session, 4));
+    QVERIFY(session.waitForCameras(4));
     QVERIFY(session.isRunning());
 }
 
@@ -179,8 +160,8 @@ void ViewerE2eTest::runsOnAnotherLibrary()
     session.setVariable(QStringLiteral("LD_LIBRARY_PATH"), QStringLiteral(E2E_OTHER_LIBRARY));
     session.setVariable(QStringLiteral("FAKE_ORVALIS_TRACE"), trace);
     QVERIFY2(session.start(), qPrintable(session.error()));
-    QVERIFY(waitForRows(session, 2));
-    openRow(session, 1);
+    QVERIFY(session.waitForCameras(2));
+    session.openCamera(1);
     QTRY_COMPARE_WITH_TIMEOUT(session.title(), QStringLiteral("OrvalisViewer - CAM-B 64x48"),
                               patience);
     session.keepScreenshot(QStringLiteral("another-library"));

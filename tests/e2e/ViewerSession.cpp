@@ -14,10 +14,19 @@ namespace {
 
 constexpr int patience = 30000; // ms until something that has to come counts as lost
 
-QImage iconImage(const QString &icon) { return QImage(QStringLiteral(E2E_ICONS "/") + icon); }
+constexpr int listRight = 290; // a column inside of the camera list, beyond its texts
+
+/// The icon as the tool bar draws it.
+QImage iconImage(const QString &icon)
+{
+    constexpr int side = 20;
+    const QImage image(QStringLiteral(E2E_ICONS "/") + icon);
+    return image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+        .scaled(side, side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
 
 /// Menu bar and tool bar, with the frame that the window manager draws above them.
-QRect toolArea() { return {0, 0, Desktop::width, 120}; }
+QRect toolArea() { return {0, 0, Desktop::width, 80}; }
 
 } // namespace
 
@@ -38,7 +47,7 @@ ViewerSession::~ViewerSession()
 
 bool ViewerSession::fail(const QString &reason)
 {
-    m_error = reason + QLatin1Char('\n') + output();
+    m_error = reason + (m_viewer.isOpen() ? QLatin1Char('\n') + output() : QString());
     return false;
 }
 
@@ -58,6 +67,8 @@ bool ViewerSession::start(const QStringList &wrapper)
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"),
                        m_home.filePath(QStringLiteral(".config")));
     environment.insert(QStringLiteral("XDG_CACHE_HOME"), m_home.filePath(QStringLiteral(".cache")));
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_home.path());
+    environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("*.debug=false"));
     environment.insert(QStringLiteral("ORVALIS_BACKENDS"), QStringLiteral("simulated"));
     for (auto variable = m_variables.cbegin(); variable != m_variables.cend(); ++variable)
         environment.insert(variable.key(), variable.value());
@@ -107,9 +118,29 @@ bool ViewerSession::clickTool(const QString &icon)
 QList<QRect> ViewerSession::cameraRows() const
 {
     const QImage screen = m_desktop.screenshot();
-    const QRect list = whiteBox(screen, 200, 60, 30);
+    const QRect list = listAt(screen, listRight, toolArea().bottom(), 30);
     return list.isEmpty() ? QList<QRect>()
                           : textLines(screen, {20, list.top(), 180, list.height()});
+}
+
+bool ViewerSession::waitForCameras(int count)
+{
+    return QTest::qWaitFor([&] { return cameraRows().size() == count; }, patience);
+}
+
+void ViewerSession::openCamera(int row)
+{
+    const QList<QRect> rows = cameraRows();
+    QVERIFY(row < rows.size());
+    m_withoutPicture = m_desktop.screenshot();
+    m_desktop.doubleClick(rows.at(row).center());
+}
+
+bool ViewerSession::showsPicture() const
+{
+    const QRect area = pictureCentre();
+    return differences(m_withoutPicture, m_desktop.screenshot(), area) >
+           area.width() * area.height() / 2;
 }
 
 int ViewerSession::waitForExit()

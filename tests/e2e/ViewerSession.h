@@ -39,6 +39,13 @@ public:
     /// Rows of the camera list as they stand on the screen.
     QList<QRect> cameraRows() const;
 
+    /// Waits until the list has `count` rows.
+    bool waitForCameras(int count);
+    /// Double-clicks a row of the list and remembers the view without a picture.
+    void openCamera(int row);
+    /// True if most of the view's middle is not what it was before the camera was opened.
+    bool showsPicture() const;
+
     /// Waits for the viewer to end by itself; milliseconds that took, -1 if it did not.
     int waitForExit();
     int exitCode() const { return m_viewer.exitCode(); }
@@ -51,6 +58,7 @@ private:
     Desktop m_desktop;
     QTemporaryDir m_home;
     QProcess m_viewer;
+    QImage m_withoutPicture;
     QMap<QString, QString> m_variables;
     QString m_window;
     QString m_error;
