@@ -18,6 +18,9 @@ const QString stopTool = QStringLiteral("20x20/camera-stop.png");
 class ViewerGigeTest : public QObject {
     Q_OBJECT
 
+public:
+    ~ViewerGigeTest() override { cleanup(); }
+
 private slots:
     void init();
     void cleanup();
@@ -33,6 +36,7 @@ private:
 
 void ViewerGigeTest::init()
 {
+    cleanup(); // is left out after an init() that failed
     m_camera.start(QStringLiteral("arv-fake-gv-camera-0.8"),
                    {QStringLiteral("-i"), QStringLiteral("127.0.0.1"), QStringLiteral("-s"),
                     QStringLiteral("GV01")});
