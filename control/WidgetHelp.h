@@ -4,6 +4,8 @@
 
 #include <QAbstractSlider>
 
+#include <algorithm>
+#include <limits>
 #include <optional>
 
 /// Sets `value` unless the box shows it already.
@@ -17,9 +19,12 @@ template <typename SpinBox, typename Value> void setIfDifferent(SpinBox *box, Va
 /// signal of an action comes before the slider's value follows it.
 inline std::optional<int> pageTarget(const QAbstractSlider &slider, int action)
 {
-    if (action == QAbstractSlider::SliderPageStepAdd)
-        return slider.value() + slider.pageStep();
-    if (action == QAbstractSlider::SliderPageStepSub)
-        return slider.value() - slider.pageStep();
-    return std::nullopt;
+    using Limits = std::numeric_limits<int>;
+    if (action != QAbstractSlider::SliderPageStepAdd &&
+        action != QAbstractSlider::SliderPageStepSub)
+        return std::nullopt;
+    const bool up = action == QAbstractSlider::SliderPageStepAdd;
+    const qint64 page = up ? slider.pageStep() : -qint64{slider.pageStep()};
+    return static_cast<int>(
+        std::clamp<qint64>(slider.value() + page, Limits::min(), Limits::max()));
 }

@@ -9,6 +9,8 @@
 #include <QSlider>
 #include <QSpinBox>
 
+#include <limits>
+
 namespace {
 
 struct Row {
@@ -98,6 +100,7 @@ private slots:
     void pageActionsSend();
     void refusedPageLeavesTheSlider_data();
     void refusedPageLeavesTheSlider();
+    void pagesEndAtTheLastNumber();
     void otherActionsSendNothing_data();
     void otherActionsSendNothing();
     void draggingSendsOnRelease_data();
@@ -297,6 +300,21 @@ void CameraCtrlFeatureTest::refusedPageLeavesTheSlider()
     feature.slider()->triggerAction(QAbstractSlider::SliderPageStepAdd);
     QCOMPARE(feature.panel.log().size(), 1);
     QCOMPARE(feature.slider()->value(), 500);
+}
+
+void CameraCtrlFeatureTest::pagesEndAtTheLastNumber()
+{
+    using Limits = std::numeric_limits<int>;
+    Panel panel;
+    fakeorvalis::withState([](fakeorvalis::State &state) {
+        state.integers["Hue"] = {Limits::max() - 3, Limits::min(), Limits::max(), false};
+    });
+    panel.openCamera();
+    panel.find<QSlider>("sliHue")->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    QCOMPARE(panel.log(), QStringList(QString("OrvalisSetHue(h1, %1)").arg(Limits::max())));
+    panel.find<QSpinBox>("spiHue")->setValue(Limits::min() + 3);
+    panel.find<QSlider>("sliHue")->triggerAction(QAbstractSlider::SliderPageStepSub);
+    QCOMPARE(panel.find<QSpinBox>("spiHue")->value(), Limits::min());
 }
 
 void CameraCtrlFeatureTest::otherActionsSendNothing_data() { addFeatures(); }
