@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+// The window's end, and libraries that misbehave.
+#include "tests/app/Shell.h"
+
+#include <QThreadPool>
+
+#include <condition_variable>
+#include <mutex>
+#include <random>
+
+using shell::BoxAnswer;
+using shell::Frame;
+using shell::Shell;
+
+class LifetimeTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
+
+    void theLibraryIsLeftBeforeTheCameraIsClosed();
+    void withoutACameraNothingIsClosed();
+    void framesBehindTheUninitAreHarmless();
+    void thereIsNoWindowBehindItsEnd();
+    void aPassThatHangsIsLeftBehind();
+    void randomUseOfALibraryThatFails_data();
+    void randomUseOfALibraryThatFails();
+    void randomUseOfAHostileLibrary_data();
+    void randomUseOfAHostileLibrary();
+};
+
+void LifetimeTest::theLibraryIsLeftBeforeTheCameraIsClosed()
+{
+    Shell shell;
+    shell.play();
+    shell.window.reset();
+    QCOMPARE(shell::lifeCalls(), QStringList({"OrvalisUninit()", "OrvalisStopAcquisition(h1)",
+                                              "OrvalisCloseCamera(h1)"}));
+}
+
+void LifetimeTest::withoutACameraNothingIsClosed()
+{
+    Shell shell;
+    fakeorvalis::clearCalls();
+    shell.window.reset();
+    QCOMPARE(shell::texts(fakeorvalis::calls()), QStringList("OrvalisUninit()"));
+}
+
+void LifetimeTest::framesBehindTheUninitAreHarmless()
+{
+    Shell shell;
+    shell.play();
+    Frame frame(64, 48, 3);
+    bool delivered = false;
+    fakeorvalis::onCall("OrvalisUninit", [&] {
+        for (int i = 0; i < 40; ++i)
+            delivered = frame.deliver();
+    });
+    shell.window.reset();
+    QVERIFY(delivered);
+}
+
+void LifetimeTest::thereIsNoWindowBehindItsEnd()
+{
+    OFrameCallback late = nullptr;
+    {
+        Shell shell;
+        shell.play();
+        late = fakeorvalis::callback();
+        shell.window.reset();
+        DiscoveryThread(&shell); // a task that starts too late
+    }
+    QVERIFY(g_inst.load() == nullptr);
+    Frame frame(64, 48, 3);
+    late(&frame.record);
+}
+
+void LifetimeTest::aPassThatHangsIsLeftBehind()
+{
+    std::mutex mutex;
+    std::condition_variable changed;
+    bool inside = false;
+    bool go = false;
+    Shell shell;
+    fakeorvalis::onCall("OrvalisGetDisplayName", [&] {
+        if (QThread::currentThread() == qApp->thread())
+            return;
+        std::unique_lock lock(mutex);
+        inside = true;
+        changed.notify_all();
+        changed.wait(lock, [&] { return go; });
+    });
+    shell->OnTimer();
+    {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return inside; });
+    }
+    shell.window.reset(); // returns although the call does not
+    {
+        const std::lock_guard lock(mutex);
+        go = true;
+    }
+    changed.notify_all();
+    QThreadPool::globalInstance()->waitForDone();
+}
+
+namespace {
+
+/// One thing that a user, the bus or the camera does.
+class RandomUser {
+public:
+    RandomUser(const Shell &shell, unsigned seed) : m_shell(shell), m_random(seed) {}
+
+    void act()
+    {
+        switch (m_random() % 12) {
+        case 0:
+            m_shell->slotOpenCamera(static_cast<int>(m_random() % 3) - 1);
+            break;
+        case 1:
+            m_shell->slotCloseCamera();
+            break;
+        case 2:
+        case 3:
+            m_shell->slotStartCamera();
+            break;
+        case 4:
+            m_shell->slotStopCamera();
+            break;
+        case 5:
+            m_shell->slotOneGrab();
+            break;
+        case 6:
+            (void)m_shell->DiscoveryProc();
+            break;
+        case 7:
+            m_shell.action("actionDrawCenter")->toggle();
+            break;
+        case 8:
+            m_shell->slotZoomFit();
+            break;
+        default:
+            deliver();
+        }
+        QCoreApplication::processEvents();
+    }
+
+private:
+    void deliver()
+    {
+        OImageFrame wild{random32(), random32(), random32(), random32(), nullptr, nullptr, nullptr};
+        const bool sane = m_random() % 2 == 0;
+        (void)fakeorvalis::deliver(sane ? m_frame.record : wild);
+    }
+    std::uint32_t random32() { return static_cast<std::uint32_t>(m_random()); }
+
+    const Shell &m_shell;
+    std::mt19937 m_random;
+    Frame m_frame{16, 16, 50};
+};
+
+void dismissBoxes(QTimer *timer)
+{
+    timer->setInterval(1);
+    QObject::connect(timer, &QTimer::timeout, [] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            box->done(QMessageBox::Ok);
+    });
+    timer->start();
+}
+
+void addSeeds()
+{
+    QTest::addColumn<uint>("seed");
+    for (const uint seed : {1U, 2U, 3U, 4U})
+        QTest::addRow("%u", seed) << seed;
+}
+
+} // namespace
+
+void LifetimeTest::randomUseOfALibraryThatFails_data() { addSeeds(); }
+
+void LifetimeTest::randomUseOfALibraryThatFails()
+{
+    QFETCH(uint, seed);
+    const Shell shell;
+    QTimer boxes;
+    dismissBoxes(&boxes);
+    RandomUser user(shell, seed);
+    std::mt19937 random(seed);
+    for (int i = 0; i < 150; ++i) {
+        fakeorvalis::failAll(random() % 3 == 0);
+        user.act();
+    }
+    fakeorvalis::failAll(false);
+    shell->slotCloseCamera();
+    QVERIFY(!shell->isStreaming());
+}
+
+void LifetimeTest::randomUseOfAHostileLibrary_data() { addSeeds(); }
+
+void LifetimeTest::randomUseOfAHostileLibrary()
+{
+    QFETCH(uint, seed);
+    const Shell shell;
+    QTimer boxes;
+    dismissBoxes(&boxes);
+    RandomUser user(shell, seed);
+    fakeorvalis::hostile(seed);
+    for (int i = 0; i < 150; ++i)
+        user.act();
+    fakeorvalis::hostile(0);
+    shell->slotCloseCamera();
+    QVERIFY(!shell->isStreaming());
+}
+
+ORVALIS_QTEST_MAIN(LifetimeTest)
+#include "LifetimeTest.moc"
