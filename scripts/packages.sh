@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
 # Sourced by the scripts beside it: which Debian and Ubuntu packages the project needs, and why.
+# shellcheck disable=SC2034
 
 build_packages='
 g++                     compiler, C++20
@@ -32,21 +33,23 @@ clang-tidy              habits of the source
 cppcheck                a second opinion
 '
 
-# is_installed <package>
-is_installed() {
-    [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+# missing_of <package>...: those that are not installed
+missing_of() {
+    local installed
+    installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |
+        awk '$1 == "installed" { print $2 }') || true
+    printf '%s\n' "$@" | grep -vxF -e "$installed" || true
 }
 
 # install_missing <list>...: installs what is not there yet, and says so; silent when nothing is missing.
 install_missing() {
-    local missing=() package
+    local missing packages
     if ! command -v dpkg-query >/dev/null; then
         echo "This is not Debian or Ubuntu; going on with what is installed." >&2
         return 0
     fi
-    for package in $(printf '%s\n' "$@" | awk '{ print $1 }'); do
-        is_installed "$package" || missing+=("$package")
-    done
+    mapfile -t packages < <(printf '%s\n' "$@" | awk 'NF { print $1 }')
+    mapfile -t missing < <(missing_of "${packages[@]}")
     [ ${#missing[@]} -gt 0 ] || return 0
 
     local as_root=()
