@@ -42,6 +42,12 @@ void FrameScheduler::start(Clock::time_point now)
     triggered_ = false;
 }
 
+void FrameScheduler::firstFrameDone(const FrameTiming &timing, Clock::time_point now)
+{
+    if (!timing.triggered)
+        next_ = std::max(next_, now + timing.period - timing.exposure);
+}
+
 void FrameScheduler::softwareTrigger(const FrameTiming &timing, Clock::time_point now)
 {
     followMode(timing, now);

@@ -39,6 +39,9 @@ class FrameScheduler {
 public:
     /// Forgets everything; frames and triggers count from `now` on.
     void start(Clock::time_point now);
+    /// The first frame is ready, perhaps late since the camera had to warm up: the clock of a free
+    /// running acquisition counts from there.
+    void firstFrameDone(const FrameTiming &timing, Clock::time_point now);
     /// The software trigger. Ignored unless `timing` waits for it.
     void softwareTrigger(const FrameTiming &timing, Clock::time_point now);
     /// When the next frame is complete; nothing while only a software trigger can start one.

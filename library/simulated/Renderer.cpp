@@ -82,14 +82,19 @@ void Renderer::prepare(const SensorSettings &settings)
     if (settings_ == settings)
         return;
     settings_ = settings;
-    if (isDeep(settings.pixelFormat)) {
-        still8_ = {};
-        drawStill<std::uint16_t>(settings);
-    } else {
-        still12_ = {};
-        drawStill<std::uint8_t>(settings);
+    try {
+        if (isDeep(settings.pixelFormat)) {
+            still8_ = {};
+            drawStill<std::uint16_t>(settings);
+        } else {
+            still12_ = {};
+            drawStill<std::uint8_t>(settings);
+        }
+        findDiscColor(settings);
+    } catch (...) { // out of memory: what is there belongs to no settings
+        settings_.reset();
+        throw;
     }
-    findDiscColor(settings);
 }
 
 template <class Sample> void Renderer::drawStill(const SensorSettings &settings)
@@ -259,9 +264,9 @@ double Renderer::meanBrightness(const Region &area) const
     for (std::uint32_t y = area.y; y < bottom; y += y % 2 == 0 ? 1 : 15) // pairs, for mosaics
         for (std::size_t i = area.x * perPixel; i < right * perPixel; i += step, ++count) {
             const std::size_t at = y * region.width * perPixel + i;
-            sum += deep ? still12_.values[at] / 4095.0 : still8_.values[at] / 255.0;
+            sum += deep ? still12_.values[at] : still8_.values[at];
         }
-    return count > 0 ? sum / double(count) : 0;
+    return count > 0 ? sum / double(count) / (deep ? 4095 : 255) : 0;
 }
 
 std::array<double, 3> Renderer::meanLight(const SensorSettings &settings)

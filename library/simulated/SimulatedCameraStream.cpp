@@ -124,6 +124,7 @@ OResult SimulatedCamera::waitForFrame(Lock &lock, Session session, RawImage &ima
 OResult SimulatedCamera::exposeFrame(Lock &lock, Clock::time_point due, Clock::time_point now,
                                      RawImage &image, bool &delivered)
 {
+    const std::uint64_t number = acquisitionNumber_;
     const std::uint64_t skipped = scheduler_.take(timing(), now);
     const SensorSettings present = settings();
     const FrameStamp presentStamp = stamp(due);
@@ -136,7 +137,6 @@ OResult SimulatedCamera::exposeFrame(Lock &lock, Clock::time_point due, Clock::t
         count(address::kMissing, 1);
         return ORVALIS_OK;
     }
-    count(address::kDelivered, 1);
     const std::uint32_t bytes = registers_.word(address::kPayloadSize);
     lock.unlock(); // nodes can be read while the picture is drawn
     std::shared_ptr<std::uint8_t> buffer;
@@ -145,9 +145,13 @@ OResult SimulatedCamera::exposeFrame(Lock &lock, Clock::time_point due, Clock::t
         renderer_.render(present, presentStamp, buffer.get());
     } catch (const std::bad_alloc &) {
         lock.lock();
+        count(address::kUnderruns, 1);
         return ORVALIS_ERROR_OUT_OF_MEMORY;
     }
     lock.lock();
+    count(address::kDelivered, 1);
+    if (presentStamp.number == 0 && number == acquisitionNumber_)
+        scheduler_.firstFrameDone(timing(), Clock::now());
     adjustAutomatic(lock, present);
     const std::uint8_t *const data = buffer.get();
     image = {.data = data,

@@ -35,6 +35,14 @@ TEST_F(Scheduler, doesNotDrift)
     EXPECT_EQ(scheduler_.due(timing_, now_), start + 10000 * 10ms + 2ms);
 }
 
+TEST_F(Scheduler, countsFromTheFirstFrameThatIsReady)
+{
+    scheduler_.take(timing_, now_ + 2ms);
+    now_ += 150ms; // the camera had to warm up
+    scheduler_.firstFrameDone(timing_, now_);
+    EXPECT_EQ(scheduler_.due(timing_, now_), now_ + 10ms);
+}
+
 TEST_F(Scheduler, letsALateHostCatchUp)
 {
     now_ += 102ms; // ten frames late
