@@ -12,8 +12,14 @@ using namespace std::chrono_literals;
 /// Callers are promised a second.
 constexpr auto farewellPatience = 800ms;
 
-/// Aravis' in-process test camera has no memory above this, and crashes when asked for it.
+/// Aravis' test cameras have no memory above this, and crash when asked for it.
 constexpr std::uint32_t fakeMemory = ARV_FAKE_CAMERA_MEMORY_SIZE;
+
+/// In this process, or as a GigE Vision camera in another one.
+bool isTestCamera(ArvDevice *device, const DeviceIdentity &identity)
+{
+    return ARV_IS_FAKE_DEVICE(device) || (identity.vendor == "Aravis" && identity.model == "Fake");
+}
 
 std::string firstText(ArvDevice *device, std::initializer_list<const char *> names)
 {
@@ -48,7 +54,7 @@ DeviceIdentity identityOf(ArvDevice *device, std::string id, std::string display
 GenicamDevice::GenicamDevice(GPtr<ArvDevice> device, DeviceIdentity identity,
                              std::function<void()> onGone)
     : identity_(std::move(identity)), onGone_(std::move(onGone)),
-      isFake_(ARV_IS_FAKE_DEVICE(device.get()))
+      isFake_(isTestCamera(device.get(), identity_))
 {
     core_ = std::make_shared<Core>(std::move(device));
 }

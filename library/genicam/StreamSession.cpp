@@ -26,6 +26,8 @@ constexpr std::size_t largestPayload = std::size_t{1} << 30;
 /// With fewer buffers than this left to fill, images are copied instead of lent.
 constexpr int buffersToKeep = 4;
 
+constexpr std::size_t smallestSocketBuffer = std::size_t{2} << 20;
+constexpr std::size_t largestSocketBuffer = std::size_t{64} << 20;
 constexpr int receiverNiceness = -10;
 
 constexpr const char *rateNodes[] = {"AcquisitionResultingFrameRate", "ResultingFrameRate",
@@ -89,10 +91,14 @@ void onStreamEvent(void *link, ArvStreamCallbackType type, ArvBuffer *)
     }
 }
 
-void tuneGigeStream(ArvStream *stream)
+/// Aravis' automatic socket buffer holds one frame, which a receiver that comes late by a few
+/// milliseconds overruns. The system cuts what it finds too large (net.core.rmem_max).
+void tuneGigeStream(ArvStream *stream, std::size_t payload)
 {
-    g_object_set(stream, "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_AUTO, "packet-resend",
-                 ARV_GV_STREAM_PACKET_RESEND_ALWAYS, nullptr);
+    const std::size_t size = std::clamp(payload * 8, smallestSocketBuffer, largestSocketBuffer);
+    g_object_set(stream, "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED, "socket-buffer-size",
+                 static_cast<gint>(size), "packet-resend", ARV_GV_STREAM_PACKET_RESEND_ALWAYS,
+                 nullptr);
 }
 
 /// Copies rows that are followed by padding; null for formats whose rows share bytes.
@@ -173,7 +179,7 @@ OResult StreamSession::start(StreamUse use)
 void StreamSession::makePool(GPtr<ArvStream> stream, std::size_t payload, unsigned buffers)
 {
     if (ARV_IS_GV_STREAM(stream.get())) {
-        tuneGigeStream(stream.get());
+        tuneGigeStream(stream.get(), payload);
     }
     for (unsigned i = 0; i < buffers; ++i) {
         arv_stream_push_buffer(stream.get(), arv_buffer_new_allocate(payload));

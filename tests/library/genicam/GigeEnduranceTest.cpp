@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// A camera that is killed and comes back again and again while it streams: ORVALIS_GIGE_CYCLES
+// times, 3 unless told otherwise.
+#include "tests/library/genicam/GenicamFixture.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <map>
+
+using namespace genicamtest;
+
+namespace {
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+/// Longest time of each kind of call.
+class Stopwatch {
+public:
+    template <typename Call> auto operator()(const char *what, Call call)
+    {
+        const Clock::time_point begin = Clock::now();
+        auto result = call();
+        Milliseconds &longest = longest_[what];
+        longest = std::max<Milliseconds>(longest, Clock::now() - begin);
+        return result;
+    }
+    void print() const
+    {
+        for (const auto &[what, time] : longest_) {
+            std::printf("longest %-28s %8.1f ms\n", what.c_str(), time.count());
+        }
+    }
+
+private:
+    std::map<std::string, Milliseconds> longest_;
+};
+
+long residentKilobytes()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmRSS:")) {
+            return std::atol(line.c_str() + 6);
+        }
+    }
+    return 0;
+}
+
+int cycles()
+{
+    const char *value = std::getenv("ORVALIS_GIGE_CYCLES");
+    return value != nullptr ? std::atoi(value) : 3;
+}
+
+void streamUntilLost(Device &device, CameraProcess &camera, Stopwatch &watch)
+{
+    RawImage image;
+    ASSERT_EQ(watch("startStream", [&] { return device.startStream(); }), ORVALIS_OK);
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_EQ(nextImage(device, image), ORVALIS_OK);
+        ASSERT_TRUE(isWhole(image));
+    }
+    camera.kill();
+    OResult result = ORVALIS_OK;
+    watch("from kill to loss", [&] {
+        while (result == ORVALIS_OK || result == ORVALIS_ERROR_TIMEOUT) {
+            result = nextImage(device, image);
+        }
+        return result;
+    });
+    EXPECT_EQ(result, ORVALIS_ERROR_CONNECTION_LOST);
+    orvalis::IntegerValue value;
+    EXPECT_EQ(watch("node call after the loss",
+                    [&] { return device.nodes().getInteger("Width", value); }),
+              ORVALIS_ERROR_CONNECTION_LOST);
+    watch("stopStream after the loss", [&] {
+        device.stopStream();
+        return 0;
+    });
+}
+
+TEST(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
+{
+    if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
+        GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
+    }
+    CameraProcess camera(1);
+    const auto backend = orvalis::makeGenicamBackend(false);
+    ASSERT_EQ(backend->discover().size(), 1U);
+    Stopwatch watch;
+    long early = 0;
+    for (int i = 0; i < cycles(); ++i) {
+        std::unique_ptr<Device> device;
+        ASSERT_EQ(watch("open", [&] { return backend->open(camera.id(), device); }), ORVALIS_OK)
+            << "cycle " << i;
+        streamUntilLost(*device, camera, watch);
+        watch("close after the loss", [&] {
+            device.reset();
+            return 0;
+        });
+        camera.start();
+        early = i == 10 ? residentKilobytes() : early;
+    }
+    watch.print();
+    std::printf("resident after the 10th cycle %ld KiB, in the end %ld KiB\n", early,
+                residentKilobytes());
+}
+
+} // namespace
