@@ -207,4 +207,17 @@ private:
     }
 };
 
+inline QRgb gray(int value) { return qRgb(value, value, value); }
+
+/// Delivers until the frame is on show.
+inline bool shows(const Shell &shell, Frame &frame, QRgb colour)
+{
+    return QTest::qWaitFor([&] {
+        frame.deliver();
+        QCoreApplication::processEvents();
+        const QImage picture = shell.picture();
+        return !picture.isNull() && picture.pixel(0, 0) == colour;
+    });
+}
+
 } // namespace shell

@@ -5,6 +5,7 @@
 #include <QThreadPool>
 
 using shell::Frame;
+using shell::gray;
 using shell::Shell;
 
 class SingleShotTest : public QObject {
@@ -40,8 +41,6 @@ namespace {
 constexpr std::uint32_t mono8 = 0x01080001;
 constexpr std::uint32_t mono12 = 0x01100005;
 constexpr std::uint32_t bayerGR12 = 0x01100010;
-
-QRgb gray(int value) { return qRgb(value, value, value); }
 
 QString modeCall(const char *mode)
 {

@@ -137,8 +137,10 @@ void SaveTest::namesFollowThePattern_data()
                              << "/X1_3_5_9_7_3_45.RAW";
     QTest::newRow("no camera") << "/d" << QByteArray() << march << "BMP"
                                << "/d/_3_5_9_7_3_45.BMP";
-    QTest::newRow("latin-1") << "/d" << QByteArray("K\xE4" "fer") << march << "BMP"
-                             << QStringLiteral("/d/K\u00e4fer_3_5_9_7_3_45.BMP");
+    QTest::newRow("latin-1") << "/d"
+                             << QByteArray("K\xE4"
+                                           "fer")
+                             << march << "BMP" << QStringLiteral("/d/K\u00e4fer_3_5_9_7_3_45.BMP");
     QTest::newRow("per cent signs") << "/100%2" << QByteArray("%3") << march << "%1"
                                     << "/100%2/%3_3_5_9_7_3_45.%1";
 }
