@@ -179,7 +179,7 @@ OResult Features::writeSource(const SwitchRow &wanted, bool on)
     return written == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : written;
 }
 
-OResult Features::fireSoftwareTrigger()
+OResult Features::fireSoftwareTrigger(bool streaming)
 {
     const std::lock_guard lock(mutex_);
     NodeInfo info;
@@ -189,6 +189,11 @@ OResult Features::fireSoftwareTrigger()
         return ORVALIS_ERROR_NOT_SUPPORTED;
     if (result != ORVALIS_OK)
         return result;
+    // Some cameras keep a trigger in mind that came while they did not wait for one.
+    const std::string source = currentEntry(nodes_, "TriggerSource");
+    if (!streaming || currentEntry(nodes_, "TriggerMode") == kOff ||
+        (!source.empty() && source != "Software"))
+        return ORVALIS_OK;
     const OResult fired = nodes_.execute("TriggerSoftware");
     return fired == ORVALIS_ERROR_ACCESS_DENIED ? ORVALIS_OK : fired; // not set up for it
 }

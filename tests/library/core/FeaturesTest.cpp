@@ -107,7 +107,7 @@ TEST_F(FeaturesTest, missingFeatureIsNotSupported)
         EXPECT_EQ(features_.list(static_cast<Choice>(i), names), ORVALIS_ERROR_NOT_SUPPORTED) << i;
     EXPECT_EQ(features_.get(Switch::TriggerEnable, on), ORVALIS_ERROR_NOT_SUPPORTED);
     EXPECT_EQ(features_.set(Switch::StrobeEnable, true), ORVALIS_ERROR_NOT_SUPPORTED);
-    EXPECT_EQ(features_.fireSoftwareTrigger(), ORVALIS_ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(features_.fireSoftwareTrigger(true), ORVALIS_ERROR_NOT_SUPPORTED);
     EXPECT_EQ(features_.loadDefaults(), ORVALIS_ERROR_NOT_SUPPORTED);
 }
 
@@ -392,10 +392,20 @@ TEST_F(FeaturesTest, polarityIsABooleanWithTwoNames)
 TEST_F(FeaturesTest, softwareTriggerThatIsNotSetUpIsIgnored)
 {
     nodes_.nodes["TriggerSoftware"] = commandNode();
-    EXPECT_EQ(features_.fireSoftwareTrigger(), ORVALIS_OK);
+    EXPECT_EQ(features_.fireSoftwareTrigger(true), ORVALIS_OK);
     EXPECT_THAT(writes(), ElementsAre("TriggerSoftware()"));
+    nodes_.nodes["TriggerSource"] = enumNode({"Software", "Line0"}, 1);
+    EXPECT_EQ(features_.fireSoftwareTrigger(true), ORVALIS_OK);
+    nodes_.nodes["TriggerSource"].value = 0;
+    EXPECT_EQ(features_.fireSoftwareTrigger(false), ORVALIS_OK);
+    nodes_.nodes["TriggerMode"] = enumNode({"Off", "On"});
+    EXPECT_EQ(features_.fireSoftwareTrigger(true), ORVALIS_OK);
+    nodes_.nodes["TriggerMode"].value = 1;
+    EXPECT_THAT(writes(), testing::SizeIs(1));
+    EXPECT_EQ(features_.fireSoftwareTrigger(true), ORVALIS_OK);
+    EXPECT_THAT(writes(), testing::SizeIs(2));
     nodes_.nodes["TriggerSoftware"].access = ORVALIS_ACCESS_NOT_AVAILABLE;
-    EXPECT_EQ(features_.fireSoftwareTrigger(), ORVALIS_OK);
+    EXPECT_EQ(features_.fireSoftwareTrigger(true), ORVALIS_OK);
 }
 
 TEST_F(FeaturesTest, defaultsAreLoadedAndTheSelectorPutBack)
@@ -436,5 +446,5 @@ TEST_F(FeaturesTest, lossIsReported)
     EXPECT_EQ(features_.get(Switch::StrobeEnable, on), ORVALIS_ERROR_CONNECTION_LOST);
     EXPECT_EQ(features_.getRegion(size), ORVALIS_ERROR_CONNECTION_LOST);
     EXPECT_EQ(features_.setRegion(size), ORVALIS_ERROR_CONNECTION_LOST);
-    EXPECT_EQ(features_.fireSoftwareTrigger(), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(features_.fireSoftwareTrigger(true), ORVALIS_ERROR_CONNECTION_LOST);
 }
