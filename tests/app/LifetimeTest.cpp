@@ -5,6 +5,7 @@
 #include <QThreadPool>
 
 #include <condition_variable>
+#include <deque>
 #include <mutex>
 #include <random>
 
@@ -148,14 +149,16 @@ public:
 private:
     void deliver()
     {
-        OImageFrame wild{random32(), random32(), random32(), random32(), nullptr, nullptr, nullptr};
+        m_wild.push_back(
+            {random32(), random32(), random32(), random32(), nullptr, nullptr, nullptr});
         const bool sane = m_random() % 2 == 0;
-        (void)fakeorvalis::deliver(sane ? m_frame.record : wild);
+        (void)fakeorvalis::deliver(sane ? m_frame.record : m_wild.back());
     }
     std::uint32_t random32() { return static_cast<std::uint32_t>(m_random()); }
 
     const Shell &m_shell;
     std::mt19937 m_random;
+    std::deque<OImageFrame> m_wild; // records stay good for a while, as a camera's do
     Frame m_frame{16, 16, 50};
 };
 

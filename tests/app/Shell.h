@@ -23,7 +23,7 @@
 
 namespace shell {
 
-/// A frame with planes of its own, filled with `grey`.
+/// A frame with planes of its own, filled with `grey`. Its end stops the stream, which may hold it.
 class Frame {
 public:
     Frame(std::uint32_t width, std::uint32_t height, std::uint8_t grey)
@@ -32,6 +32,11 @@ public:
                                                                  m_plane.data(), m_plane.data(),
                                                                  m_plane.data()}
     {
+    }
+    ~Frame()
+    {
+        if (MainWindow *window = g_inst)
+            window->slotStopCamera();
     }
     Frame(const Frame &) = delete;
     Frame &operator=(const Frame &) = delete;
