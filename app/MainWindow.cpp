@@ -2,6 +2,7 @@
 // Construction, wiring and destruction of the main window.
 #include "app/MainWindow.h"
 
+#include "app/Artwork.h"
 #include "app/CameraList.h"
 #include "app/DiscoveryLink.h"
 #include "app/LogStatus.h"
@@ -23,6 +24,7 @@ MainWindow::MainWindow(QWidget *parent)
 {
     ui->setupUi(this);
     (void)OrvalisInit();
+    sharpenIcons();
     connectCameraActions();
     createLogDock();
     createCameraListDock();
@@ -50,6 +52,14 @@ MainWindow::~MainWindow()
     ui.reset();
     frameQueue.clear();
     g_inst = nullptr;
+}
+
+void MainWindow::sharpenIcons()
+{
+    addToolBarSize(ui->actionExit, QStringLiteral("window-close"));
+    addToolBarSize(ui->actionOpen, QStringLiteral("camera-open"));
+    addToolBarSize(ui->actionClose, QStringLiteral("camera-close"));
+    addToolBarSize(ui->actionRegisterAccess_2, QStringLiteral("camera-register"));
 }
 
 void MainWindow::connectCameraActions()

@@ -104,6 +104,7 @@ private:
     friend void OneGrabThread(void *mainWindow);
 
     // Construction, in the order of the calls.
+    void sharpenIcons();
     void connectCameraActions();
     void createLogDock();
     void createCameraListDock();

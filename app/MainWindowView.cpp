@@ -2,6 +2,7 @@
 // The main window's picture, zoom actions, docks and dialogs.
 #include "app/MainWindow.h"
 
+#include "app/Artwork.h"
 #include "app/CameraList.h"
 #include "app/LogStatus.h"
 #include "control/CameraCtrl.h"
@@ -47,7 +48,7 @@ void MainWindow::init_graphics_view(bool streaming)
     QCoreApplication::processEvents();
     // An event may have brought another scene.
     if (!streaming && m_pixmapItem == item)
-        item->setPixmap(QPixmap(QStringLiteral(":/icons/logo.png")));
+        item->setPixmap(logoFor(devicePixelRatioF()));
 }
 
 void MainWindow::slotDisplayFrame(QPixmap pixmap)
@@ -128,6 +129,8 @@ void MainWindow::slotShowDrawCenterDlg(bool show) { m_pDrawCenterDlg->setVisible
 
 void MainWindow::slotAccessRegister()
 {
-    if (m_pAccessRegister != nullptr)
-        showAndRaise(m_pAccessRegister, true);
+    if (m_pAccessRegister == nullptr)
+        return;
+    showAndRaise(m_pAccessRegister, true);
+    m_pAccessRegister->activateWindow(); // to be typed into, also if it was on show before
 }

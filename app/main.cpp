@@ -25,6 +25,8 @@ int main(int argc, char *argv[])
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("OrvalisViewer"));
+    // Names the window to desktops that show icon and title of the installed desktop file.
+    QApplication::setDesktopFileName(QStringLiteral("org.orvalis.OrvalisViewer"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/OrvalisViewer.ico")));
     const int result = runViewer(&application);
     // What is left on the pool now hangs in the camera library; nothing else is lost by leaving it.

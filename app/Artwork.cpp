@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Pictures of the form in the sizes that are sharp where they are shown.
+#include "app/Artwork.h"
+
+#include <QAction>
+#include <QIcon>
+
+void addToolBarSize(QAction *action, const QString &name)
+{
+    QIcon icon = action->icon();
+    icon.addFile(QStringLiteral(":/icons/20x20/%1.png").arg(name));
+    action->setIcon(icon);
+}
+
+QPixmap logoFor(qreal devicePixelRatio)
+{
+    if (!(devicePixelRatio > 1))
+        return QPixmap(QStringLiteral(":/icons/logo.png"));
+    QPixmap logo(QStringLiteral(":/icons/logo@2x.png"));
+    logo.setDevicePixelRatio(2);
+    return logo;
+}
