@@ -2,6 +2,7 @@
 // Writes the file of a save job.
 #include "capture/FrameSaveJob.h"
 
+#include "capture/SaveClock.h"
 #include "capture/SaveFileName.h"
 
 #include <QBuffer>
@@ -16,6 +17,13 @@
 #include <memory>
 
 namespace {
+
+/// Shared by all tasks, so that no two of them take the same name.
+QDateTime timeOfSaving()
+{
+    static SaveClock clock;
+    return QDateTime::fromMSecsSinceEpoch(clock.take().count());
+}
 
 struct Free {
     void operator()(void *memory) const { std::free(memory); }
@@ -66,8 +74,7 @@ void SaveThread(void *job)
     const std::unique_ptr<FrameSaveJob> frame(static_cast<FrameSaveJob *>(job));
     if (frame == nullptr)
         return;
-    const QString name =
-        saveFileName(frame->path, frame->cameraId, QDateTime::currentDateTime(), frame->format);
+    const QString name = saveFileName(frame->path, frame->cameraId, timeOfSaving(), frame->format);
     if (frame->format.contains(QLatin1String("RAW")))
         saveDump(name, frame->raw, frame->size);
     else if (frame->format.contains(QLatin1String("RGB")))

@@ -5,7 +5,9 @@
 #include "tests/support/QtTestMain.h"
 
 #include <QDir>
+#include <QFutureSynchronizer>
 #include <QTemporaryDir>
+#include <QtConcurrent>
 
 #include <csignal>
 #include <numeric>
@@ -34,7 +36,7 @@ private slots:
     void aMissingDirectoryIsSilent();
     void aFullDiskLeavesNoFile_data();
     void aFullDiskLeavesNoFile();
-    void aSecondFileOfTheSameMillisecondReplacesTheFirst();
+    void tasksOfTheSameMillisecondWriteFilesOfTheirOwn();
     void noJobIsNothingToDo();
 
     void aJobKeepsTheBytesOfItsFrame_data();
@@ -264,12 +266,15 @@ void SaveTest::aFullDiskLeavesNoFile()
     QCOMPARE(files(), QStringList());
 }
 
-void SaveTest::aSecondFileOfTheSameMillisecondReplacesTheFirst()
+void SaveTest::tasksOfTheSameMillisecondWriteFilesOfTheirOwn()
 {
-    for (int i = 0; i < 50; ++i)
-        SaveThread(newJob("RAW"));
+    constexpr int tasks = 100;
+    QFutureSynchronizer<void> started;
+    for (int i = 0; i < tasks; ++i)
+        started.addFuture(QtConcurrent::run(SaveThread, static_cast<void *>(newJob("RAW"))));
+    started.waitForFinished();
     const auto saved = files();
-    QVERIFY(!saved.isEmpty());
+    QCOMPARE(saved.size(), tasks);
     for (const QString &name : saved)
         QCOMPARE(QFileInfo(m_directory->filePath(name)).size(), 60000);
 }

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// The times that saved files are named after.
+#include "capture/SaveClock.h"
+
+#include <thread>
+
+namespace {
+
+constexpr std::chrono::microseconds recheckPeriod{100};
+
+/// A clock that went back by this much was set, and is not waited for.
+constexpr std::chrono::seconds wasSet{1};
+
+} // namespace
+
+SaveClock::Time SaveClock::systemTime()
+{
+    return std::chrono::duration_cast<Time>(std::chrono::system_clock::now().time_since_epoch());
+}
+
+bool SaveClock::isFree(Time time) const { return time > m_last || time + wasSet <= m_last; }
+
+SaveClock::Time SaveClock::take()
+{
+    for (;;) {
+        {
+            const std::lock_guard lock(m_mutex);
+            const Time time = m_now();
+            if (isFree(time))
+                return m_last = time;
+        }
+        std::this_thread::sleep_for(recheckPeriod);
+    }
+}
