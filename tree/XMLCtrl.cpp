@@ -17,6 +17,9 @@
 
 namespace {
 
+/// Pixels: short names still fill the dock, with a scroll bar beside them.
+constexpr int shortestColumn = 280;
+
 /// Layouts of the value panel, numbers as HideShowXMLCtrl() takes them.
 enum PanelMode { PanelNothing = 0, PanelValue = 1, PanelEnumeration = 2, PanelCommand = 3 };
 
@@ -39,6 +42,7 @@ XMLCtrl::XMLCtrl(QWidget *parent)
     // The dock's width is fixed: names that are wider have to be reached by scrolling.
     ui->treeXML->header()->setStretchLastSection(false);
     ui->treeXML->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    ui->treeXML->header()->setMinimumSectionSize(shortestColumn);
     HideShowXMLCtrl(PanelNothing, true);
 }
 
