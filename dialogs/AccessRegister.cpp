@@ -37,6 +37,7 @@ AccessRegister::AccessRegister(QWidget *parent, void *handle)
 {
     ui->setupUi(this);
     fitFont();
+    ui->edAddr->setFocus();
 }
 
 AccessRegister::~AccessRegister() = default;

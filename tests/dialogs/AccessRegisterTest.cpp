@@ -51,6 +51,7 @@ private slots:
     void failedWriteChangesNothing();
     void onlyEightCharactersFit();
     void pastedTextIsCut();
+    void theAddressIsReadyToBeTyped();
     void keypadEnterInTheAddressReads();
     void keypadEnterInTheDataWrites();
     void keypadEnterElsewhereIsSwallowed();
@@ -297,6 +298,11 @@ void AccessRegisterTest::pastedTextIsCut()
     QCOMPARE(address()->text(), QString("ffffffff"));
     press("btnRead");
     QCOMPARE(fakeorvalis::calls(), reading(0xFFFFFFFF));
+}
+
+void AccessRegisterTest::theAddressIsReadyToBeTyped()
+{
+    QCOMPARE(AccessRegister(nullptr, nullptr).focusWidget()->objectName(), QString("edAddr"));
 }
 
 void AccessRegisterTest::keypadEnterInTheAddressReads()
