@@ -49,7 +49,8 @@ LIBRARY_VERSION=1.2.0.0
  * Vision and USB3 Vision cameras) and `fake` (one in-process GenICam test camera). Unset means
  * `simulated,genicam`; `none` means an empty bus. Further variables: `ORVALIS_DEBUG` (1: what the
  * library does, discovery in the first place, is printed to standard error), `ORVALIS_PACKET_SOCKET`
- * (0: never receive GigE Vision streams through a packet socket).
+ * (0: never receive GigE Vision streams through a packet socket), `ORVALIS_SIMULATED_EXTRA_NODES`
+ * (a number, at most 10000: the simulated cameras get that many further features).
  */
 
 #if defined(__GNUC__)
@@ -296,9 +297,9 @@ ORVALIS_EXPORT int32_t OrvalisSetBayerConversion(OCameraHandle handle, int32_t e
 
 /** Starts streaming. In the acquisition mode "SingleFrame" one frame comes and no more.
  *  @param callback receives the frames
- *  @return #ORVALIS_OK; #ORVALIS_ERROR_BUSY if it streams already; #ORVALIS_ERROR_NOT_SUPPORTED for a
- *          pixel format that the library cannot deliver; #ORVALIS_ERROR_OUT_OF_MEMORY;
- *          #ORVALIS_ERROR_DEVICE. */
+ *  @return #ORVALIS_OK; #ORVALIS_ERROR_BUSY if it streams already, and always inside a frame callback
+ *          of the same camera; #ORVALIS_ERROR_NOT_SUPPORTED for a pixel format that the library cannot
+ *          deliver; #ORVALIS_ERROR_OUT_OF_MEMORY; #ORVALIS_ERROR_DEVICE. */
 ORVALIS_EXPORT int32_t OrvalisStartAcquisition(OCameraHandle handle, OFrameCallback callback);
 
 /** Stops streaming. When it returns no callback runs and none will; called from inside the callback it
@@ -314,7 +315,8 @@ ORVALIS_EXPORT int32_t OrvalisStopAcquisition(OCameraHandle handle);
  *         are written; `raw` and `mono8` are not touched. Sizes are set: rawSize to the bytes written,
  *         bitsPerPixel to 24.
  *  @param timeoutMs the longest wait in milliseconds
- *  @return #ORVALIS_OK; #ORVALIS_ERROR_TIMEOUT, also while the camera waits for a trigger;
+ *  @return #ORVALIS_OK; #ORVALIS_ERROR_TIMEOUT, also while the camera waits for a trigger, and at once
+ *          inside a frame callback of the same camera, whose next frame waits for that callback;
  *          #ORVALIS_ERROR_ABORTED; #ORVALIS_ERROR_NOT_SUPPORTED for a format that cannot be
  *          converted; #ORVALIS_ERROR_DEVICE. */
 ORVALIS_EXPORT int32_t OrvalisGrabRGBData(OCameraHandle handle, OImageFrame *frame, uint32_t timeoutMs);

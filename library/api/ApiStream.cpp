@@ -15,7 +15,8 @@ std::int32_t OrvalisSetBayerConversion(OCameraHandle handle, std::int32_t enable
 
 std::int32_t OrvalisStartAcquisition(OCameraHandle handle, OFrameCallback callback)
 {
-    return reading(handle, callback, [&](Camera &camera) { return camera.start(callback); });
+    return reading(handle, callback,
+                   [&](Camera &camera) { return Library::instance().start(camera, callback); });
 }
 
 std::int32_t OrvalisStopAcquisition(OCameraHandle handle)

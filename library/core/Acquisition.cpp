@@ -4,6 +4,7 @@
 
 #include "library/core/Debug.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -37,9 +38,9 @@ bool Acquisition::streaming() const
     return state_ != State::Idle && state_ != State::Ended;
 }
 
-OResult Acquisition::start(OFrameCallback callback)
+OResult Acquisition::start(OFrameCallback callback, std::uint64_t session)
 {
-    if (const OResult result = claimStart(); result != ORVALIS_OK)
+    if (const OResult result = claimStart(session); result != ORVALIS_OK)
         return result;
     callback_ = callback;
     ring_.clear();
@@ -55,7 +56,7 @@ OResult Acquisition::start(OFrameCallback callback)
 }
 
 /// From Idle or Ended to Starting, with no idle grab under way.
-OResult Acquisition::claimStart()
+OResult Acquisition::claimStart(std::uint64_t session)
 {
     if (onDeliveryThread())
         return ORVALIS_ERROR_BUSY; // the old stream ends with this very callback
@@ -64,6 +65,8 @@ OResult Acquisition::claimStart()
         changed_.wait(lock, [this] { return state_ != State::Stopping; });
         if (closed_)
             return ORVALIS_ERROR_BAD_HANDLE;
+        if (session <= endedSession_)
+            return ORVALIS_ERROR_NOT_INITIALIZED;
         if (state_ == State::Starting || state_ == State::Streaming)
             return ORVALIS_ERROR_BUSY;
         if (state_ == State::Idle)
@@ -135,6 +138,15 @@ void Acquisition::stop()
     }
     if (state_ == State::Ended)
         joinEnded(lock);
+}
+
+void Acquisition::endSession(std::uint64_t session)
+{
+    {
+        const Lock lock(mutex_);
+        endedSession_ = std::max(endedSession_, session);
+    }
+    stop();
 }
 
 void Acquisition::close()

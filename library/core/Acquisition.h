@@ -35,11 +35,15 @@ public:
     Acquisition &operator=(const Acquisition &) = delete;
 
     /// ORVALIS_ERROR_BUSY while it streams, also from inside the callback; the frames of the last
-    /// stream end.
-    OResult start(OFrameCallback callback);
+    /// stream end. ORVALIS_ERROR_NOT_INITIALIZED after endSession() of the same or a later
+    /// `session`.
+    OResult start(OFrameCallback callback, std::uint64_t session = kLastSession);
     /// When it returns no callback runs and none will; from inside the callback it returns at once
     /// and that callback is the last. The frames stay.
     void stop();
+    /// Stops, and lets nobody start who came in a session of the library that has ended. Sessions
+    /// are numbered from 1 upwards.
+    void endSession(std::uint64_t session);
     /// Stops for ever and ends all waits. Frames stay until destruction.
     void close();
 
@@ -66,6 +70,8 @@ public:
     };
 
 private:
+    static constexpr std::uint64_t kLastSession = ~std::uint64_t{0};
+
     enum class State {
         Idle,
         Starting,  // start() is at work
@@ -75,7 +81,7 @@ private:
     };
     using Lock = std::unique_lock<std::mutex>;
 
-    OResult claimStart();
+    OResult claimStart(std::uint64_t session);
     OResult launch();
     void failStart();
     void joinEnded(Lock &lock);
@@ -104,13 +110,14 @@ private:
     State state_ = State::Idle;
     std::thread thread_;
     bool closed_ = false;
-    std::uint64_t stream_ = 0;      // counts starts
-    std::uint64_t published_ = 0;   // counts frames of all streams
-    int streamGrabs_ = 0;           // grabs that wait for the next frame
-    std::shared_ptr<Frame> newest_; // only while such grabs wait
-    std::uint64_t epoch_ = 0;       // an idle grab of an older epoch gives up
-    bool idleGrab_ = false;         // Device::takeImage() runs
-    int writers_ = 0;               // WriteScopes
+    std::uint64_t endedSession_ = 0; // the latest one that has ended
+    std::uint64_t stream_ = 0;       // counts starts
+    std::uint64_t published_ = 0;    // counts frames of all streams
+    int streamGrabs_ = 0;            // grabs that wait for the next frame
+    std::shared_ptr<Frame> newest_;  // only while such grabs wait
+    std::uint64_t epoch_ = 0;        // an idle grab of an older epoch gives up
+    bool idleGrab_ = false;          // Device::takeImage() runs
+    int writers_ = 0;                // WriteScopes
 };
 
 } // namespace orvalis

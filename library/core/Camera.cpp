@@ -91,7 +91,7 @@ OResult Camera::cameraInfo(OCameraInfo &info)
     return ORVALIS_OK;
 }
 
-OResult Camera::start(OFrameCallback callback)
+OResult Camera::start(OFrameCallback callback, std::uint64_t session)
 {
     PresentFormat present;
     const OResult result = features_.presentFormat(present);
@@ -99,7 +99,7 @@ OResult Camera::start(OFrameCallback callback)
         return result;
     if (result == ORVALIS_OK && !present.format)
         return ORVALIS_ERROR_NOT_SUPPORTED;
-    return acquisition_.start(callback);
+    return acquisition_.start(callback, session);
 }
 
 OResult Camera::reset()

@@ -49,7 +49,8 @@ public:
     std::shared_ptr<Gate> gone() const { return gone_; }
 
     OResult cameraInfo(OCameraInfo &info);
-    OResult start(OFrameCallback callback);
+    /// `session` is the number of the library's session that the call belongs to.
+    OResult start(OFrameCallback callback, std::uint64_t session);
     OResult reset();
     OResult loadDefaults();
     OResult grabRgb(OImageFrame &frame, std::uint32_t timeoutMs);

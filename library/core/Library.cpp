@@ -20,8 +20,12 @@ constexpr const char *kUsualBackends = "simulated,genicam";
 
 /// From the first init() to the last uninit().
 struct Library::Session {
-    explicit Session(const std::shared_ptr<Bus> &cameras) : bus(cameras), discovery(cameras) {}
+    Session(std::uint64_t which, const std::shared_ptr<Bus> &cameras)
+        : number(which), bus(cameras), discovery(cameras)
+    {
+    }
 
+    const std::uint64_t number; // counts from 1
     std::shared_ptr<Bus> bus;
     Discovery discovery;
 };
@@ -67,7 +71,7 @@ OResult Library::begin(const std::function<std::shared_ptr<Bus>()> &makeBus)
 {
     const std::lock_guard lock(mutex_);
     if (users_ == 0)
-        session_ = std::make_shared<Session>(makeBus());
+        session_ = std::make_shared<Session>(++sessions_, makeBus());
     ++users_;
     return ORVALIS_OK;
 }
@@ -84,7 +88,7 @@ OResult Library::uninit()
         ended = std::move(session_);
     }
     for (const auto &camera : registry_.all()) {
-        camera->acquisition().stop();
+        camera->acquisition().endSession(ended->number);
         const Acquisition::WriteScope endsGrabs(camera->acquisition());
     }
     ended->discovery.stop();
@@ -134,6 +138,13 @@ OResult Library::open(const std::string &id, OCameraHandle &handle)
         return ORVALIS_ERROR_OUT_OF_MEMORY;
     handle = added;
     return ORVALIS_OK;
+}
+
+/// A start that is overtaken by the end of its session comes to nothing.
+OResult Library::start(Camera &camera, OFrameCallback callback)
+{
+    const auto now = session();
+    return now ? camera.start(callback, now->number) : ORVALIS_ERROR_NOT_INITIALIZED;
 }
 
 OResult Library::stop(OCameraHandle handle)

@@ -6,6 +6,7 @@
 #include "library/core/Reaper.h"
 #include "library/core/Registry.h"
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -33,6 +34,7 @@ public:
     OResult open(const std::string &id, OCameraHandle &handle);
     /// Null for handles that are not valid. Also outside init() ... uninit().
     std::shared_ptr<Camera> find(OCameraHandle handle) const { return registry_.find(handle); }
+    OResult start(Camera &camera, OFrameCallback callback);
     OResult stop(OCameraHandle handle);
     OResult close(OCameraHandle handle);
 
@@ -44,8 +46,9 @@ private:
     std::shared_ptr<Bus> busFor(const std::string &backends);
     OResult begin(const std::function<std::shared_ptr<Bus>()> &makeBus);
 
-    mutable std::mutex mutex_; // guards the four below
-    int users_ = 0;            // init() without uninit()
+    mutable std::mutex mutex_;   // guards the five below
+    int users_ = 0;              // init() without uninit()
+    std::uint64_t sessions_ = 0; // that have begun
     std::shared_ptr<Session> session_;
     std::weak_ptr<Bus> bus_; // the last one from the environment; open cameras keep it alive
     std::string busBackends_;

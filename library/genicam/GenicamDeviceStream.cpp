@@ -95,11 +95,13 @@ OResult GenicamDevice::startStream()
     }
     core_->link.forgetWake();
     core_->counters.reset();
+    // First of all: buffers are as large as the picture is now, and must not become too small.
+    core_->nodes.setStreaming(true);
     if (const OResult result = begin(session_, StreamUse::Continuous); result != ORVALIS_OK) {
+        core_->nodes.setStreaming(false);
         releaseStream(*core_);
         return result;
     }
-    core_->nodes.setStreaming(true);
     started_ = heard_ = Clock::now();
     return ORVALIS_OK;
 }

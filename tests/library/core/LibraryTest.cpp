@@ -171,6 +171,50 @@ TEST_F(LibraryTest, uninitFromTheCallbackMakesItTheLast)
     EXPECT_EQ(frames_.value(), 1);
 }
 
+TEST_F(LibraryTest, startThatUninitOvertakesComesToNothing)
+{
+    open();
+    Latch inside;
+    Latch go;
+    script_->nodes.beforeAccess = [&] {
+        inside.open();
+        go.wait();
+    };
+    std::thread starter([&] {
+        EXPECT_EQ(OrvalisStartAcquisition(handle_, frameCallback), ORVALIS_ERROR_NOT_INITIALIZED);
+    });
+    inside.wait();
+    EXPECT_EQ(OrvalisUninit(), ORVALIS_OK);
+    go.open();
+    starter.join();
+    EXPECT_EQ(script_->starts.value(), 0);
+    script_->nodes.beforeAccess = nullptr;
+    ASSERT_EQ(Library::instance().init([this] { return onlyBackend(backendFor(script_)); }),
+              ORVALIS_OK);
+    EXPECT_EQ(OrvalisStartAcquisition(handle_, frameCallback), ORVALIS_OK)
+        << "the next session is another one";
+}
+
+TEST_F(LibraryTest, startAtWorkIsStoppedByUninit)
+{
+    open();
+    Latch inside;
+    Latch go;
+    script_->onStart = [&] {
+        inside.open();
+        go.wait();
+        return ORVALIS_OK;
+    };
+    std::thread starter(
+        [&] { EXPECT_EQ(OrvalisStartAcquisition(handle_, frameCallback), ORVALIS_OK); });
+    inside.wait();
+    std::thread ender([&] { EXPECT_EQ(OrvalisUninit(), ORVALIS_OK); });
+    go.open();
+    starter.join();
+    ender.join();
+    EXPECT_EQ(script_->stops.value(), 1);
+}
+
 TEST_F(LibraryTest, handleIsGoodAgainAfterTheNextInit)
 {
     open();
