@@ -41,7 +41,7 @@ void ArtworkTest::toolBarIconsAreDrawnForTheirSize()
     const Shell shell;
     const QIcon icon = shell.action(qPrintable(action))->icon();
     const auto sameAs = [&icon](int size, const QString &path) {
-        const QImage drawn = QImage(path).convertToFormat(QImage::Format_ARGB32);
+        const QImage drawn = QPixmap(path).toImage().convertToFormat(QImage::Format_ARGB32);
         return !drawn.isNull() &&
                icon.pixmap(size).toImage().convertToFormat(QImage::Format_ARGB32) == drawn;
     };
@@ -69,7 +69,7 @@ void ArtworkTest::theLogoHasTheScreensResolution()
     QCOMPARE(logo.size() / logo.devicePixelRatio(), QImage(":/icons/logo.png").size());
 }
 
-// The picture's place between the docks of a window of 1280 x 800.
+// The picture's place between the docks, on a screen of 1280 x 800 with a title bar.
 void ArtworkTest::theLogoFitsASmallScreen()
 {
     const Shell shell;
