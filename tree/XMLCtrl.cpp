@@ -62,6 +62,7 @@ void XMLCtrl::CreateXMLTree(void *handle)
 
 void XMLCtrl::DeleteXMLTree()
 {
+    ui->treeXML->setModel(nullptr); // or the view would warn when it gets the focus
     delete m_pModel;
     m_pModel = nullptr;
     m_pHandle = nullptr;

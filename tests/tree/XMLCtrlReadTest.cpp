@@ -2,6 +2,7 @@
 // The feature dock's form, its tree, what a click on a node shows, and the lock while acquiring.
 #include "tests/tree/DockBench.h"
 
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QHeaderView>
 
@@ -44,6 +45,7 @@ private slots:
     void createTwiceReplacesTheTree();
     void deleteForgetsTreeAndHandle();
     void deleteTwiceOrBeforeCreateIsHarmless();
+    void viewWithoutTreeIsQuiet();
     void hideShowArrangesThePanel_data();
     void hideShowArrangesThePanel();
     void clickReadsTheNode_data();
@@ -176,6 +178,18 @@ void XMLCtrlReadTest::deleteTwiceOrBeforeCreateIsHarmless()
     dock.DeleteXMLTree();
     dock.DeleteXMLTree();
     QCOMPARE(callsMade(), QStringList{"OrvalisGetNodeList(null, \"Root\")"});
+}
+
+void XMLCtrlReadTest::viewWithoutTreeIsQuiet()
+{
+    DockBench bench;
+    bench.dock->CreateXMLTree(bench.handle);
+    bench.dock->DeleteXMLTree();
+    QTest::mouseClick(bench.tree()->viewport(), Qt::LeftButton);
+    QTest::keyClick(bench.tree(), Qt::Key_Down);
+    QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
+    QCoreApplication::sendEvent(bench.tree(), &focus);
+    QCOMPARE(viewertest::takeWarnings(), QStringList());
 }
 
 void XMLCtrlReadTest::hideShowArrangesThePanel_data()
