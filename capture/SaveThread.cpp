@@ -4,7 +4,6 @@
 
 #include "capture/SaveClock.h"
 #include "capture/SaveFileName.h"
-#include "capture/TiffWriter.h"
 
 #include <QBuffer>
 #include <QDateTime>
@@ -52,24 +51,17 @@ void saveDump(const QString &name, const unsigned char *source, int size)
         (void)std::remove(latin1.constData());
 }
 
-/// The bytes of an image file; empty if there is no writer for the suffix.
-QByteArray encoded(const QImage &image, const QByteArray &suffix)
-{
-    QBuffer bytes;
-    QImageWriter writer(&bytes, suffix);
-    if (writer.write(image))
-        return bytes.data();
-    return suffix == "tif" ? tiffFile(image) : QByteArray(); // Qt's plugin is often not installed
-}
-
 // Through memory, because a writer on a file does not tell when the last bytes found no room.
 void saveImage(const QString &name, const QImage &image)
 {
-    const QByteArray bytes = encoded(image, QFileInfo(name).suffix().toLower().toLatin1());
-    QFile file(name);
-    if (bytes.isEmpty() || !file.open(QIODevice::WriteOnly))
+    QBuffer encoded;
+    QImageWriter writer(&encoded, QFileInfo(name).suffix().toLower().toLatin1());
+    if (!writer.write(image))
         return;
-    const bool whole = file.write(bytes) == bytes.size() && file.flush();
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly))
+        return;
+    const bool whole = file.write(encoded.data()) == encoded.size() && file.flush();
     file.close();
     if (!whole)
         file.remove();
