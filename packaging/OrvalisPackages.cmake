@@ -25,7 +25,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/library")
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS OFF)
 # Writing TIF takes a plugin of Qt that is loaded at run time, so no tool finds it.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS qt5-image-formats-plugins)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS qt5-image-formats-plugins)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 file(WRITE "${CMAKE_CURRENT_BINARY_DIR}/triggers" "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/triggers")

@@ -12,6 +12,7 @@ qtbase5-dev             Qt 5: the viewer
 libaravis-dev           Aravis 0.8: GigE Vision and USB3 Vision cameras
 libusb-1.0-0-dev        named by the description of Aravis
 libopencv-imgproc-dev   conversion of pixel formats
+qt5-image-formats-plugins  the codec of TIF files, loaded when one is saved
 '
 test_packages='
 libgtest-dev            tests of the camera library
@@ -31,6 +32,12 @@ lint_packages='
 clang-format            layout of the source
 clang-tidy              habits of the source
 cppcheck                a second opinion
+shellcheck              habits of the scripts
+doxygen                 the comments of the header
+desktop-file-utils      checks the desktop file
+appstream               checks the metadata for software centres
+man-db                  checks the manual page
+lintian                 checks the Debian package
 '
 
 # missing_of <package>...: those that are not installed

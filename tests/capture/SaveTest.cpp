@@ -172,6 +172,7 @@ void SaveTest::imagesAreWrittenByTheirSuffix_data()
     QTest::newRow("BMP") << "BMP" << QByteArray("BM") << true;
     QTest::newRow("JPG") << "JPG" << QByteArray("\xFF\xD8\xFF") << false;
     QTest::newRow("PNG") << "PNG" << QByteArray("\x89PNG") << true;
+    QTest::newRow("TIF") << "TIF" << QByteArray("II*\0", 4) << true;
 }
 
 void SaveTest::imagesAreWrittenByTheirSuffix()
