@@ -62,7 +62,7 @@ void CameraCtrl::loadRange(const IntegerFeature &feature)
     // read.
     const QSignalBlocker blocker(spin);
     spin->setRange(minimum, maximum);
-    (ui.get()->*feature.slider)->setRange(minimum, maximum);
+    (ui.get()->*feature.slider)->setRange(minimum, sliderEnd(minimum, maximum));
 }
 
 void CameraCtrl::showInteger(const IntegerFeature &feature, int value)
@@ -119,8 +119,8 @@ void CameraCtrl::loadGamma()
         const QSignalBlocker blocker(ui->spiGamma);
         ui->spiGamma->setRange(static_cast<double>(minimum), static_cast<double>(maximum));
     }
-    ui->sliGamma->setRange(gammaSliderValue(minimum, m_bGammaScaled),
-                           gammaSliderValue(maximum, m_bGammaScaled));
+    const int first = gammaSliderValue(minimum, m_bGammaScaled);
+    ui->sliGamma->setRange(first, sliderEnd(first, gammaSliderValue(maximum, m_bGammaScaled)));
     if (!m_bGammaScaled) {
         ui->spiGamma->setSingleStep(1.0);
         ui->sliGamma->setSingleStep(1);

@@ -30,6 +30,12 @@ int truncated(double value)
     return static_cast<int>(std::clamp(value, double{Limits::min()}, double{Limits::max()}));
 }
 
+int sliderEnd(int minimum, int maximum)
+{
+    const qint64 farthest = qint64{minimum} + std::numeric_limits<int>::max();
+    return static_cast<int>(qMin(qint64{maximum}, farthest));
+}
+
 int shutterStep(qlonglong microseconds)
 {
     const auto *range = std::find_if(

@@ -9,6 +9,10 @@
 /// `value` without its fraction; the nearest int if it does not fit, 0 if it is not a number.
 int truncated(double value);
 
+/// The end of a slider from `minimum` to `maximum`, nearer where their distance does not fit an
+/// int: Qt divides by zero when it draws a slider from -1 to the largest int.
+int sliderEnd(int minimum, int maximum);
+
 /// Step of an exposure time in microseconds: finer for shorter times. Negative times have step 1.
 int shutterStep(qlonglong microseconds);
 /// True if the time is a whole multiple of its step; only such times are sent to the camera.

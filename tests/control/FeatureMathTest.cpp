@@ -26,6 +26,7 @@ private slots:
     void gammaFromSlider();
     void truncationIsBounded_data();
     void truncationIsBounded();
+    void slidersCanBeDrawn();
     void dragIsScaledToTheSensor_data();
     void dragIsScaledToTheSensor();
     void labelWithoutSizeDividesNothing();
@@ -272,6 +273,16 @@ void FeatureMathTest::saveExtensionsFollowThePixelFormat()
 {
     QFETCH(QString, pixelFormat);
     QTEST(saveExtensions({"A", "B"}, pixelFormat), "extensions");
+}
+
+void FeatureMathTest::slidersCanBeDrawn()
+{
+    using Limits = std::numeric_limits<int>;
+    QCOMPARE(sliderEnd(0, Limits::max()), Limits::max());
+    QCOMPARE(sliderEnd(-1, Limits::max()), Limits::max() - 1);
+    QCOMPARE(sliderEnd(Limits::min(), 0), -1);
+    QCOMPARE(sliderEnd(Limits::min(), Limits::max()), -1);
+    QCOMPARE(sliderEnd(10, -10), -10);
 }
 
 ORVALIS_QTEST_MAIN(FeatureMathTest)
