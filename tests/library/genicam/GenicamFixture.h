@@ -28,11 +28,7 @@ using orvalis::RawImage;
 class CameraProcess {
 public:
     /// `number` 1 is GV01 at 127.0.0.1, 2 is GV02 at 127.0.0.2.
-    explicit CameraProcess(int number, int lostPerThousand = 0)
-        : number_(number), lost_(lostPerThousand)
-    {
-        start();
-    }
+    explicit CameraProcess(int number) : number_(number) { start(); }
     ~CameraProcess() { kill(); }
     CameraProcess(const CameraProcess &) = delete;
     CameraProcess &operator=(const CameraProcess &) = delete;
@@ -44,12 +40,10 @@ public:
         std::string program = "arv-fake-gv-camera-0.8";
         std::string address = "127.0.0." + std::to_string(number_);
         std::string serial = "GV0" + std::to_string(number_);
-        std::string lost = std::to_string(lost_);
         std::string i = "-i";
         std::string s = "-s";
-        std::string r = "-r";
-        char *arguments[] = {program.data(), i.data(), address.data(), s.data(),
-                             serial.data(),  r.data(), lost.data(),    nullptr};
+        char *arguments[] = {program.data(), i.data(),      address.data(),
+                             s.data(),       serial.data(), nullptr};
         ASSERT_EQ(posix_spawnp(&pid_, program.c_str(), nullptr, nullptr, arguments, environ), 0);
         while (!listens()) {
             ASSERT_EQ(waitpid(pid_, nullptr, WNOHANG), 0) << "the camera process has ended";
@@ -80,7 +74,6 @@ private:
     }
 
     int number_;
-    int lost_;
     pid_t pid_ = -1;
 };
 

@@ -101,26 +101,4 @@ TEST_F(GigeLoss, aCameraThatIsGoneIsNotFound)
     EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND);
 }
 
-class GigePacketLoss : public GigeLoss, public testing::WithParamInterface<int> {};
-
-TEST_P(GigePacketLoss, noTornPictureIsDeliveredAndLossesAreCounted)
-{
-    CameraProcess camera(1, GetParam());
-    const auto device = discoveredAndOpened(camera.id());
-    ASSERT_TRUE(device);
-    ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    int delivered = 0;
-    while (delivered < 20 || integer(*device, "StreamFailedFrameCount") == 0) {
-        RawImage image;
-        ASSERT_EQ(nextImage(*device, image), ORVALIS_OK);
-        ASSERT_TRUE(isWhole(image)) << delivered;
-        ++delivered;
-    }
-    EXPECT_GT(integer(*device, "StreamMissingPacketCount"), 0);
-    EXPECT_EQ(integer(*device, "StreamDeliveredFrameCount"), delivered);
-    device->stopStream();
-}
-
-INSTANTIATE_TEST_SUITE_P(PerThousand, GigePacketLoss, testing::Values(1, 4));
-
 } // namespace

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: MIT
+// A GigE Vision camera whose packets get lost on the way: what is delivered is whole, and the
+// counters say what became of the rest.
+#include "tests/library/genicam/GenicamFixture.h"
+#include "tests/library/genicam/LossySender.h"
+
+#include <fcntl.h>
+#include <new>
+#include <sstream>
+#include <sys/mman.h>
+#include <unistd.h>
+
+using namespace genicamtest;
+
+namespace {
+
+/// Loss that camera processes started during its life suffer.
+class Loss {
+public:
+    explicit Loss(std::uint32_t perMillion)
+    {
+        const int file = mkstemp(path_);
+        EXPECT_EQ(ftruncate(file, sizeof(LossyLink)), 0);
+        void *memory =
+            mmap(nullptr, sizeof(LossyLink), PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+        close(file);
+        link_ = new (memory) LossyLink{};
+        link_->perMillion = perMillion;
+        setenv(lossyFileVariable, path_, 1);
+        setenv("LD_PRELOAD", ORVALIS_LOSSY_SENDER, 1);
+    }
+    ~Loss()
+    {
+        unsetenv("LD_PRELOAD");
+        munmap(link_, sizeof(LossyLink));
+        unlink(path_);
+    }
+    Loss(const Loss &) = delete;
+    Loss &operator=(const Loss &) = delete;
+
+    LossyLink &operator*() const { return *link_; }
+    LossyLink *operator->() const { return link_; }
+
+private:
+    char path_[32] = "/tmp/orvalis-loss-XXXXXX";
+    LossyLink *link_;
+};
+
+/// Packets that this network's own sockets had no room for, on a machine that is too busy.
+long overrunPackets()
+{
+    std::ifstream statistics("/proc/net/snmp");
+    std::string line;
+    std::string values;
+    while (std::getline(statistics, line)) {
+        values = line.starts_with("Udp: ") ? line : values;
+    }
+    // Udp: InDatagrams NoPorts InErrors OutDatagrams RcvbufErrors ...
+    std::istringstream in(values.substr(4));
+    long value = 0;
+    for (int i = 0; i < 5; ++i) {
+        in >> value;
+    }
+    return value;
+}
+
+class GigePacketLoss : public testing::TestWithParam<std::uint32_t> {
+protected:
+    void SetUp() override
+    {
+        if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
+            GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
+        }
+    }
+};
+
+/// Delivers pictures until `enough()`; none of them may be torn. The number of pictures.
+template <class Enough> int streamUntil(Device &device, Enough enough)
+{
+    int delivered = 0;
+    for (; !enough(delivered); ++delivered) {
+        RawImage image;
+        EXPECT_EQ(nextImage(device, image), ORVALIS_OK);
+        EXPECT_TRUE(isWhole(image)) << "picture " << delivered;
+        if (testing::Test::HasFailure()) {
+            break;
+        }
+    }
+    return delivered;
+}
+
+TEST_P(GigePacketLoss, noTornPictureIsDeliveredAndTheCountersAgreeWithTheSender)
+{
+    const Loss loss(GetParam());
+    CameraProcess camera(1);
+    const auto backend = orvalis::makeGenicamBackend(false);
+    backend->discover();
+    const auto device = openCamera(*backend, camera.id());
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->nodes().setFloat("AcquisitionFrameRate", 100), ORVALIS_OK);
+    const long overrunBefore = overrunPackets();
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    int delivered = streamUntil(*device, [&](int) { return loss->lost >= 5; });
+    // The last loss is known when later frames have come.
+    loss->perMillion = 0;
+    delivered += streamUntil(*device, [&](int more) {
+        return more >= 100 ||
+               (more >= 20 && integer(*device, "StreamMissingPacketCount") >= loss->lost);
+    });
+    const auto missing = integer(*device, "StreamMissingPacketCount");
+    const auto failed = integer(*device, "StreamFailedFrameCount");
+    std::printf("sender: %u packets, %u lost of %u frames; receiver: %ld missing, %ld failed, "
+                "%ld resent, %d delivered, %ld overrun\n",
+                loss->sent.load(), loss->lost.load(), loss->frames.load(), long{missing},
+                long{failed}, long{integer(*device, "StreamResentPacketCount")}, delivered,
+                overrunPackets() - overrunBefore);
+    EXPECT_EQ(integer(*device, "StreamDeliveredFrameCount"), delivered);
+    EXPECT_GE(missing, loss->lost);
+    if (overrunPackets() == overrunBefore) {
+        EXPECT_EQ(failed, loss->frames);
+    } else {
+        EXPECT_GE(failed, loss->frames);
+    }
+    device->stopStream();
+}
+
+INSTANTIATE_TEST_SUITE_P(PerMillion, GigePacketLoss, testing::Values(100U, 1000U));
+
+} // namespace
