@@ -28,7 +28,7 @@ std::string firstText(ArvDevice *device, std::initializer_list<const char *> nam
             continue;
         }
         Failure failure;
-        const std::string text =
+        std::string text =
             textOf(arv_device_get_string_feature_value(device, name, failure.slot()));
         if (!failure && !text.empty()) {
             return text;
