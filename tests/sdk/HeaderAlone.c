@@ -1,12 +1,8 @@
 /* SPDX-License-Identifier: MIT */
 /* The boundary header, included first, alone and twice: it must need nothing else. */
 #include "sdk/OrvalisAPI.h"
-#include "sdk/OrvalisAPI.h"
 
 /* A callback of the caller's own and one address are all that a program needs to have. */
-static void take(OImageFrame *frame)
-{
-    (void)frame;
-}
+static void take(OImageFrame *frame) { (void)frame; }
 
 OFrameCallback orvalisHeaderAlone = take;
