@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: MIT */
 /* The boundary header, included first, alone and twice: it must need nothing else. */
-/* clang-format off: it would drop the second */
+/* The layout tool would drop the second. */
+/* clang-format off */
 #include "sdk/OrvalisAPI.h"
 #include "sdk/OrvalisAPI.h"
 /* clang-format on */
