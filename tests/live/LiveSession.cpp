@@ -110,6 +110,8 @@ bool LiveSession::clickNode(const QString &name)
                              Qt::MatchExactly | Qt::MatchRecursive | Qt::MatchCaseSensitive);
     if (found.isEmpty())
         return false;
+    tree->scrollTo(found.first());
+    tree->setCurrentIndex(found.first());
     QMetaObject::invokeMethod(tree, "clicked", Q_ARG(QModelIndex, found.first()));
     return true;
 }
