@@ -2,6 +2,8 @@
 // What became of the frames of a stream.
 #include "library/genicam/StreamCounters.h"
 
+#include <algorithm>
+
 namespace orvalis {
 
 const std::array<StreamCounters::Node, StreamCounters::kindCount> StreamCounters::nodes{{
@@ -19,10 +21,42 @@ void StreamCounters::add(Kind kind)
     ++counted_[kind];
 }
 
-void StreamCounters::attach(ArvStream *stream)
+void StreamCounters::attach(ArvStream *stream, std::int64_t packetsPerFrame)
 {
     const std::lock_guard lock(mutex_);
     stream_ = stream;
+    packetsPerFrame_ = packetsPerFrame;
+    framesDone_ = 0;
+    missing_ = 0;
+}
+
+/// With a complete frame nothing else is usually under way, so what has been received is what has
+/// been sent less what is missing. Where the next frame has begun the result is too low, and a
+/// later one is right.
+void StreamCounters::bufferDone(bool complete)
+{
+    const std::lock_guard lock(mutex_);
+    ++framesDone_;
+    if (!complete || stream_ == nullptr || !ARV_IS_GV_STREAM(stream_)) {
+        return;
+    }
+    const auto count = [this](const char *name) {
+        return static_cast<std::int64_t>(arv_stream_get_info_uint64_by_name(stream_, name));
+    };
+    const std::int64_t received = count("n_received_packets") - count("n_duplicated_packets") -
+                                  count("n_ignored_packets") - count("n_error_packets");
+    missing_ = std::max(missing_, framesDone_ * packetsPerFrame_ - received);
+}
+
+/// Aravis counts all packets behind the first gap of a frame as missing, received or not, so its
+/// count is a bound only.
+std::int64_t StreamCounters::missingPackets(std::int64_t failed) const
+{
+    guint64 resent = 0;
+    guint64 behindGaps = 0;
+    arv_gv_stream_get_statistics(ARV_GV_STREAM(stream_), &resent, &behindGaps);
+    const auto most = static_cast<std::int64_t>(behindGaps);
+    return packetsPerFrame_ > 0 ? std::clamp(missing_, std::min(failed, most), most) : most;
 }
 
 void StreamCounters::detach()
@@ -62,10 +96,9 @@ StreamCounters::Values StreamCounters::present() const
     values[Underruns] += static_cast<std::int64_t>(underruns);
     if (ARV_IS_GV_STREAM(stream_)) {
         guint64 resent = 0;
-        guint64 missing = 0;
-        arv_gv_stream_get_statistics(ARV_GV_STREAM(stream_), &resent, &missing);
+        arv_gv_stream_get_statistics(ARV_GV_STREAM(stream_), &resent, nullptr);
         values[Resent] += static_cast<std::int64_t>(resent);
-        values[Missing] += static_cast<std::int64_t>(missing);
+        values[Missing] += missingPackets(static_cast<std::int64_t>(failed));
     }
     return values;
 }

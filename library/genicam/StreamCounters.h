@@ -28,8 +28,11 @@ public:
     static constexpr const char *resetCommand = "StreamStatisticsReset";
 
     void add(Kind kind);
-    /// Counts on with a stream of Aravis'. It stays alive until detach().
-    void attach(ArvStream *stream);
+    /// Counts on with a stream of Aravis'. It stays alive until detach(). A frame is sent in
+    /// `packetsPerFrame` packets; 0 if that is not known.
+    void attach(ArvStream *stream, std::int64_t packetsPerFrame);
+    /// A buffer of that stream came back. Called on the stream's thread.
+    void bufferDone(bool complete);
     /// Keeps the stream's counts and forgets the stream.
     void detach();
     void reset();
@@ -37,11 +40,15 @@ public:
 
 private:
     Values present() const;
+    std::int64_t missingPackets(std::int64_t failed) const;
 
     mutable std::mutex mutex_; // guards everything below
     Values counted_{};         // by add(), and of earlier streams of this acquisition
     Values offset_{};          // what reset() found
     ArvStream *stream_ = nullptr;
+    std::int64_t packetsPerFrame_ = 0;
+    std::int64_t framesDone_ = 0; // of stream_, complete or not
+    std::int64_t missing_ = 0;    // of stream_
 };
 
 } // namespace orvalis

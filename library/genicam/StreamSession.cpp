@@ -4,6 +4,7 @@
 
 #include "library/convert/PixelFormat.h"
 #include "library/core/Debug.h"
+#include "library/genicam/StreamSocket.h"
 
 #include <sys/resource.h>
 
@@ -26,8 +27,10 @@ constexpr std::size_t largestPayload = std::size_t{1} << 30;
 /// With fewer buffers than this left to fill, images are copied instead of lent.
 constexpr int buffersToKeep = 4;
 
-constexpr std::size_t smallestSocketBuffer = std::size_t{2} << 20;
+constexpr std::size_t smallestSocketBuffer = std::size_t{8} << 20;
 constexpr std::size_t largestSocketBuffer = std::size_t{64} << 20;
+/// Of each GigE Vision packet: the headers of IP, UDP and the stream protocol.
+constexpr guint packetOverhead = 20 + 8 + 8;
 constexpr int receiverNiceness = -10;
 
 constexpr const char *rateNodes[] = {"AcquisitionResultingFrameRate", "ResultingFrameRate",
@@ -79,26 +82,49 @@ void setParametersLocked(ArvDevice *device, bool locked)
     }
 }
 
+/// Packets that a GigE Vision frame is sent in, the first and the last one included.
+std::int64_t packetsPerFrame(ArvDevice *device, std::size_t payload)
+{
+    if (!ARV_IS_GV_DEVICE(device)) {
+        return 0;
+    }
+    Failure failure;
+    const guint packet = arv_gv_device_get_packet_size(ARV_GV_DEVICE(device), failure.slot());
+    if (failure || packet <= packetOverhead) {
+        return 0;
+    }
+    const std::size_t data = packet - packetOverhead;
+    return static_cast<std::int64_t>((payload + data - 1) / data + 2);
+}
+
+} // namespace
+
 /// Called on the stream's thread.
-void onStreamEvent(void *link, ArvStreamCallbackType type, ArvBuffer *)
+void StreamSession::onStreamEvent(void *session, ArvStreamCallbackType type, ArvBuffer *buffer)
 {
     if (type == ARV_STREAM_CALLBACK_TYPE_INIT) {
         // Packets that are not fetched in time are lost, so this thread goes first where it may.
         setpriority(PRIO_PROCESS, 0, receiverNiceness);
     }
     if (type == ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE) {
-        static_cast<CameraLink *>(link)->bufferDone();
+        auto *self = static_cast<StreamSession *>(session);
+        self->counters_.bufferDone(buffer != nullptr &&
+                                   arv_buffer_get_status(buffer) == ARV_BUFFER_STATUS_SUCCESS);
+        self->link_.bufferDone();
     }
 }
+
+namespace {
 
 /// Aravis' automatic socket buffer holds one frame, which a receiver that comes late by a few
 /// milliseconds overruns. The system cuts what it finds too large (net.core.rmem_max).
 void tuneGigeStream(ArvStream *stream, std::size_t payload)
 {
-    const std::size_t size = std::clamp(payload * 8, smallestSocketBuffer, largestSocketBuffer);
+    const std::size_t size = std::clamp(payload * 16, smallestSocketBuffer, largestSocketBuffer);
     g_object_set(stream, "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED, "socket-buffer-size",
                  static_cast<gint>(size), "packet-resend", ARV_GV_STREAM_PACKET_RESEND_ALWAYS,
                  nullptr);
+    growReceiveBuffer(arv_gv_stream_get_port(ARV_GV_STREAM(stream)), size);
 }
 
 /// Copies rows that are followed by padding; null for formats whose rows share bytes.
@@ -160,7 +186,7 @@ OResult StreamSession::start(StreamUse use)
         return result != ORVALIS_OK ? result : ORVALIS_ERROR_DEVICE;
     }
     GPtr<ArvStream> stream(
-        arv_device_create_stream(link_.device(), onStreamEvent, &link_, failure.slot()));
+        arv_device_create_stream(link_.device(), onStreamEvent, this, failure.slot()));
     if (!stream) {
         debugPrint("no stream: %s", failure.text());
         const OResult result = link_.resultOf(failure);
@@ -184,7 +210,7 @@ void StreamSession::makePool(GPtr<ArvStream> stream, std::size_t payload, unsign
     for (unsigned i = 0; i < buffers; ++i) {
         arv_stream_push_buffer(stream.get(), arv_buffer_new_allocate(payload));
     }
-    counters_.attach(stream.get());
+    counters_.attach(stream.get(), packetsPerFrame(link_.device(), payload));
     pool_ = std::make_shared<BufferPool>(std::move(stream));
 }
 

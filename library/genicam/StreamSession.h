@@ -58,6 +58,7 @@ public:
     std::uint64_t seen() const { return seen_; }
 
 private:
+    static void onStreamEvent(void *session, ArvStreamCallbackType type, ArvBuffer *buffer);
     void makePool(GPtr<ArvStream> stream, std::size_t payload, unsigned buffers);
     bool describe(ArvBuffer *buffer, RawImage &image) const;
     void handOver(ArvBuffer *buffer, RawImage &image);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A camera that is killed and comes back again and again while it streams: ORVALIS_GIGE_CYCLES
-// times, 3 unless told otherwise.
+// Over a long time: a camera that is killed and comes back again and again while it streams,
+// ORVALIS_GIGE_CYCLES times (3 unless told otherwise), and a stream of which nothing may get lost,
+// for ORVALIS_GIGE_SECONDS if that is set.
 #include "tests/library/genicam/GenicamFixture.h"
 
 #include <algorithm>
@@ -47,10 +48,10 @@ long residentKilobytes()
     return 0;
 }
 
-int cycles()
+int setting(const char *variable, int usual)
 {
-    const char *value = std::getenv("ORVALIS_GIGE_CYCLES");
-    return value != nullptr ? std::atoi(value) : 3;
+    const char *value = std::getenv(variable);
+    return value != nullptr ? std::atoi(value) : usual;
 }
 
 void streamUntilLost(Device &device, CameraProcess &camera, Stopwatch &watch)
@@ -90,7 +91,8 @@ TEST(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
     ASSERT_EQ(backend->discover().size(), 1U);
     Stopwatch watch;
     long early = 0;
-    for (int i = 0; i < cycles(); ++i) {
+    const int cycles = setting("ORVALIS_GIGE_CYCLES", 3);
+    for (int i = 0; i < cycles; ++i) {
         std::unique_ptr<Device> device;
         ASSERT_EQ(watch("open", [&] { return backend->open(camera.id(), device); }), ORVALIS_OK)
             << "cycle " << i;
@@ -103,8 +105,46 @@ TEST(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
         early = i == 10 ? residentKilobytes() : early;
     }
     watch.print();
-    std::printf("resident after the 10th cycle %ld KiB, in the end %ld KiB\n", early,
-                residentKilobytes());
+    const long late = residentKilobytes();
+    std::printf("resident after the 10th cycle %ld KiB, in the end %ld KiB\n", early, late);
+    if (cycles >= 50) {
+        EXPECT_LT(late, early + early / 20) << "within 5 per cent";
+    }
+}
+
+TEST(GigeEndurance, nothingIsLostAtAHundredFramesASecond)
+{
+    if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
+        GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
+    }
+    if (std::getenv("ORVALIS_GIGE_SECONDS") == nullptr) {
+        GTEST_SKIP() << "needs a machine with nothing else to do: ORVALIS_GIGE_SECONDS";
+    }
+    constexpr int rate = 100;
+    const CameraProcess camera(1);
+    const auto backend = orvalis::makeGenicamBackend(false);
+    backend->discover();
+    const auto device = openCamera(*backend, camera.id());
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->nodes().setFloat("AcquisitionFrameRate", rate), ORVALIS_OK);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    const int wanted = rate * setting("ORVALIS_GIGE_SECONDS", 0);
+    const Clock::time_point begin = Clock::now();
+    for (int i = 0; i < wanted; ++i) {
+        RawImage image;
+        ASSERT_EQ(nextImage(*device, image), ORVALIS_OK);
+        ASSERT_TRUE(isWhole(image));
+    }
+    const std::chrono::duration<double> time = Clock::now() - begin;
+    device->stopStream();
+    double load = 0;
+    EXPECT_EQ(getloadavg(&load, 1), 1);
+    std::printf("%d frames of 512 x 512 in %.1f s, %.1f a second; load of the machine %.1f\n",
+                wanted, time.count(), wanted / time.count(), load);
+    for (const char *counter :
+         {"StreamFailedFrameCount", "StreamUnderrunCount", "StreamMissingPacketCount"}) {
+        EXPECT_EQ(integer(*device, counter), 0) << counter;
+    }
 }
 
 } // namespace
