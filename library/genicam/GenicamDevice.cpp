@@ -61,6 +61,7 @@ GenicamDevice::GenicamDevice(GPtr<ArvDevice> device, DeviceIdentity identity,
 
 GenicamDevice::~GenicamDevice()
 {
+    GenicamDevice::stopStream(); // whoever forgot it must not make the camera stay open for ever
     const auto leave = [core = std::move(core_), onGone = std::move(onGone_)] {
         {
             // A stream that is on its way out uses the camera until it is gone.

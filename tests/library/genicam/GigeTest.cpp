@@ -123,6 +123,24 @@ TEST_F(Gige, twoCamerasStreamAtTheSameTime)
     second->stopStream();
 }
 
+TEST_F(Gige, camerasAreSwappedWhileTheyStream)
+{
+    const CameraProcess one(1);
+    const CameraProcess two(2);
+    backend_->discover();
+    for (int round = 0; round < 3; ++round) {
+        for (const CameraProcess *camera : {&one, &two}) {
+            const auto device = openCamera(*backend_, camera->id());
+            ASSERT_TRUE(device);
+            EXPECT_EQ(device->identity().id, camera->id());
+            ASSERT_EQ(device->startStream(), ORVALIS_OK);
+            RawImage image;
+            ASSERT_EQ(nextImage(*device, image), ORVALIS_OK);
+            EXPECT_TRUE(isWhole(image));
+        } // closed without a stop
+    }
+}
+
 TEST_F(Gige, nodesAndRegistersAreTheSameMemory)
 {
     const CameraProcess camera(1);
