@@ -100,6 +100,7 @@ private slots:
     void pageActionsSend();
     void refusedPageLeavesTheSlider_data();
     void refusedPageLeavesTheSlider();
+    void pagesEndAtTheLastNumber_data();
     void pagesEndAtTheLastNumber();
     void otherActionsSendNothing_data();
     void otherActionsSendNothing();
@@ -302,19 +303,35 @@ void CameraCtrlFeatureTest::refusedPageLeavesTheSlider()
     QCOMPARE(feature.slider()->value(), 500);
 }
 
-void CameraCtrlFeatureTest::pagesEndAtTheLastNumber()
+void CameraCtrlFeatureTest::pagesEndAtTheLastNumber_data()
 {
     using Limits = std::numeric_limits<int>;
+    QTest::addColumn<int>("minimum");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<int>("action");
+    QTest::addColumn<int>("end");
+    QTest::newRow("up") << 0 << Limits::max() << Limits::max() - 3
+                        << int(QAbstractSlider::SliderPageStepAdd) << Limits::max();
+    QTest::newRow("down") << Limits::min() << -1 << Limits::min() + 3
+                          << int(QAbstractSlider::SliderPageStepSub) << Limits::min();
+}
+
+void CameraCtrlFeatureTest::pagesEndAtTheLastNumber()
+{
+    QFETCH(int, minimum);
+    QFETCH(int, maximum);
+    QFETCH(int, value);
+    QFETCH(int, action);
+    QFETCH(int, end);
     Panel panel;
-    fakeorvalis::withState([](fakeorvalis::State &state) {
-        state.integers["Hue"] = {Limits::max() - 3, Limits::min(), Limits::max(), false};
+    fakeorvalis::withState([=](fakeorvalis::State &state) {
+        state.integers["Hue"] = {value, minimum, maximum, false};
     });
     panel.openCamera();
-    panel.find<QSlider>("sliHue")->triggerAction(QAbstractSlider::SliderPageStepAdd);
-    QCOMPARE(panel.log(), QStringList(QString("OrvalisSetHue(h1, %1)").arg(Limits::max())));
-    panel.find<QSpinBox>("spiHue")->setValue(Limits::min() + 3);
-    panel.find<QSlider>("sliHue")->triggerAction(QAbstractSlider::SliderPageStepSub);
-    QCOMPARE(panel.find<QSpinBox>("spiHue")->value(), Limits::min());
+    panel.find<QSlider>("sliHue")->triggerAction(QAbstractSlider::SliderAction(action));
+    QCOMPARE(panel.log(), QStringList(QString("OrvalisSetHue(h1, %1)").arg(end)));
+    QCOMPARE(panel.find<QSpinBox>("spiHue")->value(), end);
 }
 
 void CameraCtrlFeatureTest::otherActionsSendNothing_data() { addFeatures(); }
