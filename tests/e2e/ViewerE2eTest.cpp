@@ -14,8 +14,8 @@ namespace {
 constexpr int patience = 30000;
 constexpr int colourRow = 1;
 
-const QString openTool = QStringLiteral("32x32/actions/camera-open.png");
-const QString closeTool = QStringLiteral("32x32/actions/camera-close.png");
+const QString openTool = QStringLiteral("20x20/camera-open.png");
+const QString closeTool = QStringLiteral("20x20/camera-close.png");
 const QString playTool = QStringLiteral("20x20/camera-play.png");
 const QString stopTool = QStringLiteral("20x20/camera-stop.png");
 const QString saveTool = QStringLiteral("20x20/camera-save.png");
