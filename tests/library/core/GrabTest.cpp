@@ -39,6 +39,22 @@ protected:
         return result_;
     }
 
+    /// Sends frames until the grab has one: it may begin late.
+    OResult feedUntilGrabbed()
+    {
+        std::atomic<bool> done{false};
+        std::thread feeder([&] {
+            for (int i = 1; !done; ++i) {
+                script_->pushFrame(monoImage(5));
+                frames_.waitFor(i);
+            }
+        });
+        const OResult result = finishGrab();
+        done = true;
+        feeder.join();
+        return result;
+    }
+
     std::shared_ptr<Script> script_ = std::make_shared<Script>();
     ScriptedDevice device_{script_};
     std::atomic<bool> lost_{false};
@@ -71,17 +87,7 @@ TEST_F(GrabTest, streamingCameraGivesItsNextFrame)
 {
     ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
     grabAside();
-    // The grab may begin late: frames come until it has one.
-    std::atomic<bool> done{false};
-    std::thread feeder([&] {
-        for (int i = 1; !done; ++i) {
-            script_->pushFrame(monoImage(5));
-            frames_.waitFor(i);
-        }
-    });
-    EXPECT_EQ(finishGrab(), ORVALIS_OK);
-    done = true;
-    feeder.join();
+    EXPECT_EQ(feedUntilGrabbed(), ORVALIS_OK);
     EXPECT_EQ(image_.data[0], 5);
     EXPECT_EQ(script_->takes.value(), 0) << "the stream is not disturbed";
 }
@@ -92,6 +98,28 @@ TEST_F(GrabTest, startEndsAnIdleGrab)
     script_->takes.waitFor(1);
     EXPECT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
     EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
+}
+
+TEST_F(GrabTest, aGrabLeavesTheCameraToAStreamThatStarts)
+{
+    Latch begun;
+    Latch go;
+    script_->onStart = [&] {
+        begun.open();
+        go.wait();
+        return ORVALIS_OK;
+    };
+    std::thread starter([&] { EXPECT_EQ(acquisition_.start(frameCallback), ORVALIS_OK); });
+    begun.wait();
+    grabAside();
+    for (int i = 0; i < 1000; ++i) {
+        const Acquisition::WriteScope write(acquisition_);
+        std::this_thread::yield();
+    }
+    go.open();
+    starter.join();
+    EXPECT_EQ(feedUntilGrabbed(), ORVALIS_OK);
+    EXPECT_EQ(script_->takes.value(), 0);
 }
 
 TEST_F(GrabTest, closeEndsAnIdleGrab)
