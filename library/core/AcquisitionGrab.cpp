@@ -45,8 +45,8 @@ OResult Acquisition::grab(GrabbedImage &image, Clock::time_point deadline)
     if (onDeliveryThread())
         return ORVALIS_ERROR_TIMEOUT; // the next frame cannot come before this call returns
     Lock lock(mutex_);
-    // Nothing but a close ends this wait: a grab that went on while the stream starts would take the
-    // camera away from it.
+    // Nothing but a close ends this wait: a grab that went on while the stream starts would take
+    // the camera away from it.
     const bool settled = changed_.wait_until(lock, deadline, [&] {
         return closed_ || (state_ != State::Starting && state_ != State::Stopping);
     });
