@@ -10,7 +10,10 @@ namespace orvalis {
 namespace {
 
 /// Runs on Aravis' heartbeat thread.
-void onControlLost(ArvDevice *, gpointer link) { static_cast<CameraLink *>(link)->markLost(); }
+void onControlLost(ArvDevice *, gpointer link)
+{
+    static_cast<CameraLink *>(link)->markLost("no answer to a heartbeat, or control is lost");
+}
 
 } // namespace
 
@@ -51,15 +54,17 @@ void CameraLink::giveBack()
 OResult CameraLink::resultOf(const Failure &failure)
 {
     if (failure.meansLost()) {
-        debugPrint("the camera does not answer: %s", failure.text());
-        markLost();
+        markLost(failure.text());
     }
     return failure.result();
 }
 
-void CameraLink::markLost()
+void CameraLink::markLost(const char *reason)
 {
     const std::lock_guard lock(mutex_);
+    if (!lost_) {
+        debugPrint("the camera is lost: %s", reason);
+    }
     lost_ = true;
     changed_.notify_all();
 }

@@ -44,8 +44,9 @@ public:
     OResult resultOf(const Failure &failure);
 
     bool lost() const { return lost_; }
-    /// From now on the camera counts as lost, for ever. Ends all waits.
-    void markLost();
+    /// From now on the camera counts as lost, for ever. Ends all waits. `reason` is for the debug
+    /// output.
+    void markLost(const char *reason);
 
     /// A buffer of the stream is full or given up.
     void bufferDone();

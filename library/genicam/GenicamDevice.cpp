@@ -62,6 +62,7 @@ GenicamDevice::GenicamDevice(GPtr<ArvDevice> device, DeviceIdentity identity,
 GenicamDevice::~GenicamDevice()
 {
     GenicamDevice::stopStream(); // whoever forgot it must not make the camera stay open for ever
+    const auto patience = isGone(*core_) ? 0ms : farewellPatience;
     const auto leave = [core = std::move(core_), onGone = std::move(onGone_)] {
         {
             // A stream that is on its way out uses the camera until it is gone.
@@ -71,7 +72,20 @@ GenicamDevice::~GenicamDevice()
         core->link.close();
         onGone();
     };
-    background_->run(leave, farewellPatience);
+    background_->run(leave, patience);
+}
+
+bool GenicamDevice::isGone(Core &core)
+{
+    if (const char *proof = core.link.lost() ? nullptr : core.presence.whyGone()) {
+        core.link.markLost(proof);
+    }
+    return core.link.lost();
+}
+
+CameraLink::Turn GenicamDevice::turnUnlessGone()
+{
+    return isGone(*core_) ? CameraLink::Turn(nullptr) : core_->link.turn();
 }
 
 bool GenicamDevice::servesRegister(std::uint32_t address) const
@@ -115,7 +129,7 @@ OResult GenicamDevice::reset()
     if (result == ORVALIS_OK || result == ORVALIS_ERROR_CONNECTION_LOST) {
         // Many cameras are gone before they have acknowledged the command.
         const bool knownBefore = result != ORVALIS_OK && core_->link.lost();
-        core_->link.markLost();
+        core_->link.markLost("it restarts");
         return knownBefore ? result : ORVALIS_OK;
     }
     return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;

@@ -7,6 +7,7 @@
 #include "library/genicam/CameraLink.h"
 #include "library/genicam/GenicamNodeMap.h"
 #include "library/genicam/GigeLink.h"
+#include "library/genicam/GigePresence.h"
 #include "library/genicam/StreamCounters.h"
 #include "library/genicam/StreamSession.h"
 
@@ -47,10 +48,12 @@ private:
     /// What background jobs share with this object, and may outlive it in.
     struct Core {
         explicit Core(GPtr<ArvDevice> device)
-            : gige(device.get()), link(device.release()), nodes(link, counters)
+            : gige(device.get()), presence(device.get()), link(device.release()),
+              nodes(link, counters)
         {
         }
         GigeLink gige; // whoever has the turn
+        const GigePresence presence;
         CameraLink link;
         StreamCounters counters;
         StreamCounters grabCounters; // of streams that nobody but us knows of
@@ -62,6 +65,9 @@ private:
         Stream stream = Stream::None;
     };
 
+    /// Looks whether the camera can be proven to be gone, and marks it lost then.
+    static bool isGone(Core &core);
+    CameraLink::Turn turnUnlessGone();
     OResult claimStream();
     static void releaseStream(Core &core);
     OResult begin(Session &session, StreamUse use);
@@ -69,6 +75,8 @@ private:
     OResult waitForImage(StreamSession &session, RawImage &image, Clock::time_point deadline);
     OResult checkSilence();
     OResult lookForLife(bool &waitsForTrigger);
+    bool hasControl();
+    bool isWrongWay(const StreamSession &session, Clock::time_point since, bool triggered) const;
     OResult tryAnotherWay();
     bool servesRegister(std::uint32_t address) const;
 
@@ -78,7 +86,7 @@ private:
     std::shared_ptr<Core> core_;
     // Of the thread that streams:
     Session session_;
-    Clock::time_point started_;
+    Clock::time_point since_; ///< last image, start of the stream, or last try of another way
     Clock::time_point heard_; ///< last image, or last sign of life
     bool isFake_ = false;
 };

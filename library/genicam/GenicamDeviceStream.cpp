@@ -16,8 +16,12 @@ constexpr auto stopPatience = 800ms;
 constexpr auto silenceLimit = 500ms;
 /// A stream that has brought nothing by then is tried with safer settings.
 constexpr auto firstImageLimit = 900ms;
-/// Control channel privilege of a GigE Vision camera: cheap to read, and every camera has it.
+/// So is one that has worked, once as many frames have come in a row of which parts were missing.
+constexpr std::uint64_t damagedLimit = 3;
+/// Control channel privilege of a GigE Vision camera: cheap to read, and every camera has it. One
+/// of these bits is set while somebody controls the camera.
 constexpr std::uint32_t privilegeRegister = 0x0A00;
+constexpr guint32 controlPrivileges = 0x3;
 
 bool triggerIsOn(ArvDevice *device)
 {
@@ -57,7 +61,7 @@ void GenicamDevice::releaseStream(Core &core)
 
 OResult GenicamDevice::begin(Session &session, StreamUse use)
 {
-    const CameraLink::Turn turn = core_->link.turn();
+    const CameraLink::Turn turn = turnUnlessGone();
     if (!turn) {
         return ORVALIS_ERROR_CONNECTION_LOST;
     }
@@ -85,7 +89,8 @@ void GenicamDevice::end(Session session)
         session->end();
         releaseStream(*core);
     };
-    background_->run(job, stopPatience);
+    // A camera that is gone does not answer: nothing is worth waiting for.
+    background_->run(job, isGone(*core_) ? 0ms : stopPatience);
 }
 
 OResult GenicamDevice::startStream()
@@ -102,7 +107,7 @@ OResult GenicamDevice::startStream()
         releaseStream(*core_);
         return result;
     }
-    started_ = heard_ = Clock::now();
+    since_ = heard_ = Clock::now();
     return ORVALIS_OK;
 }
 
@@ -122,15 +127,18 @@ OResult GenicamDevice::nextImage(RawImage &image, Clock::time_point deadline)
     for (;;) {
         const OResult result =
             waitForImage(*session_, image, std::min(deadline, heard_ + silenceLimit));
-        if (result == ORVALIS_OK) {
-            core_->counters.add(StreamCounters::Delivered);
-            heard_ = Clock::now();
-        }
-        if (result != ORVALIS_ERROR_TIMEOUT) {
+        if (result != ORVALIS_OK && result != ORVALIS_ERROR_TIMEOUT) {
             return result;
         }
+        // With an image too: a program that has been stopped for a while finds old images, and may
+        // have lost the camera meanwhile.
         if (const OResult there = checkSilence(); there != ORVALIS_OK) {
             return there;
+        }
+        if (result == ORVALIS_OK) {
+            core_->counters.add(StreamCounters::Delivered);
+            since_ = heard_ = Clock::now();
+            return ORVALIS_OK;
         }
         if (Clock::now() >= deadline) {
             return ORVALIS_ERROR_TIMEOUT;
@@ -169,39 +177,66 @@ OResult GenicamDevice::checkSilence()
         return result;
     }
     heard_ = Clock::now();
-    const bool hopeless = Clock::now() >= started_ + firstImageLimit;
-    return hopeless && !triggered && !core_->proven ? tryAnotherWay() : ORVALIS_OK;
+    return isWrongWay(*session_, since_, triggered) ? tryAnotherWay() : ORVALIS_OK;
+}
+
+/// True if nothing has come since the beginning, though it should; or if frames come, one after the
+/// other, and none of them complete: the way to the camera may have changed. Or if the last try did
+/// not begin at all.
+bool GenicamDevice::isWrongWay(const StreamSession &session, Clock::time_point since,
+                               bool triggered) const
+{
+    if (Clock::now() < since + firstImageLimit) {
+        return false;
+    }
+    return session.damagedInARow() >= damagedLimit || (!core_->proven && !triggered) ||
+           !session.isRunning();
 }
 
 OResult GenicamDevice::lookForLife(bool &waitsForTrigger)
 {
-    const CameraLink::Turn turn = core_->link.turn();
-    if (!turn) {
+    const CameraLink::Turn turn = turnUnlessGone();
+    if (!turn || !hasControl()) {
         return ORVALIS_ERROR_CONNECTION_LOST;
     }
+    waitsForTrigger = triggerIsOn(core_->link.device());
+    return ORVALIS_OK;
+}
+
+/// Whether a GigE Vision camera is there and still ours; lost if not. Whoever takes a camera over
+/// has the same privilege, but only the present controller may write the register.
+bool GenicamDevice::hasControl()
+{
     ArvDevice *device = core_->link.device();
-    if (ARV_IS_GV_DEVICE(device)) {
-        Failure failure;
-        guint32 privilege = 0;
-        arv_device_read_register(device, privilegeRegister, &privilege, failure.slot());
-        if (core_->link.resultOf(failure) == ORVALIS_ERROR_CONNECTION_LOST) {
-            return ORVALIS_ERROR_CONNECTION_LOST;
+    if (!ARV_IS_GV_DEVICE(device)) {
+        return true;
+    }
+    Failure failure;
+    guint32 privilege = 0;
+    arv_device_read_register(device, privilegeRegister, &privilege, failure.slot());
+    if (failure) {
+        return core_->link.resultOf(failure) != ORVALIS_ERROR_CONNECTION_LOST;
+    }
+    if ((privilege & controlPrivileges) != 0) {
+        arv_device_write_register(device, privilegeRegister, privilege, failure.slot());
+        if (core_->link.resultOf(failure) != ORVALIS_ERROR_ACCESS_DENIED) {
+            return !core_->link.lost();
         }
     }
-    waitsForTrigger = triggerIsOn(device);
-    return ORVALIS_OK;
+    core_->link.markLost("this program does not control it any more");
+    return false;
 }
 
 /// Starts the stream anew with safer settings, if there are any left.
 OResult GenicamDevice::tryAnotherWay()
 {
-    started_ = Clock::now();
+    since_ = Clock::now();
     {
         const CameraLink::Turn turn = core_->link.turn();
         if (!turn) {
             return ORVALIS_ERROR_CONNECTION_LOST;
         }
-        if (!core_->gige.retreat(session_->seen() > 0)) {
+        if (!core_->gige.retreat(session_->damagedInARow() > 0) && session_->isRunning()) {
             return ORVALIS_OK;
         }
         session_->stopCamera();
@@ -228,11 +263,10 @@ OResult GenicamDevice::takeImage(RawImage &image, Clock::time_point deadline)
     }
     const OResult result = waitForImage(*session, image, deadline);
     bool triggered = false;
-    if (result == ORVALIS_ERROR_TIMEOUT && !core_->proven &&
-        Clock::now() >= started + firstImageLimit && lookForLife(triggered) == ORVALIS_OK &&
-        !triggered) {
+    if (result == ORVALIS_ERROR_TIMEOUT && lookForLife(triggered) == ORVALIS_OK &&
+        isWrongWay(*session, started, triggered)) {
         const CameraLink::Turn turn = core_->link.turn();
-        core_->gige.retreat(session->seen() > 0); // for the next one
+        core_->gige.retreat(session->damagedInARow() > 0); // for the next one
     }
     end(std::move(session));
     return result;

@@ -235,11 +235,15 @@ void StreamSession::end()
 
 bool StreamSession::take(RawImage &image)
 {
+    if (!isRunning()) {
+        return false;
+    }
     while (ArvBuffer *buffer = arv_stream_try_pop_buffer(pool_->stream())) {
-        ++seen_;
+        ++damagedInARow_;
         if (holdsImage(buffer)) {
             if (describe(buffer, image)) {
                 handOver(buffer, image);
+                damagedInARow_ = 0;
                 return true;
             }
             // The stream counts what came incomplete; this came complete, but makes no sense.

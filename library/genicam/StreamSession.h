@@ -54,8 +54,10 @@ public:
 
     /// The next complete image if one is there. Counts and recycles what is not complete.
     bool take(RawImage &image);
-    /// Buffers that came back full of anything, or were given up.
-    std::uint64_t seen() const { return seen_; }
+    /// Between a start() that succeeded and end().
+    bool isRunning() const { return pool_ != nullptr; }
+    /// Frames since the last image that were not complete.
+    std::uint64_t damagedInARow() const { return damagedInARow_; }
 
 private:
     static void onStreamEvent(void *session, ArvStreamCallbackType type, ArvBuffer *buffer);
@@ -67,7 +69,7 @@ private:
     StreamCounters &counters_;
     std::shared_ptr<BufferPool> pool_;
     bool parametersLocked_ = false;
-    std::uint64_t seen_ = 0;
+    std::uint64_t damagedInARow_ = 0;
 };
 
 } // namespace orvalis

@@ -3,12 +3,14 @@
 # Runs a command in a network of its own, in which GigE Vision test cameras answer, so that no packet
 # leaves the machine:
 #
-#   run_gige.sh [--cameras N] [--lose N] [--] command [argument...]
+#   run_gige.sh [--cameras N] [--lose N] [--cable] [--] command [argument...]
 #
 # N cameras (0 to 2, default 1): serial numbers GV01 at 127.0.0.1 and GV02 at 127.0.0.2; --lose: of a
-# thousand packets they lose N. The command finds ORVALIS_BACKENDS=genicam, ORVALIS_GIGE_NETWORK=1 and,
-# of each camera, ORVALIS_GIGE_PID_1, _2. Ends with the command's status, or with 77 and a reason if
-# the machine does not permit any of this. Everything that was started ends with it.
+# thousand packets they lose N; --cable: a second network at the other end of a cable, "cable0" here,
+# "cable1" there, which the process ORVALIS_CABLE_PID is in. The command finds
+# ORVALIS_BACKENDS=genicam, ORVALIS_GIGE_NETWORK=1 and, of each camera, ORVALIS_GIGE_PID_1, _2. Ends
+# with the command's status, or with 77 and a reason if the machine does not permit any of this.
+# Everything that was started ends with it.
 set -u
 
 skip() {
@@ -44,7 +46,22 @@ start_camera() { # number, lost packets per thousand
     skip "the test camera does not listen"
 }
 
-end_cameras() {
+lay_cable() {
+    unshare --net sleep infinity &
+    export ORVALIS_CABLE_PID=$!
+    started+=("$ORVALIS_CABLE_PID")
+    local tries here
+    here=$(readlink /proc/self/ns/net)
+    for ((tries = 0; tries < 200; tries++)); do
+        [ "$(readlink "/proc/$ORVALIS_CABLE_PID/ns/net")" != "$here" ] && break
+        kill -0 "$ORVALIS_CABLE_PID" 2>/dev/null || skip "no second network namespace"
+        sleep 0.05
+    done
+    ip link add cable0 type veth peer name cable1 netns "$ORVALIS_CABLE_PID" ||
+        skip "this machine does not permit pairs of network interfaces (veth)"
+}
+
+end_all() {
     local pid
     for pid in "${started[@]}"; do
         kill -9 "$pid" 2>/dev/null
@@ -52,11 +69,12 @@ end_cameras() {
 }
 
 inside() {
-    local cameras=1 lose=0 number
+    local cameras=1 lose=0 cable= number
     while [ $# -gt 0 ]; do
         case "$1" in
         --cameras) cameras=$2 && shift 2 ;;
         --lose) lose=$2 && shift 2 ;;
+        --cable) cable=1 && shift ;;
         --) shift && break ;;
         *) break ;;
         esac
@@ -65,10 +83,11 @@ inside() {
     ip link set lo up || skip "the loopback interface does not come up"
     ip addr add 127.0.0.2/8 dev lo || skip "no second loopback address"
     started=()
-    trap end_cameras EXIT
+    trap end_all EXIT
     for ((number = 1; number <= cameras; number++)); do
         start_camera "$number" "$lose"
     done
+    [ -z "$cable" ] || lay_cable
     export ORVALIS_BACKENDS=genicam
     "$@"
 }

@@ -37,7 +37,7 @@ TEST_F(Link, lossSendsAwayWhoeverWaitsForATurn)
 {
     const CameraLink::Turn first = link_.turn();
     auto second = std::async(std::launch::async, [&] { return bool(link_.turn()); });
-    link_.markLost();
+    link_.markLost("a test says so");
     EXPECT_FALSE(second.get());
     EXPECT_FALSE(link_.turn());
 }

@@ -6,13 +6,16 @@
 
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <spawn.h>
 #include <string>
 #include <sys/wait.h>
 #include <thread>
+#include <vector>
 
 extern char **environ;
 
@@ -28,23 +31,37 @@ using orvalis::RawImage;
 class CameraProcess {
 public:
     /// `number` 1 is GV01 at 127.0.0.1, 2 is GV02 at 127.0.0.2.
-    explicit CameraProcess(int number) : number_(number) { start(); }
+    explicit CameraProcess(int number)
+        : CameraProcess(number, "127.0.0." + std::to_string(number), {})
+    {
+    }
+    /// GV01, GV02 ... at an address of another network, which `launcher` runs programs in.
+    CameraProcess(int number, std::string address, std::vector<std::string> launcher)
+        : address_(std::move(address)), serial_("GV0" + std::to_string(number)),
+          command_(std::move(launcher))
+    {
+        for (const auto &word : {std::string("arv-fake-gv-camera-0.8"), std::string("-i"), address_,
+                                 std::string("-s"), serial_}) {
+            command_.push_back(word);
+        }
+        start();
+    }
     ~CameraProcess() { kill(); }
     CameraProcess(const CameraProcess &) = delete;
     CameraProcess &operator=(const CameraProcess &) = delete;
 
-    std::string id() const { return "Aravis-Fake-GV0" + std::to_string(number_); }
+    std::string id() const { return "Aravis-Fake-" + serial_; }
+    const std::string &address() const { return address_; }
 
     void start()
     {
-        std::string program = "arv-fake-gv-camera-0.8";
-        std::string address = "127.0.0." + std::to_string(number_);
-        std::string serial = "GV0" + std::to_string(number_);
-        std::string i = "-i";
-        std::string s = "-s";
-        char *arguments[] = {program.data(), i.data(),      address.data(),
-                             s.data(),       serial.data(), nullptr};
-        ASSERT_EQ(posix_spawnp(&pid_, program.c_str(), nullptr, nullptr, arguments, environ), 0);
+        std::vector<char *> arguments;
+        for (std::string &word : command_) {
+            arguments.push_back(word.data());
+        }
+        arguments.push_back(nullptr);
+        ASSERT_EQ(posix_spawnp(&pid_, arguments[0], nullptr, nullptr, arguments.data(), environ),
+                  0);
         while (!listens()) {
             ASSERT_EQ(waitpid(pid_, nullptr, WNOHANG), 0) << "the camera process has ended";
             std::this_thread::sleep_for(5ms);
@@ -63,8 +80,9 @@ public:
 private:
     bool listens() const
     {
-        const std::string socket = " 0" + std::to_string(number_) + "00007F:0F74 ";
-        std::ifstream sockets("/proc/net/udp");
+        char socket[32];
+        std::snprintf(socket, sizeof socket, " %08X:0F74 ", inet_addr(address_.c_str()));
+        std::ifstream sockets("/proc/" + std::to_string(pid_) + "/net/udp");
         for (std::string line; std::getline(sockets, line);) {
             if (line.find(socket) != std::string::npos) {
                 return true;
@@ -73,7 +91,9 @@ private:
         return false;
     }
 
-    int number_;
+    std::string address_;
+    std::string serial_;
+    std::vector<std::string> command_;
     pid_t pid_ = -1;
 };
 
@@ -88,6 +108,17 @@ inline std::unique_ptr<Device> openCamera(Backend &backend, const std::string &i
 inline OResult nextImage(Device &device, RawImage &image)
 {
     return device.nextImage(image, Clock::now() + 30s);
+}
+
+/// The result that ends a stream.
+inline OResult streamUntilItEnds(Device &device)
+{
+    RawImage image;
+    OResult result = ORVALIS_OK;
+    while (result == ORVALIS_OK || result == ORVALIS_ERROR_TIMEOUT) {
+        result = nextImage(device, image);
+    }
+    return result;
 }
 
 /// Aravis' test cameras show a slope that moves by one grey level a frame. A frame that is put

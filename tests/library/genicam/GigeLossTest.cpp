@@ -23,16 +23,6 @@ protected:
     std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(false);
 };
 
-OResult streamUntilItEnds(Device &device)
-{
-    RawImage image;
-    OResult result = ORVALIS_OK;
-    while (result == ORVALIS_OK || result == ORVALIS_ERROR_TIMEOUT) {
-        result = nextImage(device, image);
-    }
-    return result;
-}
-
 /// Aravis takes 2.5 s for a call that is not answered; these are answered by ourselves.
 template <typename Call> void expectLostAtOnce(const char *what, Call call)
 {

@@ -2,8 +2,6 @@
 // GigE Vision cameras in other processes: discovery, streams, registers, control.
 #include "tests/library/genicam/GenicamFixture.h"
 
-#include "library/genicam/Glib.h"
-
 #include <future>
 
 using namespace genicamtest;
@@ -161,20 +159,6 @@ TEST_F(Gige, nodesAndRegistersAreTheSameMemory)
     EXPECT_EQ(image.height, 480U);
     EXPECT_EQ(image.size, 640U * 480U);
     device->stopStream();
-}
-
-TEST_F(Gige, aCameraOfAnotherProgramIsBusy)
-{
-    const CameraProcess camera(1);
-    backend_->discover();
-    const orvalis::GPtr<GInetAddress> address(g_inet_address_new_from_string("127.0.0.1"));
-    orvalis::GPtr<ArvDevice> other(arv_gv_device_new(address.get(), address.get(), nullptr));
-    ASSERT_TRUE(other);
-    std::unique_ptr<Device> device;
-    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY);
-    EXPECT_FALSE(device);
-    other.reset();
-    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_OK);
 }
 
 TEST_F(Gige, aSingleImageNeedsNoStreamAndEndsByWake)

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+// A network cable that tests pull out, plug in, and make narrow.
+#pragma once
+
+#include "tests/library/genicam/GenicamFixture.h"
+
+namespace genicamtest {
+
+/// The cable between this network and the one of the cameras that run_gige.sh --cable has laid:
+/// here 10.77.0.1, there 10.77.0.2. As it was laid, without addresses, in the end.
+class Cable {
+public:
+    static constexpr const char *cameraAddress = "10.77.0.2";
+
+    explicit Cable(int mtu = 1500)
+    {
+        run(here() + "addr add 10.77.0.1/24 dev cable0");
+        run(there() + "addr add 10.77.0.2/24 dev cable1");
+        setMtuHere(mtu);
+        setMtuThere(mtu);
+        run(here() + "link set cable0 up");
+        plugIn();
+    }
+    ~Cable()
+    {
+        run(here() + "addr flush dev cable0");
+        run(there() + "addr flush dev cable1");
+        pullOut();
+    }
+    Cable(const Cable &) = delete;
+    Cable &operator=(const Cable &) = delete;
+
+    /// What runs a program at the camera's end.
+    static std::vector<std::string> launcher()
+    {
+        const char *process = std::getenv("ORVALIS_CABLE_PID");
+        return {"nsenter", "--net", "--target", process != nullptr ? process : "0"};
+    }
+
+    void pullOut() { run(there() + "link set cable1 down"); }
+    void plugIn()
+    {
+        run(there() + "link set cable1 up");
+        while (!hasLink()) {
+            std::this_thread::sleep_for(5ms);
+        }
+    }
+    /// The largest packet that this computer takes: larger ones vanish on the way.
+    void setMtuHere(int bytes) { run(here() + "link set cable0 mtu " + std::to_string(bytes)); }
+    void setMtuThere(int bytes) { run(there() + "link set cable1 mtu " + std::to_string(bytes)); }
+
+private:
+    static std::string here() { return "ip "; }
+    static std::string there()
+    {
+        std::string command;
+        for (const std::string &word : launcher()) {
+            command += word + " ";
+        }
+        return command + "ip ";
+    }
+    static void run(const std::string &command)
+    {
+        EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    }
+    static bool hasLink()
+    {
+        std::ifstream file("/sys/class/net/cable0/operstate");
+        std::string state;
+        return !std::getline(file, state) || state == "up";
+    }
+};
+
+} // namespace genicamtest

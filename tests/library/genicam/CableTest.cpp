@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+// GigE Vision across a cable: found, streamed, pulled out, plugged in again, and packets that are
+// too large for the way.
+#include "tests/library/genicam/Cable.h"
+
+#include <cstdio>
+
+using namespace genicamtest;
+
+namespace {
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+/// With Aravis' packet socket, and without it.
+class AcrossTheCable : public testing::TestWithParam<bool> {
+protected:
+    void SetUp() override
+    {
+        if (std::getenv("ORVALIS_CABLE_PID") == nullptr) {
+            GTEST_SKIP() << "needs a cable: tests/contract/run_gige.sh --cable";
+        }
+        setenv("ORVALIS_PACKET_SOCKET", GetParam() ? "1" : "0", 1);
+    }
+    void TearDown() override { unsetenv("ORVALIS_PACKET_SOCKET"); }
+
+    std::unique_ptr<Device> discoveredAndOpened(const CameraProcess &camera)
+    {
+        backend_->discover();
+        return openCamera(*backend_, camera.id());
+    }
+
+    std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(false);
+};
+
+void expectWholePictures(Device &device, int count)
+{
+    for (int i = 0; i < count; ++i) {
+        RawImage image;
+        ASSERT_EQ(nextImage(device, image), ORVALIS_OK);
+        EXPECT_TRUE(isWhole(image));
+    }
+}
+
+/// How long a call took is printed; what it said is tested.
+template <typename Call> void expectLost(const char *what, Call call)
+{
+    const Clock::time_point begin = Clock::now();
+    EXPECT_EQ(call(), ORVALIS_ERROR_CONNECTION_LOST) << what;
+    std::printf("%-24s %8.2f ms\n", what, Milliseconds(Clock::now() - begin).count());
+}
+
+TEST_P(AcrossTheCable, aCameraIsFoundAndStreams)
+{
+    const Cable cable;
+    const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
+    const auto found = backend_->discover();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].id, camera.id());
+    const auto device = openCamera(*backend_, camera.id());
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    expectWholePictures(*device, 20);
+    std::printf("packets of %d bytes\n", int(integer(*device, "GevSCPSPacketSize")));
+    device->stopStream();
+}
+
+TEST_P(AcrossTheCable, aCableThatIsPulledOutIsALoss)
+{
+    Cable cable;
+    const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
+    auto device = discoveredAndOpened(camera);
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    expectWholePictures(*device, 5);
+    cable.pullOut();
+    expectLost("noticed", [&] { return streamUntilItEnds(*device); });
+    expectLost("info", [&] {
+        orvalis::NodeInfo info;
+        return device->nodes().info("Width", info);
+    });
+    expectLost("readRegister", [&] {
+        std::uint32_t value = 0;
+        return device->readRegister(0x100, value);
+    });
+    Clock::time_point begin = Clock::now();
+    device->stopStream();
+    std::printf("stop %.2f ms\n", Milliseconds(Clock::now() - begin).count());
+    begin = Clock::now();
+    device.reset();
+    std::printf("close %.2f ms\n", Milliseconds(Clock::now() - begin).count());
+
+    cable.plugIn();
+    backend_->discover();
+    OResult opened = ORVALIS_ERROR_BUSY; // until the camera has noticed that we had gone
+    while (opened == ORVALIS_ERROR_BUSY) {
+        opened = backend_->open(camera.id(), device);
+    }
+    ASSERT_EQ(opened, ORVALIS_OK);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    expectWholePictures(*device, 5);
+}
+
+TEST_P(AcrossTheCable, packetsThatAreTooLargeForTheWayGiveWayToSmallerOnes)
+{
+    Cable cable(9000);
+    const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
+    const auto device = discoveredAndOpened(camera);
+    ASSERT_TRUE(device);
+    cable.setMtuHere(1500);
+    ASSERT_EQ(device->nodes().setInteger("GevSCPSPacketSize", 8000), ORVALIS_OK);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    const Clock::time_point begin = Clock::now();
+    expectWholePictures(*device, 1);
+    std::printf("first picture after %.0f ms\n", Milliseconds(Clock::now() - begin).count());
+    expectWholePictures(*device, 5);
+    EXPECT_LE(integer(*device, "GevSCPSPacketSize"), 1500);
+}
+
+TEST_P(AcrossTheCable, aWayThatGetsNarrowWhileItStreams)
+{
+    Cable cable(9000);
+    const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
+    const auto device = discoveredAndOpened(camera);
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->nodes().setInteger("GevSCPSPacketSize", 8000), ORVALIS_OK);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    expectWholePictures(*device, 5);
+    std::printf("packets of %d bytes\n", int(integer(*device, "GevSCPSPacketSize")));
+    cable.setMtuHere(1500);
+    const Clock::time_point begin = Clock::now();
+    expectWholePictures(*device, 10);
+    std::printf("pictures again after %.0f ms\n", Milliseconds(Clock::now() - begin).count());
+    EXPECT_LE(integer(*device, "GevSCPSPacketSize"), 1500);
+}
+
+INSTANTIATE_TEST_SUITE_P(Socket, AcrossTheCable, testing::Bool(), [](const auto &use) {
+    return std::string(use.param ? "packet" : "ordinary");
+});
+
+} // namespace

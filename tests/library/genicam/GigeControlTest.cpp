@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+// GigE Vision cameras that other programs control, or take from us.
+#include "tests/library/genicam/OtherProgram.h"
+
+using namespace genicamtest;
+
+namespace {
+
+class GigeControl : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
+            GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
+        }
+    }
+
+    std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(false);
+};
+
+TEST_F(GigeControl, aCameraOfAnotherProgramIsBusyUntilThatHasLeftIt)
+{
+    const CameraProcess camera(1);
+    backend_->discover();
+    std::unique_ptr<Device> device;
+    {
+        const OtherProgram other(camera.address(), OtherProgram::Way::Free);
+        EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY);
+        EXPECT_FALSE(device);
+    }
+    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_OK);
+}
+
+TEST_F(GigeControl, aCameraThatAnotherProgramTakesWhileItStreamsIsLost)
+{
+    const CameraProcess camera(1);
+    backend_->discover();
+    auto device = openCamera(*backend_, camera.id());
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    RawImage image;
+    ASSERT_EQ(nextImage(*device, image), ORVALIS_OK);
+    const OtherProgram other(camera.address(), OtherProgram::Way::Steal);
+    EXPECT_EQ(streamUntilItEnds(*device), ORVALIS_ERROR_CONNECTION_LOST);
+    device->stopStream();
+    device.reset();
+    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY);
+}
+
+TEST_F(GigeControl, aCameraThatHasBeenReleasedIsLost)
+{
+    const CameraProcess camera(1);
+    backend_->discover();
+    const auto device = openCamera(*backend_, camera.id());
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    RawImage image;
+    ASSERT_EQ(nextImage(*device, image), ORVALIS_OK);
+    ASSERT_EQ(device->writeRegister(0x0A00, 0), ORVALIS_OK);
+    EXPECT_EQ(streamUntilItEnds(*device), ORVALIS_ERROR_CONNECTION_LOST);
+}
+
+} // namespace
