@@ -28,6 +28,9 @@ fonts-dejavu-core       letters
 iproute2                network namespaces of the GigE Vision tests: ip
 util-linux              the same: unshare
 '
+benchmark_packages='
+libbenchmark-dev        measures conversions; only with -DORVALIS_BENCHMARKS=ON
+'
 lint_packages='
 clang-format            layout of the source
 clang-tidy              habits of the source
