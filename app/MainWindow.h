@@ -33,6 +33,7 @@ class QDockWidget;
 class QGraphicsPixmapItem;
 class QLabel;
 class QTimer;
+class ScreenImages;
 class XMLCtrl;
 struct DiscoveryLink;
 struct FrameSaveJob;
@@ -133,15 +134,16 @@ private:
     QString cameraIdText() const { return ::cameraIdText(m_szCameraID); }
 
     // Stream and single shot.
-    static void callback_imgrecv(OImageFrame *frame);                 ///< delivery thread
-    static void callback_oneGrab(OImageFrame *frame);                 ///< delivery thread
-    void frameReceived(OImageFrame *frame);                           ///< delivery thread
-    void oneFrameReceived(const OImageFrame &frame);                  ///< delivery thread
-    void waitForOneGrab();                                            ///< pool thread
-    void DisplayThread();                                             ///< body of m_displayThread
-    void displayFrame(const OImageFrame &frame, FrameBuffer *buffer); ///< display thread
-    void saveIfArmed(const OImageFrame &frame, const QImage &image);  ///< display thread
-    void startSaveTask(std::unique_ptr<FrameSaveJob> job);            ///< display thread
+    static void callback_imgrecv(OImageFrame *frame); ///< delivery thread
+    static void callback_oneGrab(OImageFrame *frame); ///< delivery thread
+    void frameReceived(OImageFrame *frame);           ///< delivery thread
+    void oneFrameReceived(const OImageFrame &frame);  ///< delivery thread
+    void waitForOneGrab();                            ///< pool thread
+    void DisplayThread();                             ///< body of m_displayThread
+    void displayFrame(const OImageFrame &frame, FrameBuffer *buffer,
+                      ScreenImages *screenImages);                   ///< display thread
+    void saveIfArmed(const OImageFrame &frame, const QImage &image); ///< display thread
+    void startSaveTask(std::unique_ptr<FrameSaveJob> job);           ///< display thread
     void readStreamFormat();
     void startDisplaying();
     void joinDisplayThread();

@@ -4,6 +4,7 @@
 
 #include "capture/FramePixels.h"
 #include "capture/FrameSaveJob.h"
+#include "capture/ScreenImages.h"
 #include "control/CameraCtrl.h"
 #include "tree/XMLCtrl.h"
 #include "ui_MainWindow.h"
@@ -136,16 +137,18 @@ void MainWindow::frameReceived(OImageFrame *frame)
 void MainWindow::DisplayThread()
 {
     FrameBuffer buffer(m_sizeInfo.width, m_sizeInfo.height);
+    ScreenImages screenImages;
     while (m_bStreaming) {
         if (const OImageFrame *newest = frameQueue.takeNewest()) {
             const OImageFrame frame = *newest; // what is checked is what is used
-            displayFrame(frame, &buffer);
+            displayFrame(frame, &buffer, &screenImages);
         }
         usleep(displayPauseUs);
     }
 }
 
-void MainWindow::displayFrame(const OImageFrame &frame, FrameBuffer *buffer)
+void MainWindow::displayFrame(const OImageFrame &frame, FrameBuffer *buffer,
+                              ScreenImages *screenImages)
 {
     const FramePlane plane = displayPlane(m_bColor, m_pixelFormat);
     const bool copied = buffer->copyFrom(frame, plane);
@@ -157,7 +160,7 @@ void MainWindow::displayFrame(const OImageFrame &frame, FrameBuffer *buffer)
         buffer->data(), static_cast<int>(frame.width), static_cast<int>(frame.height),
         plane == FramePlane::Rgb ? QImage::Format_RGB888 : QImage::Format_Grayscale8);
     saveIfArmed(frame, image);
-    emit sigDisplayFrame(QPixmap::fromImage(image));
+    emit sigDisplayFrame(screenImages->pixmapOf(image));
 }
 
 void MainWindow::slotSaveImg(bool checked) { m_bSaveRequest.set(checked); }

@@ -72,6 +72,9 @@ void MainWindow::paintCross(QPixmap *pixmap) const
 {
     const int width = pixmap->width();
     const int height = pixmap->height();
+    // Copied once here: to paint on a pixmap that shares its image copies both, one after the
+    // other.
+    *pixmap = pixmap->copy();
     QPen pen;
     pen.setColor(m_crossColor);
     pen.setWidth(m_crossWidth);

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// Pixmaps of frames: their pixels, and the memory that they share with none that is held.
+#include "capture/ScreenImages.h"
+#include "tests/support/QtTestMain.h"
+
+#include <set>
+#include <vector>
+
+class ScreenImagesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void everyPixelIsThatOfTheImage_data();
+    void everyPixelIsThatOfTheImage();
+    void aHeldPixmapKeepsItsPixels();
+    void aPixmapOutlivesItsMaker();
+    void everyPixmapHasACacheKeyOfItsOwn();
+    void memoryThatNobodyHoldsIsUsedAgain();
+    void theSizeMayChange();
+};
+
+namespace {
+
+/// An image that differs from pixel to pixel and, by `seed`, from others.
+QImage patterned(const QSize &size, QImage::Format format, int seed)
+{
+    QImage image(size, format);
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.bytesPerLine(); ++x)
+            image.scanLine(y)[x] = static_cast<uchar>(seed + 31 * y + 7 * x);
+    }
+    return image;
+}
+
+bool isPictureOf(const QPixmap &pixmap, const QImage &image)
+{
+    return pixmap.toImage() == image.convertToFormat(QImage::Format_RGB32);
+}
+
+/// Pixmaps that share an image's memory have this in common: the image's own number.
+qint64 memoryOf(const QPixmap &pixmap) { return pixmap.cacheKey() >> 32; }
+
+const QSize size(37, 5);
+
+} // namespace
+
+void ScreenImagesTest::everyPixelIsThatOfTheImage_data()
+{
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<QSize>("size");
+    for (const int width : {1, 2, 3, 4, 5, 15, 16, 17, 130}) {
+        const QByteArray name = QByteArray::number(width);
+        QTest::newRow(("grey " + name).constData()) << QImage::Format_Grayscale8 << QSize(width, 3);
+        QTest::newRow(("colour " + name).constData()) << QImage::Format_RGB888 << QSize(width, 3);
+    }
+}
+
+void ScreenImagesTest::everyPixelIsThatOfTheImage()
+{
+    QFETCH(QImage::Format, format);
+    QFETCH(QSize, size);
+    ScreenImages images;
+    for (int seed = 0; seed < 5; ++seed) {
+        const QImage image = patterned(size, format, seed);
+        QVERIFY(isPictureOf(images.pixmapOf(image), image));
+    }
+}
+
+void ScreenImagesTest::aHeldPixmapKeepsItsPixels()
+{
+    ScreenImages images;
+    std::vector<QPixmap> held;
+    for (int seed = 0; seed < 10; ++seed)
+        held.push_back(images.pixmapOf(patterned(size, QImage::Format_RGB888, seed)));
+    for (int seed = 0; seed < 10; ++seed) {
+        const QImage image = patterned(size, QImage::Format_RGB888, seed);
+        QVERIFY2(isPictureOf(held[static_cast<std::size_t>(seed)], image),
+                 qPrintable(QString::number(seed)));
+    }
+}
+
+void ScreenImagesTest::aPixmapOutlivesItsMaker()
+{
+    const QImage image = patterned(size, QImage::Format_Grayscale8, 3);
+    QPixmap pixmap;
+    {
+        ScreenImages images;
+        pixmap = images.pixmapOf(image);
+    }
+    QVERIFY(isPictureOf(pixmap, image));
+}
+
+void ScreenImagesTest::everyPixmapHasACacheKeyOfItsOwn()
+{
+    ScreenImages images;
+    std::set<qint64> keys;
+    for (int seed = 0; seed < 20; ++seed)
+        keys.insert(images.pixmapOf(patterned(size, QImage::Format_Grayscale8, 0)).cacheKey());
+    QCOMPARE(keys.size(), std::size_t{20});
+}
+
+void ScreenImagesTest::memoryThatNobodyHoldsIsUsedAgain()
+{
+    ScreenImages images;
+    std::set<qint64> memories;
+    QPixmap shown; // as the window does: one is on show while the next is made
+    for (int seed = 0; seed < 50; ++seed) {
+        shown = images.pixmapOf(patterned(size, QImage::Format_RGB888, seed));
+        memories.insert(memoryOf(shown));
+    }
+    QVERIFY2(memories.size() <= 3, qPrintable(QString::number(memories.size())));
+}
+
+void ScreenImagesTest::theSizeMayChange()
+{
+    ScreenImages images;
+    for (const QSize &other : {QSize(8, 8), QSize(20, 3), QSize(8, 8), QSize(1, 1)}) {
+        const QImage image = patterned(other, QImage::Format_RGB888, other.width());
+        QVERIFY(isPictureOf(images.pixmapOf(image), image));
+    }
+}
+
+ORVALIS_QTEST_MAIN(ScreenImagesTest)
+#include "ScreenImagesTest.moc"
