@@ -2,20 +2,25 @@
 // Frames on their way from the camera library's thread to the display thread.
 #include "capture/FrameQueue.h"
 
+#include <iterator>
+
 void FrameQueue::push(OImageFrame *frame)
 {
+    std::list<OImageFrame *> last{frame};
     const std::lock_guard lock(m_mutex);
-    m_frames.push_back(frame);
+    m_frames.splice(m_frames.end(), last);
 }
 
 OImageFrame *FrameQueue::takeNewest()
 {
-    const std::lock_guard lock(m_mutex);
-    if (m_frames.empty())
-        return nullptr;
-    OImageFrame *newest = m_frames.back();
-    m_frames.pop_back();
-    return newest;
+    std::list<OImageFrame *> newest;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_frames.empty())
+            return nullptr;
+        newest.splice(newest.end(), m_frames, std::prev(m_frames.end()));
+    }
+    return newest.back();
 }
 
 void FrameQueue::clear()

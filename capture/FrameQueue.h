@@ -9,7 +9,8 @@
 #include <mutex>
 
 /// Holds pointers to frame records in order of arrival. The records stay the library's: the queue
-/// neither reads nor frees them. Every function may be called from any thread.
+/// neither reads nor frees them. Every function may be called from any thread; none allocates or
+/// frees with the lock held, so that a callback never waits for more than a few pointers.
 class FrameQueue {
 public:
     /// Appends a frame behind all others.

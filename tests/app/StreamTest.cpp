@@ -2,6 +2,7 @@
 // Play, frames, stop and the centre cross.
 #include "tests/app/Shell.h"
 
+#include <QSemaphore>
 #include <QTimeLine>
 
 using shell::Frame;
@@ -28,6 +29,7 @@ private slots:
     void stopKeepsTheCountAndClearsTheRate();
     void playShowsWhetherItPlays();
     void framesAreCounted();
+    void theCallbackWaitsForNobody();
     void ratesComeWithEvery31stFrame();
     void aRateThatComesLateIsNotShown();
     void theNewestFrameIsShown();
@@ -225,6 +227,30 @@ void StreamTest::framesAreCounted()
     frame.deliver();
     frame.deliver();
     QCOMPARE(status, (QList<QVariantList>{{0, 1.0, 0.0}, {0, 2.0, 0.0}}));
+}
+
+// The thread of the window is busy, and so is the display thread, in the middle of a frame.
+void StreamTest::theCallbackWaitsForNobody()
+{
+    const Shell shell;
+    shell.play();
+    QSemaphore inTheMiddle;
+    QSemaphore goOn;
+    QObject::connect(
+        shell.window.get(), &MainWindow::sigDisplayFrame, shell.window.get(),
+        [&] {
+            inTheMiddle.release();
+            goOn.acquire();
+        },
+        Qt::DirectConnection);
+    Frame frame(64, 48, 9);
+    frame.deliver();
+    inTheMiddle.acquire();
+    for (int i = 0; i < 1000; ++i)
+        frame.deliver(); // returns when the callback has returned
+    goOn.release(1000);
+    QTRY_COMPARE(shell.recv(), QString("1001"));
+    shell->slotStopCamera();
 }
 
 void StreamTest::ratesComeWithEvery31stFrame()
