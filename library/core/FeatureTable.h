@@ -59,6 +59,7 @@ enum class Selecting {
 struct NumberNode {
     const char *name = nullptr;
     double unitsPerNodeUnit = 1; ///< the interface's value is the node's value times this
+    const char *base = nullptr;  ///< and times the value of this node, where the camera has it
 };
 
 /// How a number crosses the interface.

@@ -67,13 +67,21 @@ OResult Features::locate(const NumberRow &wanted, Located &found)
         const OResult result = inspect(node.name, found.info);
         if (result == ORVALIS_OK && isNumber(found.info)) {
             found.name = node.name;
-            found.units = node.unitsPerNodeUnit;
+            found.units = node.unitsPerNodeUnit * baseOf(node);
             return ORVALIS_OK;
         }
         if (result != ORVALIS_OK && result != ORVALIS_ERROR_NOT_SUPPORTED)
             return result;
     }
     return ORVALIS_ERROR_NOT_SUPPORTED;
+}
+
+/// What one step of a raw value stands for; 1 where the camera does not tell.
+double Features::baseOf(const NumberNode &node)
+{
+    FloatValue base;
+    const bool known = node.base && nodes_.getFloat(node.base, base) == ORVALIS_OK;
+    return known && base.value > 0 ? base.value : 1;
 }
 
 OResult Features::read(const NumberRow &wanted, const Located &node, NumberValue &value)

@@ -68,6 +68,7 @@ private:
     };
     OResult inspect(const char *name, NodeInfo &info);
     OResult locate(const NumberRow &wanted, Located &found);
+    double baseOf(const NumberNode &node);
     template <class Names> OResult locateAny(const Names &names, Located &found);
     OResult read(const NumberRow &wanted, const Located &node, NumberValue &value);
     OResult write(const NumberRow &wanted, const Located &node, double value);

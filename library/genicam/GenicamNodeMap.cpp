@@ -89,15 +89,8 @@ OResult refusal(std::string_view name, ONodeType type)
 
 ArvGcFeatureNode *GenicamNodeMap::find(std::string_view name) const
 {
-    const auto byName = [this](const std::string &text) {
-        ArvGcNode *node = arv_gc_get_node(link_.genicam(), text.c_str());
-        return ARV_IS_GC_FEATURE_NODE(node) ? ARV_GC_FEATURE_NODE(node) : nullptr;
-    };
-    ArvGcFeatureNode *node = byName(std::string(name));
-    if (node == nullptr && name == "UserSetDefaultSelector") {
-        node = byName("UserSetDefault"); // as newer versions of the naming convention have it
-    }
-    return node;
+    ArvGcNode *node = arv_gc_get_node(link_.genicam(), std::string(name).c_str());
+    return ARV_IS_GC_FEATURE_NODE(node) ? ARV_GC_FEATURE_NODE(node) : nullptr;
 }
 
 OResult GenicamNodeMap::withAnyNode(std::string_view name, const Work &work)

@@ -37,63 +37,7 @@ protected:
     Features features_{nodes_, mutex_};
 };
 
-/// A node name, the feature that it stands for, and what 10 of it is in the interface's units.
-struct NamedNode {
-    Number number;
-    const char *node;
-    double units;
-};
-
-class FeatureNames : public FeaturesTest, public testing::WithParamInterface<NamedNode> {};
-
 } // namespace
-
-TEST_P(FeatureNames, nodeIsFoundInItsUnits)
-{
-    const NamedNode &row = GetParam();
-    nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
-    nodes_.nodes[row.node] = floatNode(10, 0, 20);
-    EXPECT_EQ(read(row.number).value, row.units);
-    EXPECT_EQ(read(row.number).maximum, 2 * row.units);
-    EXPECT_EQ(features_.set(row.number, 2 * row.units), ORVALIS_OK);
-    EXPECT_EQ(nodes_.nodes[row.node].value, 20);
-    EXPECT_EQ(features_.set(row.number, 3 * row.units), ORVALIS_ERROR_OUT_OF_RANGE);
-    EXPECT_EQ(nodes_.nodes[row.node].value, 20);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, FeatureNames,
-    testing::Values(NamedNode{Number::Gain, "Gain", 10}, NamedNode{Number::Gain, "GainRaw", 10},
-                    NamedNode{Number::Shutter, "ExposureTime", 10},
-                    NamedNode{Number::Shutter, "ExposureTimeAbs", 10},
-                    NamedNode{Number::Shutter, "ExposureTimeRaw", 10},
-                    NamedNode{Number::AutoExposure, "AutoExposureTargetBrightness", 10},
-                    NamedNode{Number::AutoExposure, "AutoTargetBrightness", 1000},
-                    NamedNode{Number::AutoExposure, "AutoTargetValue", 10},
-                    NamedNode{Number::BlackLevel, "BlackLevel", 10},
-                    NamedNode{Number::BlackLevel, "BlackLevelRaw", 10},
-                    NamedNode{Number::Gamma, "Gamma", 10},
-                    NamedNode{Number::Contrast, "Contrast", 10}, NamedNode{Number::Hue, "Hue", 10},
-                    NamedNode{Number::Saturation, "Saturation", 10},
-                    NamedNode{Number::Sharpness, "Sharpness", 10},
-                    NamedNode{Number::RedGain, "BalanceRatio", 10240},
-                    NamedNode{Number::GreenGain, "BalanceRatioAbs", 10240},
-                    NamedNode{Number::BlueGain, "BalanceRatioRaw", 10},
-                    NamedNode{Number::FrameRate, "AcquisitionFrameRate", 10},
-                    NamedNode{Number::FrameRate, "AcquisitionFrameRateAbs", 10},
-                    NamedNode{Number::TriggerParameter, "AcquisitionBurstFrameCount", 10},
-                    NamedNode{Number::TriggerDelay, "TriggerDelay", 10},
-                    NamedNode{Number::TriggerDelay, "TriggerDelayAbs", 10},
-                    NamedNode{Number::TriggerNoiseFilter, "LineDebouncerTime", 10},
-                    NamedNode{Number::TriggerNoiseFilter, "LineDebouncerTimeAbs", 10},
-                    NamedNode{Number::StrobeDelay, "TimerDelay", 10},
-                    NamedNode{Number::StrobeDelay, "TimerDelayAbs", 10},
-                    NamedNode{Number::StrobeDuration, "TimerDuration", 10},
-                    NamedNode{Number::StrobeDuration, "TimerDurationAbs", 10}),
-    [](const auto &row) {
-        return std::string(row.param.node) + "_" +
-               std::to_string(static_cast<int>(row.param.number));
-    });
 
 TEST_F(FeaturesTest, missingFeatureIsNotSupported)
 {
@@ -221,7 +165,8 @@ TEST_F(FeaturesTest, lockedNodeIsAccessDenied)
 
 TEST_F(FeaturesTest, frameRateSwitchesItsControlOnInEverySpelling)
 {
-    for (const char *enable : {"AcquisitionFrameRateEnable", "AcquisitionFrameRateEnabled"}) {
+    for (const char *enable : {"AcquisitionFrameRateEnable", "AcquisitionFrameRateEnabled",
+                               "AcquisitionFrameRateControlEnabled"}) {
         nodes_.nodes.clear();
         nodes_.nodes["AcquisitionFrameRate"] = floatNode(10, 1, 100);
         nodes_.nodes[enable] = booleanNode(false);
@@ -229,6 +174,14 @@ TEST_F(FeaturesTest, frameRateSwitchesItsControlOnInEverySpelling)
         EXPECT_EQ(nodes_.nodes[enable].value, 1) << enable;
         EXPECT_EQ(nodes_.nodes["AcquisitionFrameRate"].value, 50);
     }
+}
+
+TEST_F(FeaturesTest, frameRateSwitchesItsAutomaticOff)
+{
+    nodes_.nodes["AcquisitionFrameRate"] = floatNode(10, 1, 100);
+    nodes_.nodes["AcquisitionFrameRateAuto"] = enumNode({"Off", "Continuous"}, 1);
+    EXPECT_EQ(features_.set(Number::FrameRate, 50), ORVALIS_OK);
+    EXPECT_THAT(writes(), ElementsAre("AcquisitionFrameRateAuto=Off", "AcquisitionFrameRate=50"));
 }
 
 TEST_F(FeaturesTest, frameRateThatIsHiddenUntilSwitchedOn)
@@ -374,6 +327,13 @@ TEST_F(FeaturesTest, choicesAreTheEntries)
     EXPECT_EQ(features_.get(Choice::TriggerSource, name), ORVALIS_OK);
     EXPECT_EQ(name, "Line0");
     EXPECT_EQ(features_.set(Choice::TriggerSource, "Line9"), ORVALIS_ERROR_NOT_FOUND);
+}
+
+TEST_F(FeaturesTest, polarityMayBeAListOfItsOwn)
+{
+    nodes_.nodes["StrobePolarity"] = enumNode({"ActiveLow", "ActiveHigh"});
+    EXPECT_EQ(features_.set(Choice::StrobePolarity, "ActiveHigh"), ORVALIS_OK);
+    EXPECT_THAT(writes(), ElementsAre("StrobePolarity=ActiveHigh"));
 }
 
 TEST_F(FeaturesTest, polarityIsABooleanWithTwoNames)
