@@ -120,7 +120,8 @@ TEST_P(Size, yuvFollowsFullRangeBt601InBothByteOrders)
     const Exact<std::uint8_t> bytes(noise(pixels_ * 2));
     for (const auto &[format, order] :
          {std::pair{"YUV422_8"sv, "YU_V"sv}, std::pair{"YUV422_8_UYVY"sv, "UYV_"sv},
-          std::pair{"YCbCr422_8"sv, "YU_V"sv}, std::pair{"YUV422Packed"sv, "UYV_"sv}}) {
+          std::pair{"YCbCr422_8"sv, "YU_V"sv}, std::pair{"YCbCr422_8_CbYCrY"sv, "UYV_"sv},
+          std::pair{"YUV422Packed"sv, "UYV_"sv}}) {
         const std::vector<std::uint8_t> rgb = rgbOf(format, bytes, width_, height_);
         const std::vector<std::uint8_t> bright = brightnessOf(format, bytes, width_, height_);
         for (std::size_t i = 0; i < pixels_; ++i) {

@@ -66,9 +66,12 @@ TEST_P(PackedFormat, isNotConvertedWithoutBeingUnpacked)
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PackedFormat,
-                         testing::Values("Mono10p", "Mono12p", "Mono10Packed", "Mono12Packed",
-                                         "BayerGR10p", "BayerRG12p", "BayerGB10Packed",
-                                         "BayerBG12Packed"),
+                         testing::Values("Mono10Packed", "Mono10p", "Mono12Packed", "Mono12p",
+                                         "BayerGR10Packed", "BayerRG10Packed", "BayerGB10Packed",
+                                         "BayerBG10Packed", "BayerGR12Packed", "BayerRG12Packed",
+                                         "BayerGB12Packed", "BayerBG12Packed", "BayerGR10p",
+                                         "BayerRG10p", "BayerGB10p", "BayerBG10p", "BayerGR12p",
+                                         "BayerRG12p", "BayerGB12p", "BayerBG12p"),
                          [](const auto &row) { return std::string(row.param); });
 
 class DeepFormat : public testing::TestWithParam<std::string_view> {};
@@ -92,7 +95,10 @@ TEST_P(DeepFormat, keepsTheUpperEightBits)
 
 INSTANTIATE_TEST_SUITE_P(All, DeepFormat,
                          testing::Values("Mono8", "Mono10", "Mono12", "Mono14", "Mono16",
-                                         "BayerGR8", "BayerRG10", "BayerGB12", "BayerBG16"),
+                                         "BayerGR8", "BayerRG8", "BayerGB8", "BayerBG8",
+                                         "BayerGR10", "BayerRG10", "BayerGB10", "BayerBG10",
+                                         "BayerGR12", "BayerRG12", "BayerGB12", "BayerBG12",
+                                         "BayerGR16", "BayerRG16", "BayerGB16", "BayerBG16"),
                          [](const auto &row) { return std::string(row.param); });
 
 TEST(ToGray8, bitsAboveTheDepthAreWhite)
