@@ -2,6 +2,8 @@
 // Which real cameras are there, and what it takes to open one.
 #include "library/genicam/Discovery.h"
 
+#include "library/genicam/GigePresence.h"
+
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -112,7 +114,12 @@ GPtr<ArvDevice> openGige(const CameraRecord &camera, Failure &failure)
     const std::string local = localAddressTowards(camera.address);
     const GPtr<GInetAddress> interface(g_inet_address_new_from_string(local.c_str()));
     const GPtr<GInetAddress> remote(g_inet_address_new_from_string(camera.address.c_str()));
-    if (!interface || !remote) {
+    const char *reason = "no network of this computer leads to its address";
+    if (interface && remote) {
+        reason = GigePresence(interface.get(), remote.get()).whyGone();
+    }
+    if (reason != nullptr) {
+        g_set_error_literal(failure.slot(), ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_NOT_FOUND, reason);
         return nullptr;
     }
     return GPtr<ArvDevice>(arv_gv_device_new(interface.get(), remote.get(), failure.slot()));

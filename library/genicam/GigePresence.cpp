@@ -25,14 +25,16 @@ constexpr int answerPatience = 50; // milliseconds; a refusal comes as fast as a
 constexpr std::array<std::uint8_t, 12> question{0x42, 0x01, 0x00, 0x80, 0x00, 0x04,
                                                 0x00, 0x01, 0x00, 0x00, 0x0A, 0x00};
 
-bool takeAddress(GSocketAddress *from, std::uint16_t port, sockaddr_in &to)
+bool takeAddress(GInetAddress *from, std::uint16_t port, sockaddr_in &to)
 {
-    if (from == nullptr || g_socket_address_get_family(from) != G_SOCKET_FAMILY_IPV4 ||
-        !g_socket_address_to_native(from, &to, sizeof to, nullptr)) {
-        return false;
-    }
-    to.sin_port = htons(port);
-    return true;
+    const GPtr<GSocketAddress> address(g_inet_socket_address_new(from, port));
+    return g_inet_address_get_family(from) == G_SOCKET_FAMILY_IPV4 &&
+           g_socket_address_to_native(address.get(), &to, sizeof to, nullptr);
+}
+
+GInetAddress *hostOf(GSocketAddress *address)
+{
+    return g_inet_socket_address_get_address(G_INET_SOCKET_ADDRESS(address));
 }
 
 /// True if the interface with that address is gone, switched off, or without a link.
@@ -79,9 +81,14 @@ GigePresence::GigePresence(ArvDevice *device)
 {
     if (ARV_IS_GV_DEVICE(device)) {
         ArvGvDevice *gige = ARV_GV_DEVICE(device);
-        gige_ = takeAddress(arv_gv_device_get_interface_address(gige), 0, local_) &&
-                takeAddress(arv_gv_device_get_device_address(gige), controlPort, camera_);
+        *this = GigePresence(hostOf(arv_gv_device_get_interface_address(gige)),
+                             hostOf(arv_gv_device_get_device_address(gige)));
     }
+}
+
+GigePresence::GigePresence(GInetAddress *local, GInetAddress *camera)
+    : gige_(takeAddress(local, 0, local_) && takeAddress(camera, controlPort, camera_))
+{
 }
 
 const char *GigePresence::whyGone() const

@@ -15,15 +15,17 @@ class GigePresence {
 public:
     /// For any camera; of those that are not GigE Vision nothing is ever proven.
     explicit GigePresence(ArvDevice *device);
+    /// For a camera that is not open yet, by the addresses of the interface and of the camera.
+    GigePresence(GInetAddress *local, GInetAddress *camera);
 
     /// The proof in words; null if there is none: then the camera may be there or not. Takes
     /// 50 ms at most.
     const char *whyGone() const;
 
 private:
-    bool gige_ = false;
     sockaddr_in local_{};
     sockaddr_in camera_{};
+    bool gige_ = false;
 };
 
 } // namespace orvalis

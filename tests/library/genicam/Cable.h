@@ -11,11 +11,13 @@ namespace genicamtest {
 class Cable {
 public:
     static constexpr const char *cameraAddress = "10.77.0.2";
+    static constexpr const char *secondAddress = "10.77.0.3";
 
     explicit Cable(int mtu = 1500)
     {
-        run(here() + "addr add 10.77.0.1/24 dev cable0");
-        run(there() + "addr add 10.77.0.2/24 dev cable1");
+        addAddressHere();
+        addAddressThere(cameraAddress);
+        addAddressThere(secondAddress);
         setMtuHere(mtu);
         setMtuThere(mtu);
         run(here() + "link set cable0 up");
@@ -23,7 +25,7 @@ public:
     }
     ~Cable()
     {
-        run(here() + "addr flush dev cable0");
+        removeAddressesHere();
         run(there() + "addr flush dev cable1");
         pullOut();
     }
@@ -37,6 +39,12 @@ public:
         return {"nsenter", "--net", "--target", process != nullptr ? process : "0"};
     }
 
+    void addAddressHere() { run(here() + "addr add 10.77.0.1/24 dev cable0"); }
+    void removeAddressesHere() { run(here() + "addr flush dev cable0"); }
+    void addAddressThere(const std::string &address)
+    {
+        run(there() + "addr add " + address + "/24 dev cable1");
+    }
     void pullOut() { run(there() + "link set cable1 down"); }
     void plugIn()
     {

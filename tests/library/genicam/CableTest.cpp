@@ -64,6 +64,81 @@ TEST_P(AcrossTheCable, aCameraIsFoundAndStreams)
     device->stopStream();
 }
 
+TEST_P(AcrossTheCable, twoCamerasBehindOneInterfaceStreamTogether)
+{
+    const Cable cable;
+    const CameraProcess one(1, Cable::cameraAddress, Cable::launcher());
+    const CameraProcess two(2, Cable::secondAddress, Cable::launcher());
+    const auto first = discoveredAndOpened(one);
+    const auto second = openCamera(*backend_, two.id());
+    ASSERT_TRUE(first && second);
+    ASSERT_EQ(first->startStream(), ORVALIS_OK);
+    ASSERT_EQ(second->startStream(), ORVALIS_OK);
+    for (int i = 0; i < 5; ++i) {
+        expectWholePictures(*first, 1);
+        expectWholePictures(*second, 1);
+    }
+}
+
+TEST_P(AcrossTheCable, interfacesComeAndGo)
+{
+    Cable cable;
+    const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(backend_->discover().size(), 1U);
+        cable.removeAddressesHere();
+        EXPECT_EQ(backend_->discover().size(), 0U);
+        std::unique_ptr<Device> device;
+        EXPECT_NE(backend_->open(camera.id(), device), ORVALIS_OK);
+        cable.addAddressHere();
+    }
+    EXPECT_EQ(backend_->discover().size(), 1U);
+    const auto device = openCamera(*backend_, camera.id());
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    expectWholePictures(*device, 1);
+}
+
+TEST_P(AcrossTheCable, aCameraOfAnotherSubnetIsShownWithTheReason)
+{
+    Cable cable;
+    cable.addAddressThere("192.168.99.2");
+    backend_->discover(); // what has not changed is not told again
+    const CameraProcess camera(1, "192.168.99.2", Cable::launcher());
+    testing::internal::CaptureStderr();
+    const auto found = backend_->discover();
+    const std::string said = testing::internal::GetCapturedStderr();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_NE(said.find("its address is on no subnet of this computer"), std::string::npos) << said;
+    std::unique_ptr<Device> device;
+    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND);
+}
+
+TEST_P(AcrossTheCable, aCameraBehindACableThatIsOutIsNotFoundAtOnce)
+{
+    Cable cable;
+    const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
+    backend_->discover();
+    cable.pullOut();
+    std::unique_ptr<Device> device;
+    const Clock::time_point begin = Clock::now();
+    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND);
+    std::printf("told after %.2f ms\n", Milliseconds(Clock::now() - begin).count());
+}
+
+TEST_P(AcrossTheCable, aCameraThatDoesNotStreamIsLostAtItsNextImage)
+{
+    Cable cable;
+    const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
+    const auto device = discoveredAndOpened(camera);
+    ASSERT_TRUE(device);
+    cable.pullOut();
+    expectLost("takeImage", [&] {
+        RawImage image;
+        return device->takeImage(image, Clock::now() + 30s);
+    });
+}
+
 TEST_P(AcrossTheCable, aCableThatIsPulledOutIsALoss)
 {
     Cable cable;
