@@ -123,6 +123,12 @@ private:
     void init_graphics_view(bool streaming);
     void paintCross(QPixmap *pixmap) const;
 
+    // Status bar.
+    /// Shows `text` in a label that gets a fixed size. Any other label makes the whole window lay
+    /// itself out anew with every text, up to 1000 times a second; this one only when its size
+    /// changes, and digits are all equally wide.
+    static void showInStatusBar(QLabel *label, const QString &text);
+
     // Connection.
     void cameraOpened(const CameraId &id);
     void attachPanels();

@@ -64,16 +64,23 @@ void MainWindow::UpdateUIStatus(bool on, int stage)
     }
 }
 
+void MainWindow::showInStatusBar(QLabel *label, const QString &text)
+{
+    label->setText(text);
+    label->setFixedSize(label->fontMetrics().size(Qt::TextSingleLine, text));
+}
+
 void MainWindow::slotStatusBar(int kind, double a, double b)
 {
     if (kind == 0) {
-        m_pRecvLabel->setText(QStringLiteral("Recv :                 %1").arg(wholeNumber(a)));
+        showInStatusBar(m_pRecvLabel,
+                        QStringLiteral("Recv :                 %1").arg(wholeNumber(a)));
         return;
     }
     // A rate that was under way when its stream ended would stay on show.
     const bool late = sender() == this && !m_bStreaming;
     if (kind != 1 || late)
         return;
-    m_pRateLabel->setText(QStringLiteral("                        %1")
-                              .arg(QString::fromLatin1(formatRates(a, b).data())));
+    showInStatusBar(m_pRateLabel, QStringLiteral("                        %1")
+                                      .arg(QString::fromLatin1(formatRates(a, b).data())));
 }

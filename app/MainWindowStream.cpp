@@ -100,7 +100,7 @@ void MainWindow::slotStopCamera()
     if (!m_bStreaming)
         return;
     m_rateMeter.restart();
-    m_pRateLabel->setText(QStringLiteral("               0.0 fps (0.0 MB/s)"));
+    showInStatusBar(m_pRateLabel, QStringLiteral("               0.0 fps (0.0 MB/s)"));
     m_bStreaming = false;
     joinDisplayThread();
     (void)OrvalisStopAcquisition(m_hCamera);

@@ -65,7 +65,7 @@ void MainWindow::slotDisplayFrame(QPixmap pixmap)
         m_pixmapItem->setPixmap(pixmap);
     }
     if (m_bFitView)
-        ui->graphicsView->fitInView(ui->graphicsView->scene()->sceneRect(), Qt::KeepAspectRatio);
+        ui->graphicsView->fitScene();
 }
 
 void MainWindow::paintCross(QPixmap *pixmap) const

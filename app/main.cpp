@@ -17,10 +17,20 @@ int runViewer(QApplication *application)
     return application->exec();
 }
 
+// All drawing is done by the processor. Loading OpenGL, which Qt does with the first window, would
+// take a third of the time to start.
+void startWithoutOpenGl()
+{
+    constexpr char variable[] = "QT_XCB_GL_INTEGRATION";
+    if (!qEnvironmentVariableIsSet(variable))
+        qputenv(variable, "none");
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    startWithoutOpenGl();
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);

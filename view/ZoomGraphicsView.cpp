@@ -32,6 +32,19 @@ ZoomGraphicsView::ZoomGraphicsView(QWidget *parent) : QGraphicsView(parent)
 
 void ZoomGraphicsView::ZoomInOut(int delta) { startZoom(geometry().center(), delta); }
 
+void ZoomGraphicsView::fitScene()
+{
+    if (presentFit() == m_fit)
+        return;
+    fitInView(scene()->sceneRect(), Qt::KeepAspectRatio);
+    m_fit = presentFit();
+}
+
+ZoomGraphicsView::Fit ZoomGraphicsView::presentFit() const
+{
+    return {viewport()->size(), scene()->sceneRect(), transform()};
+}
+
 void ZoomGraphicsView::wheelEvent(QWheelEvent *event)
 {
     startZoom(event->position().toPoint(), wheelDelta(*event));

@@ -18,6 +18,10 @@ public:
     /// @param delta wheel units: 120 is one step in, -120 one step out
     void ZoomInOut(int delta);
 
+    /// Shows the whole scene as large as the view permits. Nothing is drawn anew if it is shown so
+    /// already.
+    void fitScene();
+
 protected:
     void wheelEvent(QWheelEvent *event) override;
 
@@ -28,6 +32,19 @@ private slots:
 private:
     void startZoom(const QPoint &anchor, int delta);
 
+    /// What fitScene() started from and what came out.
+    struct Fit {
+        QSize view;
+        QRectF scene;
+        QTransform transform;
+        bool operator==(const Fit &other) const
+        {
+            return view == other.view && scene == other.scene && transform == other.transform;
+        }
+    };
+    Fit presentFit() const;
+
+    Fit m_fit;
     bool *m_pFitView = nullptr;
     double numScheduledScalings = 0.0; ///< pending steps: positive in, negative out
     QPoint m_anchor;                   ///< viewport point that stays still

@@ -4,6 +4,9 @@
 
 #include <QSemaphore>
 #include <QTimeLine>
+#include <QtConcurrent>
+
+#include <latch>
 
 using shell::Frame;
 using shell::gray;
@@ -30,6 +33,7 @@ private slots:
     void playShowsWhetherItPlays();
     void framesAreCounted();
     void theCallbackWaitsForNobody();
+    void countsLeaveTheLayoutAlone();
     void ratesComeWithEvery31stFrame();
     void aRateThatComesLateIsNotShown();
     void theNewestFrameIsShown();
@@ -37,6 +41,7 @@ private slots:
     void planesAreChosenByFormat();
     void aWidthNotDivisibleBy4ShowsAlignedRows_data();
     void aWidthNotDivisibleBy4ShowsAlignedRows();
+    void greyIsShownWhileThePoolIsBusy();
     void brokenFramesAreDropped();
     void framesBehindAStopAreNotShown();
     void eventsDuringStartMayCloseTheCamera();
@@ -59,6 +64,44 @@ constexpr std::uint32_t bayerGR12 = 0x01100010;
 constexpr std::uint32_t mono8 = 0x01080001;
 constexpr std::uint32_t mono12 = 0x01100005;
 constexpr std::uint32_t rgb8 = 0x02180014;
+
+/// Lets events through, and those that they bring about.
+void settle()
+{
+    for (int round = 0; round < 10; ++round)
+        QCoreApplication::processEvents();
+}
+
+/// Counts the times that a widget is to lay itself out anew.
+class LayoutRequests : public QObject {
+public:
+    explicit LayoutRequests(QWidget *widget) { widget->installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::LayoutRequest ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
+/// Keeps every thread of the global pool busy while it lives.
+class BusyPool {
+public:
+    BusyPool()
+    {
+        for (int i = 0; i < QThreadPool::globalInstance()->maxThreadCount(); ++i)
+            m_tasks.addFuture(QtConcurrent::run([this] { m_end.wait(); }));
+    }
+    ~BusyPool()
+    {
+        m_end.count_down();
+        m_tasks.waitForFinished();
+    }
+
+private:
+    std::latch m_end{1};
+    QFutureSynchronizer<void> m_tasks;
+};
 
 } // namespace
 
@@ -253,6 +296,30 @@ void StreamTest::theCallbackWaitsForNobody()
     shell->slotStopCamera();
 }
 
+void StreamTest::countsLeaveTheLayoutAlone()
+{
+    const Shell shell;
+    shell->show();
+    QVERIFY(QTest::qWaitForWindowExposed(shell.window.get()));
+    shell->slotStatusBar(0, 123, 0);
+    shell->slotStatusBar(1, 29.9, 149.9);
+    settle();
+    const LayoutRequests ofWindow(shell.window.get());
+    const LayoutRequests ofStatusBar(shell->statusBar());
+    shell->slotStatusBar(0, 456, 0);
+    shell->slotStatusBar(1, 30.0, 150.0);
+    settle();
+    QCOMPARE(ofWindow.count, 0);
+    QCOMPARE(ofStatusBar.count, 0);
+
+    const int narrow = shell.recvLabel()->width();
+    shell->slotStatusBar(0, 12345678, 0);
+    QTRY_VERIFY(shell.recvLabel()->width() > narrow);
+    QCOMPARE(shell.recvLabel()->size(), QLabel(shell.recvLabel()->text()).sizeHint());
+    shell->slotStatusBar(0, 123, 0);
+    QTRY_COMPARE(shell.recvLabel()->width(), narrow);
+}
+
 void StreamTest::ratesComeWithEvery31stFrame()
 {
     const Shell shell;
@@ -365,6 +432,21 @@ void StreamTest::aWidthNotDivisibleBy4ShowsAlignedRows()
         }
     }
     shell->slotStopCamera();
+}
+
+void StreamTest::greyIsShownWhileThePoolIsBusy()
+{
+    const Shell shell([] {
+        shell::setPixelFormat("Mono8", mono8);
+        shell::setRegion(640, 480);
+    });
+    shell.play();
+    Frame frame(640, 480, 77);
+    const BusyPool pool; // as with many frames to be saved
+    QVERIFY(shows(shell, frame, gray(77)));
+    shell.action("actionDrawCenter")->setChecked(true);
+    QVERIFY(frame.deliver());
+    QTRY_COMPARE(shell.picture().pixelColor(320, 240), QColor(Qt::red));
 }
 
 void StreamTest::brokenFramesAreDropped()

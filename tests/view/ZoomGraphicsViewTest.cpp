@@ -42,6 +42,8 @@ private slots:
     void worksWithoutAFitFlag();
     void theWheelNeverScrolls();
     void aWheelTurnedSidewaysZoomsToo();
+    void aFitShowsTheWholeScene();
+    void aFitThatIsThereDrawsNothing();
     void closingDuringAnAnimationIsHarmless();
     void aStrayEndOfAnAnimationIsHarmless();
 
@@ -64,6 +66,25 @@ private:
 namespace {
 
 constexpr double tolerance = 1e-9;
+
+/// Lets events through, and those that they bring about.
+void settle()
+{
+    for (int round = 0; round < 10; ++round)
+        QCoreApplication::processEvents();
+}
+
+/// Counts the times that a widget is painted.
+class Paintings : public QObject {
+public:
+    explicit Paintings(QWidget *widget) { widget->installEventFilter(this); }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
 
 bool near(double a, double b) { return std::abs(a - b) < tolerance; }
 
@@ -340,6 +361,42 @@ void ZoomGraphicsViewTest::aWheelTurnedSidewaysZoomsToo()
     turnWheel({100, 100}, {-120, 30});
     stopTicking();
     QCOMPARE(pending(), -1.0);
+}
+
+void ZoomGraphicsViewTest::aFitShowsTheWholeScene()
+{
+    const auto wholeSceneFills = [this] {
+        const QRectF shown = m_view->transform().mapRect(m_scene->sceneRect());
+        const QSizeF room = m_view->viewport()->size();
+        return shown.width() <= room.width() && shown.height() <= room.height() &&
+               (shown.width() > room.width() - 8 || shown.height() > room.height() - 8);
+    };
+    m_view->fitScene();
+    QVERIFY(wholeSceneFills());
+    m_view->resize(500, 500);
+    m_view->fitScene();
+    QVERIFY(wholeSceneFills());
+    m_view->scale(2, 2);
+    m_view->fitScene();
+    QVERIFY(wholeSceneFills());
+    m_scene->addItem(new QGraphicsPixmapItem(QPixmap(4000, 6000)));
+    m_view->fitScene();
+    QVERIFY(wholeSceneFills());
+}
+
+void ZoomGraphicsViewTest::aFitThatIsThereDrawsNothing()
+{
+    m_view->fitScene();
+    settle(); // scroll bars go, which makes room
+    m_view->fitScene();
+    settle();
+    const Paintings paintings(m_view->viewport());
+    m_view->fitScene();
+    settle();
+    QCOMPARE(paintings.count, 0);
+    m_view->resize(200, 200);
+    m_view->fitScene();
+    QTRY_VERIFY(paintings.count > 0);
 }
 
 void ZoomGraphicsViewTest::closingDuringAnAnimationIsHarmless()
