@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
-// From a colour mosaic to full colour: OpenCV for the inside, our own code for the border.
+// From a colour mosaic to full colour: rows of vector code for the inside, pixels for the border.
 #include "library/convert/Bayer.h"
 
-#include <opencv2/imgproc.hpp>
+#include "library/convert/RowPlanes.h"
+#include "library/core/Vectorised.h"
+
+#include <opencv2/core/utility.hpp>
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <vector>
 
 namespace orvalis {
 namespace {
@@ -40,21 +45,6 @@ std::array<Channel, 4> tileOf(PixelKind order)
         return {green, blue, red, green};
     default:
         return {blue, green, green, red};
-    }
-}
-
-/// OpenCV's older names tell the colours of the second row and column; these tell the first.
-int conversionCode(PixelKind order)
-{
-    switch (order) {
-    case PixelKind::BayerGR:
-        return cv::COLOR_BayerGRBG2RGB;
-    case PixelKind::BayerRG:
-        return cv::COLOR_BayerRGGB2RGB;
-    case PixelKind::BayerGB:
-        return cv::COLOR_BayerGBRG2RGB;
-    default:
-        return cv::COLOR_BayerBGGR2RGB;
     }
 }
 
@@ -98,17 +88,75 @@ void interpolateBorder(const Mosaic &mosaic, std::uint8_t *out)
     }
 }
 
+using std::uint8_t;
+
+/// Rounded mean of two.
+[[gnu::always_inline]] inline uint8_t mean(uint8_t a, uint8_t b)
+{
+    return static_cast<uint8_t>((a + b + 1) / 2);
+}
+
+/// Rounded mean of four, in bytes throughout: the mean of two means is too large by one where both
+/// steps rounded up without need.
+[[gnu::always_inline]] inline uint8_t mean(uint8_t a, uint8_t b, uint8_t c, uint8_t d)
+{
+    const uint8_t ab = mean(a, b);
+    const uint8_t cd = mean(c, d);
+    const int excess = ((a ^ b) | (c ^ d)) & (ab ^ cd) & 1;
+    return static_cast<uint8_t>(mean(ab, cd) - excess);
+}
+
+/// The inside of a row: `own` gets the colour that it shares with green, `other` that of the rows
+/// above and below. `isGreen` is 255 for pixels of green and 0 for others.
+ORVALIS_VECTORISED
+void interpolateRow(const uint8_t *__restrict row, std::ptrdiff_t width,
+                    const uint8_t *__restrict isGreen, uint8_t *__restrict own,
+                    uint8_t *__restrict green, uint8_t *__restrict other)
+{
+    const uint8_t *const above = row - width;
+    const uint8_t *const below = row + width;
+    for (std::ptrdiff_t x = 1; x < width - 1; ++x) {
+        const uint8_t sample = row[x];
+        const uint8_t left = row[x - 1], right = row[x + 1], up = above[x], down = below[x];
+        const uint8_t cross = mean(left, right, up, down);
+        const uint8_t diagonal = mean(above[x - 1], above[x + 1], below[x - 1], below[x + 1]);
+        const auto at = [mask = isGreen[x]](uint8_t ofGreen, uint8_t ofColor) {
+            return static_cast<uint8_t>((ofGreen & mask) | (ofColor & ~mask));
+        };
+        own[x] = at(mean(left, right), sample);
+        green[x] = at(sample, cross);
+        other[x] = at(mean(up, down), diagonal);
+    }
+}
+
+void interpolateRows(const Mosaic &mosaic, const cv::Range &rows, uint8_t *out)
+{
+    const auto width = static_cast<std::size_t>(mosaic.width);
+    RowPlanes planes(width);
+    std::vector<uint8_t> everyOther(width + 1);
+    for (std::size_t i = 0; i <= width; i += 2)
+        everyOther[i] = 255;
+    for (int y = rows.start; y < rows.end; ++y) {
+        const auto at = static_cast<std::size_t>(y) * width;
+        const bool greenFirst = mosaic.channel(0, y) == green;
+        const bool redRow = mosaic.channel(greenFirst ? 1 : 0, y) == red;
+        interpolateRow(mosaic.data + at, mosaic.width, &everyOther[greenFirst ? 0 : 1],
+                       redRow ? planes.r.data() : planes.b.data(), planes.g.data(),
+                       redRow ? planes.b.data() : planes.r.data());
+        interleave(planes, out + at * 3);
+    }
+}
+
 } // namespace
 
-void demosaic(PixelKind order, const std::uint8_t *mosaic, int width, int height, std::uint8_t *out)
+void demosaic(PixelKind order, const uint8_t *mosaic, int width, int height, uint8_t *out)
 {
-    // Below this OpenCV has no inside to interpolate.
+    const Mosaic image{mosaic, width, height, tileOf(order)};
     if (width > 2 && height > 2) {
-        const cv::Mat in(height, width, CV_8UC1, const_cast<std::uint8_t *>(mosaic));
-        cv::Mat result(height, width, CV_8UC3, out);
-        cv::cvtColor(in, result, conversionCode(order));
+        cv::parallel_for_(cv::Range(1, height - 1),
+                          [&](const cv::Range &rows) { interpolateRows(image, rows, out); });
     }
-    interpolateBorder({mosaic, width, height, tileOf(order)}, out);
+    interpolateBorder(image, out);
 }
 
 } // namespace orvalis

@@ -3,13 +3,13 @@
 #include "library/convert/Bayer.h"
 #include "library/convert/Convert.h"
 #include "library/convert/ImageChecks.h"
+#include "library/convert/RowPlanes.h"
+#include "library/core/Vectorised.h"
 
 #include <opencv2/imgproc.hpp>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
-#include <vector>
 
 namespace orvalis {
 namespace {
@@ -30,12 +30,6 @@ std::uint8_t clamped(int fixedPoint)
     return static_cast<std::uint8_t>(std::clamp(fixedPoint >> 16, 0, 255));
 }
 
-/// Rows of the three colours that one thread works on, small enough for the nearest cache.
-struct Planes {
-    explicit Planes(std::size_t width) : r(width), g(width), b(width) {}
-    std::vector<std::uint8_t> r, g, b;
-};
-
 /// One pixel by ITU-R BT.601 with the full range of 0 to 255 in Y, U and V (128 is no colour):
 /// R = Y + 1.402 V', G = Y - 0.344136 U' - 0.714136 V', B = Y + 1.772 U', with U' = U - 128,
 /// V' = V - 128. Here in 1/65536.
@@ -48,8 +42,9 @@ inline void yuvPixel(int y, int u, int v, std::uint8_t &r, std::uint8_t &g, std:
 }
 
 template <std::size_t Y, std::size_t U, std::size_t V>
-void yuvPairs(const std::uint8_t *__restrict in, std::size_t pairs, std::uint8_t *__restrict r,
-              std::uint8_t *__restrict g, std::uint8_t *__restrict b)
+[[gnu::always_inline]] inline void yuvPairs(const std::uint8_t *__restrict in, std::size_t pairs,
+                                            std::uint8_t *__restrict r, std::uint8_t *__restrict g,
+                                            std::uint8_t *__restrict b)
 {
     for (std::size_t i = 0; i < pairs; ++i) {
         const int u = in[i * 4 + U];
@@ -59,10 +54,22 @@ void yuvPairs(const std::uint8_t *__restrict in, std::size_t pairs, std::uint8_t
     }
 }
 
-void yuvRow(const std::uint8_t *in, std::size_t width, bool uyvy, Planes &row)
+ORVALIS_VECTORISED void yuyvPairs(const std::uint8_t *in, std::size_t pairs, std::uint8_t *r,
+                                  std::uint8_t *g, std::uint8_t *b)
+{
+    yuvPairs<0, 1, 3>(in, pairs, r, g, b);
+}
+
+ORVALIS_VECTORISED void uyvyPairs(const std::uint8_t *in, std::size_t pairs, std::uint8_t *r,
+                                  std::uint8_t *g, std::uint8_t *b)
+{
+    yuvPairs<1, 0, 2>(in, pairs, r, g, b);
+}
+
+void yuvRow(const std::uint8_t *in, std::size_t width, bool uyvy, RowPlanes &row)
 {
     const std::size_t pairs = width / 2;
-    const auto convert = uyvy ? yuvPairs<1, 0, 2> : yuvPairs<0, 1, 3>;
+    const auto convert = uyvy ? uyvyPairs : yuyvPairs;
     convert(in, pairs, row.r.data(), row.g.data(), row.b.data());
     if (width % 2 != 0) {
         // The last pixel of an odd row comes with U alone: V is that of the pair before it.
@@ -73,29 +80,16 @@ void yuvRow(const std::uint8_t *in, std::size_t width, bool uyvy, Planes &row)
     }
 }
 
-/// Three planes of `rows` x `columns` pixels to R, G, B in turn.
-void interleave(const std::uint8_t *r, const std::uint8_t *g, const std::uint8_t *b, int rows,
-                int columns, std::uint8_t *out)
-{
-    const auto plane = [&](const std::uint8_t *data) {
-        return cv::Mat(rows, columns, CV_8UC1, const_cast<std::uint8_t *>(data));
-    };
-    const std::array planes{plane(r), plane(g), plane(b)};
-    cv::Mat result(rows, columns, CV_8UC3, out);
-    cv::merge(planes.data(), planes.size(), result);
-}
-
 void yuvToRgb(const ImageView &image, std::uint8_t *out)
 {
     const bool uyvy = image.format->kind == PixelKind::Uyvy;
     const std::size_t width = image.width;
     cv::parallel_for_(cv::Range(0, static_cast<int>(image.height)), [&](const cv::Range &rows) {
-        Planes row(width);
+        RowPlanes row(width);
         for (int i = rows.start; i < rows.end; ++i) {
             const auto y = static_cast<std::size_t>(i);
             yuvRow(image.data + y * width * 2, width, uyvy, row);
-            interleave(row.r.data(), row.g.data(), row.b.data(), 1, static_cast<int>(width),
-                       out + y * width * 3);
+            interleave(row, out + y * width * 3);
         }
     });
 }
@@ -103,8 +97,7 @@ void yuvToRgb(const ImageView &image, std::uint8_t *out)
 void planarToRgb(const ImageView &image, std::uint8_t *out)
 {
     const std::size_t pixels = pixelCount(image);
-    interleave(image.data, image.data + pixels, image.data + 2 * pixels,
-               static_cast<int>(image.height), static_cast<int>(image.width), out);
+    interleave(image.data, image.data + pixels, image.data + 2 * pixels, pixels, out);
 }
 
 void planarToBrightness(const ImageView &image, std::uint8_t *out)

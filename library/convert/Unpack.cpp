@@ -123,15 +123,31 @@ void unpackAll(const std::uint8_t *in, std::size_t size, std::size_t pixels, std
 }
 
 /// `out` gets the upper 8 bits. Some cameras leave noise above the significant bits: better white
-/// than wrapped around.
-void shiftDown(const std::uint8_t *__restrict in, std::size_t count, unsigned shift,
-               std::uint8_t *__restrict out)
+/// than wrapped around. The shift is a constant, as the compiler widens words to shift them by
+/// anything else.
+template <unsigned shift>
+void shiftDown(const std::uint8_t *__restrict in, std::size_t count, std::uint8_t *__restrict out)
 {
     for (std::size_t i = 0; i < count; ++i) {
         std::uint16_t word = 0;
         std::memcpy(&word, in + i * sizeof word, sizeof word);
         word = static_cast<std::uint16_t>(word >> shift);
         out[i] = static_cast<std::uint8_t>(word > 255 ? 255 : word);
+    }
+}
+
+/// shiftDown() for samples of `depth` bits: 10, 12, 14 or 16.
+auto shiftFrom(unsigned depth)
+{
+    switch (depth) {
+    case 10:
+        return shiftDown<2>;
+    case 12:
+        return shiftDown<4>;
+    case 14:
+        return shiftDown<6>;
+    default:
+        return shiftDown<8>;
     }
 }
 
@@ -161,13 +177,13 @@ bool toGray8(const ImageView &image, std::uint8_t *out)
         std::memcpy(out, image.data, pixels);
         return true;
     }
-    const unsigned shift = image.format->depth - 8;
+    const auto shift = shiftFrom(image.format->depth);
     cv::parallel_for_(
         cv::Range(0, stripes(pixels)),
         [&](const cv::Range &range) {
             const Stripe stripe = stripeOf(range, pixels);
-            shiftDown(image.data + stripe.first * sizeof(std::uint16_t), stripe.count, shift,
-                      out + stripe.first);
+            shift(image.data + stripe.first * sizeof(std::uint16_t), stripe.count,
+                  out + stripe.first);
         },
         static_cast<double>(pixels) / (16 * stripePixels));
     return true;

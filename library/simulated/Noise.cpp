@@ -2,6 +2,8 @@
 // Random numbers and the loops that weight them; the loops are written to be vectorised.
 #include "library/simulated/Noise.h"
 
+#include "library/core/Vectorised.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -49,6 +51,7 @@ std::size_t NoiseOffsets::next(std::size_t count)
     return state_ % (kNumbers - count);
 }
 
+ORVALIS_VECTORISED
 void addNoise(const std::uint8_t *__restrict base, const std::uint8_t *__restrict sigma,
               const std::int8_t *__restrict random, std::uint8_t *__restrict out, std::size_t count)
 {
@@ -60,6 +63,7 @@ void addNoise(const std::uint8_t *__restrict base, const std::uint8_t *__restric
     }
 }
 
+ORVALIS_VECTORISED
 void addNoise(const std::uint16_t *__restrict base, const std::int16_t *__restrict sigma,
               const std::int16_t *__restrict random, std::uint16_t *__restrict out,
               std::size_t count)
