@@ -148,6 +148,22 @@ INSTANTIATE_TEST_SUITE_P(All, BayerFormat,
                                     std::string(std::get<1>(row.param));
                          });
 
+// A smooth scene does not round in every way that there is.
+TEST(Bayer, noiseIsInterpolatedToTheBit)
+{
+    for (const std::string_view order : {"GR", "RG", "GB", "BG"}) {
+        const PixelFormat &format = *findPixelFormat("Bayer" + std::string(order) + "8");
+        for (const auto &[width, height] :
+             {std::pair{3U, 3U}, {34U, 5U}, {65U, 64U}, {131U, 67U}, {640U, 33U}}) {
+            const Seen seen{order, width, height, testSamples(std::size_t{width} * height, 8)};
+            const Exact<std::uint8_t> bytes(encode(format, seen.samples));
+            Exact<std::uint8_t> rgb(seen.samples.size() * 3);
+            ASSERT_TRUE(toRgb8(view(format, bytes, width, height), rgb.data(), nullptr));
+            expectInterpolated(seen, rgb);
+        }
+    }
+}
+
 TEST(Bayer, anEvenlyColouredWallKeepsItsColour)
 {
     constexpr Rgb wall{200, 100, 50};
