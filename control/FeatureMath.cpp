@@ -2,6 +2,8 @@
 // Exposure steps, gamma slider, region mapping and save formats of the control panel.
 #include "control/FeatureMath.h"
 
+#include <QPointF>
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -73,8 +75,10 @@ Region regionFromDrag(QPoint start, QPoint end, QSize label, QSize sensor)
 {
     const double scaleX = static_cast<double>(sensor.width()) / std::max(1, label.width());
     const double scaleY = static_cast<double>(sensor.height()) / std::max(1, label.height());
-    return {truncated(start.x() * scaleX), truncated(start.y() * scaleY),
-            truncated((end.x() - start.x()) * scaleX), truncated((end.y() - start.y()) * scaleY)};
+    const QPointF from(start);
+    const QPointF extent = QPointF(end) - from; // may be beyond an int
+    return {truncated(from.x() * scaleX), truncated(from.y() * scaleY),
+            truncated(extent.x() * scaleX), truncated(extent.y() * scaleY)};
 }
 
 QStringList saveExtensions(const QStringList &always, const QString &pixelFormat)

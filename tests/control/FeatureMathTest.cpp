@@ -237,6 +237,10 @@ void FeatureMathTest::dragIsScaledToTheSensor_data()
                              << QVector<int>{-6, -9, 1292, 979};
     QTest::newRow("other label") << QPoint(0, 0) << QPoint(640, 480) << QSize(640, 480)
                                  << QVector<int>{0, 0, 1280, 960};
+    constexpr int least = std::numeric_limits<int>::min();
+    constexpr int most = std::numeric_limits<int>::max();
+    QTest::newRow("farther than an int") << QPoint(most, most) << QPoint(least, least) << label
+                                         << QVector<int>{most, most, least, least};
 }
 
 void FeatureMathTest::dragIsScaledToTheSensor()
