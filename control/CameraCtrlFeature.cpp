@@ -13,8 +13,9 @@
 
 namespace {
 
-constexpr auto continuousBalance = QLatin1String("Continuous");
-constexpr auto singleBalance = QLatin1String("Once");
+// Not constexpr: to Clang the length that Qt takes of them is no constant.
+const QLatin1String continuousBalance("Continuous");
+const QLatin1String singleBalance("Once");
 
 /// Whole numbers in decimal, others in the shortest general format.
 template <typename Number> QString rangeText(Number minimum, Number maximum)
