@@ -25,6 +25,19 @@ if(ORVALIS_SANITIZE)
   add_compile_options(-fsanitize=${ORVALIS_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${ORVALIS_SANITIZE})
 endif()
+if(ORVALIS_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link) # for coverage; the fuzzers alone link libFuzzer
+endif()
+if(ORVALIS_COVERAGE)
+  add_link_options(--coverage)
+endif()
+
+# orvalis_count_coverage(<target>): only what is shipped is counted, not the tests.
+function(orvalis_count_coverage target)
+  if(ORVALIS_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic -O0)
+  endif()
+endfunction()
 
 # orvalis_viewer_part(<name> SOURCES ... [LINK ...])
 # One folder of the viewer as a static library that the executable and the tests link. The camera
@@ -35,4 +48,5 @@ function(orvalis_viewer_part name)
   set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON)
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name} PUBLIC Qt5::Widgets Threads::Threads ${ARG_LINK})
+  orvalis_count_coverage(${name})
 endfunction()

@@ -31,6 +31,13 @@ util-linux              the same: unshare
 benchmark_packages='
 libbenchmark-dev        measures conversions; only with -DORVALIS_BENCHMARKS=ON
 '
+fuzz_packages='
+clang                   compiler of the fuzzers
+libclang-rt-dev         libFuzzer and the sanitizers for it
+'
+coverage_packages='
+gcovr                   which lines and branches the tests reach
+'
 lint_packages='
 clang-format            layout of the source
 clang-tidy              habits of the source

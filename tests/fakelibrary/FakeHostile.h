@@ -3,21 +3,26 @@
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
+#include "tests/support/ByteTape.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <random>
 #include <span>
 
 namespace fakeorvalis {
 
-/// A seeded source of hostile output values. Not safe for threads: the library's lock guards it.
+/// Hostile output values, from a seeded generator or from a tape. Not safe for threads: the
+/// library's lock guards it.
 class HostileSource {
 public:
     explicit HostileSource(std::uint32_t seed) : generator_(seed) {}
+    /// Beyond the tape's end answers are harmless: success, zeros, empty texts.
+    explicit HostileSource(viewertest::ByteTape tape) : tape_(std::move(tape)) {}
 
     /// True in `share` of 100 calls.
-    bool chance(unsigned share) { return generator_() % 100 < share; }
+    bool chance(unsigned share) { return below(100) < share; }
     /// Success in three of four calls, else one of the documented codes or a number that is none.
     std::int32_t result();
 
@@ -39,7 +44,12 @@ public:
     void text(std::span<char> buffer);
 
 private:
+    std::uint32_t below(std::uint32_t limit);
+    std::uint32_t word();
+    void textFromTape(std::span<char> buffer);
+
     std::mt19937 generator_;
+    std::optional<viewertest::ByteTape> tape_;
 };
 
 } // namespace fakeorvalis

@@ -105,6 +105,12 @@ void hostile(std::uint32_t seed)
         library().hostile.emplace(seed);
 }
 
+void hostileAnswers(std::vector<std::uint8_t> answers)
+{
+    const std::lock_guard lock(library().mutex);
+    library().hostile.emplace(viewertest::ByteTape(std::move(answers)));
+}
+
 OFrameCallback callback()
 {
     const std::lock_guard lock(library().mutex);

@@ -105,6 +105,9 @@ namespace fakeorvalis __attribute__((visibility("default")))
     /// NUL that fill their buffers, counts beyond capacity, indices out of range, wild numbers,
     /// results at random. Never writes beyond the sizes that OrvalisAPI.h documents. 0 ends it.
     void hostile(std::uint32_t seed);
+    /// The same with the bytes of `answers` in the generator's place, as far as they reach; from
+    /// then on answers are harmless: success, zeros, empty texts.
+    void hostileAnswers(std::vector<std::uint8_t> answers);
 
     /// The callback of the running acquisition, null when stopped. One acquisition at a time is
     /// held for all cameras together. OrvalisUninit() leaves it running: the viewer must be safe

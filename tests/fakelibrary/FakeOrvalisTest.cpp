@@ -357,4 +357,29 @@ TEST_F(FakeOrvalis, hostilityRepeatsItselfForASeed)
     EXPECT_EQ(contrast, 508);
 }
 
+TEST_F(FakeOrvalis, hostileAnswersComeFromTheBytesAndEndHarmless)
+{
+    // Pick 11 of the numbers is a word of its own; a result below 75 is success, the next is not.
+    fakeorvalis::hostileAnswers({11, 4, 3, 2, 1, 0, 0, 99, 1});
+    std::int32_t contrast = 0;
+    EXPECT_EQ(OrvalisGetContrast(m_camera, &contrast), ORVALIS_OK);
+    EXPECT_EQ(contrast, 0x01020304);
+    EXPECT_EQ(OrvalisGetContrast(m_camera, &contrast), -4);
+    EXPECT_EQ(OrvalisGetContrast(m_camera, &contrast), ORVALIS_OK);
+    EXPECT_EQ(contrast, 0);
+    char name[ORVALIS_NAME_SIZE] = "left over";
+    EXPECT_EQ(OrvalisGetTriggerModeStr(m_camera, name), ORVALIS_OK);
+    EXPECT_STREQ(name, "");
+}
+
+TEST_F(FakeOrvalis, textsFromBytesMayFillTheirBuffers)
+{
+    fakeorvalis::hostileAnswers({3, 'a', 'b', 'c', 0, 255, 'x', 0});
+    char name[ORVALIS_NAME_SIZE] = {};
+    OrvalisGetTriggerModeStr(m_camera, name);
+    EXPECT_STREQ(name, "abc");
+    OrvalisGetTriggerModeStr(m_camera, name);
+    EXPECT_EQ(std::string(name, sizeof name), std::string(sizeof name, 'x'));
+}
+
 } // namespace

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// All pixel formats that the library knows, for fuzzers that choose one by its number.
+#pragma once
+
+#include "library/convert/PixelFormat.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace fuzz {
+
+/// Found by their codes: 24 bits say how much room a pixel takes, the others are a number.
+inline std::vector<const orvalis::PixelFormat *> allFormats()
+{
+    std::vector<const orvalis::PixelFormat *> found;
+    for (const std::uint32_t room : {0x0108U, 0x010AU, 0x010CU, 0x0110U, 0x0210U, 0x0218U}) {
+        for (std::uint32_t number = 0; number < 0x200; ++number) {
+            if (const auto *format = orvalis::findPixelFormat(room << 16 | number))
+                found.push_back(format);
+        }
+    }
+    return found;
+}
+
+} // namespace fuzz

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+// Fuzzes what the viewer does with a frame record that claims sizes its planes do not have.
+#include "capture/FramePixels.h"
+#include "capture/FrameSaveJob.h"
+#include "control/SensorCanvas.h"
+#include "tests/fuzz/Fuzz.h"
+#include "tests/fuzz/Widgets.h"
+#include "tests/support/ByteTape.h"
+
+namespace {
+
+using viewertest::ByteTape;
+
+constexpr std::uint32_t largestEdge = 64;
+
+/// Mostly a size that planes can be made for, sometimes any number.
+std::uint32_t edge(ByteTape &tape)
+{
+    return tape.below(4) == 0 ? tape.number<std::uint32_t>() : tape.below(largestEdge + 1);
+}
+
+std::int32_t regionEdge(ByteTape &tape)
+{
+    return tape.below(8) == 0 ? tape.number<std::int16_t>()
+                              : static_cast<std::int32_t>(tape.below(2 * largestEdge));
+}
+
+/// A record and planes of the sizes that the library promises for it, as far as they are small.
+struct Record {
+    explicit Record(ByteTape &tape);
+
+    OImageFrame frame{};
+    std::vector<std::uint8_t> raw, rgb, mono8;
+};
+
+Record::Record(ByteTape &tape)
+{
+    frame.width = edge(tape);
+    frame.height = edge(tape);
+    frame.bitsPerPixel =
+        tape.below(2) == 0 ? 8 * (1 + tape.below(4)) : tape.number<std::uint32_t>();
+    raw.resize(tape.number<std::uint16_t>());
+    frame.rawSize = static_cast<std::uint32_t>(raw.size());
+    frame.raw = tape.below(8) == 0 ? nullptr : raw.data();
+    if (frame.width > largestEdge || frame.height > largestEdge)
+        return; // nobody could have made these planes
+    rgb.resize(std::size_t{3} * frame.width * frame.height);
+    mono8.resize(std::size_t{frame.width} * frame.height);
+    frame.rgb = tape.below(8) == 0 ? nullptr : rgb.data();
+    frame.mono8 = tape.below(8) == 0 ? nullptr : mono8.data();
+}
+
+void checkShown(const Record &record, ByteTape &tape)
+{
+    const std::int32_t width = regionEdge(tape);
+    const std::int32_t height = regionEdge(tape);
+    FrameBuffer buffer(width, height);
+    for (const FramePlane plane : {FramePlane::Rgb, FramePlane::Mono8, FramePlane::Raw}) {
+        const std::uint8_t *pixels = shownPixels(record.frame, plane, width, height);
+        const bool copied = buffer.copyFrom(record.frame, plane);
+        FUZZ_CHECK(!copied || pixels != nullptr);
+        if (pixels == nullptr)
+            continue;
+        const std::uint64_t count = std::uint64_t{record.frame.width} * record.frame.height;
+        FUZZ_CHECK(count <= static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height));
+        FUZZ_CHECK(plane != FramePlane::Raw || count <= record.raw.size());
+    }
+}
+
+void checkSaved(const Record &record, ByteTape &tape)
+{
+    const char *const formats[] = {"BMP", "RAW", "RGB", "rgb", "RAWRGB", ""};
+    const QImage shown(3, 2, QImage::Format_RGB888);
+    const auto job = makeSaveJob(
+        record.frame, shown, formats[tape.below(static_cast<std::uint32_t>(std::size(formats)))]);
+    FUZZ_CHECK(job->raw == nullptr || static_cast<std::size_t>(job->size) <= record.raw.size());
+    FUZZ_CHECK(job->rgb == nullptr || static_cast<std::size_t>(job->size) == record.rgb.size());
+    FUZZ_CHECK(job->ownedBytes.size() == job->size);
+    FUZZ_CHECK(heldBytes(*job) >= static_cast<std::size_t>(job->size));
+}
+
+/// The preview grabs into buffers of its own; only the sizes in the record come from the library.
+void checkPainted(const Record &record, ByteTape &tape)
+{
+    SensorCanvas canvas;
+    OSizeInfo size{};
+    for (std::int32_t *number : {&size.offsetX, &size.offsetY, &size.maxWidth, &size.maxHeight})
+        *number = regionEdge(tape);
+    if (size.maxWidth > 512 || size.maxHeight > 512)
+        return; // painting millions of pixels finds nothing that thousands do not
+    canvas.fitTo(size);
+    OImageFrame *grabbed = canvas.frame();
+    grabbed->width = record.frame.width;
+    grabbed->height = record.frame.height;
+    if (canvas.isEmpty())
+        return;
+    canvas.paintRgb(size);
+    canvas.paintGrey(size);
+    canvas.paintWords(size, static_cast<int>(tape.below(20)));
+    FUZZ_CHECK(canvas.picture().size() == QSize(size.maxWidth, size.maxHeight));
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    fuzz::needApplication();
+    ByteTape tape(data, size);
+    const Record record(tape);
+    const std::size_t readable = rawPlaneBytes(record.frame);
+    FUZZ_CHECK(readable <= record.raw.size());
+    FUZZ_CHECK(record.frame.raw != nullptr || readable == 0);
+    checkShown(record, tape);
+    checkSaved(record, tape);
+    checkPainted(record, tape);
+    return 0;
+}

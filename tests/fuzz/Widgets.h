@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+// What fuzzers of widgets share: the application, and a camera of the recording library.
+#pragma once
+
+#include "tests/fakelibrary/FakeOrvalis.h"
+
+#include <QApplication>
+
+namespace fuzz {
+
+/// Makes the application that widgets need, without a display; once for all inputs. It is never
+/// freed: the widgets live as long as the process, and leave it in no particular order.
+inline void needApplication()
+{
+    static int argc = 1;
+    static char name[] = "fuzzer";
+    static char *argv[] = {name, nullptr};
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    [[maybe_unused]] static const auto *const application = new QApplication(argc, argv);
+}
+
+/// An open camera of the recording library.
+inline OCameraHandle openCamera()
+{
+    needApplication();
+    OrvalisInit();
+    OCameraHandle handle = nullptr;
+    OrvalisOpenCamera("CAM-A", &handle);
+    return handle;
+}
+
+} // namespace fuzz
