@@ -4,15 +4,29 @@
 
 #include "ui_CameraList.h"
 
+#include <QShortcut>
+
 CameraList::CameraList(QWidget *parent)
     : QDockWidget(parent), ui(std::make_unique<Ui::CameraList>())
 {
     ui->setupUi(this);
+    setFocusProxy(ui->listWidget);
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto *open = new QShortcut(key, ui->listWidget);
+        open->setContext(Qt::WidgetShortcut);
+        connect(open, &QShortcut::activated, this, &CameraList::openCurrent);
+    }
 }
 
 CameraList::~CameraList() = default;
 
 int CameraList::currentCameraIdx() const { return ui->listWidget->currentIndex().row(); }
+
+void CameraList::openCurrent()
+{
+    if (currentCameraIdx() >= 0)
+        emit sigOpenCamera(currentCameraIdx());
+}
 
 void CameraList::slotUpdateCameraList(QStringList names)
 {

@@ -38,6 +38,8 @@ private slots:
     void on_listWidget_doubleClicked(const QModelIndex &index);
 
 private:
+    void openCurrent();
+
     std::unique_ptr<Ui::CameraList> ui;
     bool m_bOpened = false;
 };

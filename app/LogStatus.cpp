@@ -13,6 +13,7 @@ constexpr int mostLines = 1000;
 LogStatus::LogStatus(QWidget *parent) : QDockWidget(parent), ui(std::make_unique<Ui::LogStatus>())
 {
     ui->setupUi(this);
+    setFocusProxy(ui->listWidget);
 }
 
 LogStatus::~LogStatus() = default;

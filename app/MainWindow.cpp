@@ -12,8 +12,10 @@
 #include "tree/XMLCtrl.h"
 #include "ui_MainWindow.h"
 #include "view/DrawCenterDlg.h"
+#include "view/HintLabel.h"
 
 #include <QLabel>
+#include <QStatusBar>
 #include <QTimer>
 
 std::atomic<MainWindow *> g_inst{nullptr};
@@ -25,6 +27,7 @@ MainWindow::MainWindow(QWidget *parent)
     ui->setupUi(this);
     (void)OrvalisInit();
     sharpenIcons();
+    giveCornersToSides();
     connectCameraActions();
     createLogDock();
     createCameraListDock();
@@ -36,10 +39,12 @@ MainWindow::MainWindow(QWidget *parent)
     g_inst = this;
     ui->graphicsView->setFitFlag(&m_bFitView);
     createStatusLabels();
+    createGuidance();
     emit sigTraceLog(QStringLiteral("Start orvalisviewer"));
     UpdateUIStatus(false, 0);
     slotRefreshCamera(nullptr);
     startDiscovery();
+    m_pCameraList->setFocus();
 }
 
 MainWindow::~MainWindow()
@@ -60,6 +65,13 @@ void MainWindow::sharpenIcons()
     addToolBarSize(ui->actionOpen, QStringLiteral("camera-open"));
     addToolBarSize(ui->actionClose, QStringLiteral("camera-close"));
     addToolBarSize(ui->actionRegisterAccess_2, QStringLiteral("camera-register"));
+}
+
+/// The log needs little width and the docks at the sides need all the height they can get.
+void MainWindow::giveCornersToSides()
+{
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
 }
 
 void MainWindow::connectCameraActions()
@@ -153,10 +165,30 @@ void MainWindow::createStatusLabels()
 {
     m_pRateLabel = new QLabel(this);
     m_pRecvLabel = new QLabel(this);
+    // The longest numbers to be expected make the room.
+    slotStatusBar(0, 99999999, 0);
+    slotStatusBar(1, 999.9, 9999.9);
     slotStatusBar(0, 0, 0);
     slotStatusBar(1, 0, 0);
     statusBar()->addPermanentWidget(m_pRateLabel);
     statusBar()->addPermanentWidget(m_pRecvLabel);
+}
+
+void MainWindow::createGuidance()
+{
+    ui->graphicsView->setAccessibleName(tr("Picture"));
+    ui->graphicsView->setBackgroundRole(QPalette::Window); // quieter around a picture than white
+    m_pHint = new HintLabel(ui->graphicsView);
+    connect(this, &MainWindow::sigUpdateCameraList, this, [this](const QStringList &names) {
+        m_nCameras = static_cast<int>(names.size());
+        updateGuidance();
+    });
+    connect(ui->actionSave, &QAction::toggled, m_pHint, [this] { updateGuidance(); });
+    // A menu under the mouse clears the message.
+    connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString &message) {
+        if (message.isEmpty())
+            updateGuidance();
+    });
 }
 
 void MainWindow::slotExit()

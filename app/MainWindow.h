@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/CameraBus.h"
+#include "app/Guidance.h"
 #include "capture/FrameQueue.h"
 #include "capture/PoolTasks.h"
 #include "capture/RateMeter.h"
@@ -13,6 +14,7 @@
 #include "sdk/OrvalisAPI.h"
 
 #include <QColor>
+#include <QElapsedTimer>
 #include <QFutureWatcher>
 #include <QMainWindow>
 #include <QPixmap>
@@ -28,6 +30,7 @@ class CameraCtrl;
 class CameraList;
 class DrawCenterDlg;
 class FrameBuffer;
+class HintLabel;
 class LogStatus;
 class QDockWidget;
 class QGraphicsPixmapItem;
@@ -57,6 +60,9 @@ public:
 
     /// One discovery pass. Any thread; returns 0.
     int DiscoveryProc();
+
+    /// Closes the open camera, which has left the bus, and says so.
+    void loseCamera();
 
     /// Enables and disables actions: stage 0 camera opened or closed, 1 right after an open, any
     /// other stream started or stopped.
@@ -106,6 +112,7 @@ private:
 
     // Construction, in the order of the calls.
     void sharpenIcons();
+    void giveCornersToSides();
     void connectCameraActions();
     void createLogDock();
     void createCameraListDock();
@@ -114,6 +121,7 @@ private:
     void createDialogs();
     void connectRemainingActions();
     void createStatusLabels();
+    void createGuidance();
     void startDiscovery();
     // Destruction.
     void leaveDiscovery();
@@ -124,10 +132,15 @@ private:
     void paintCross(QPixmap *pixmap) const;
 
     // Status bar.
-    /// Shows `text` in a label that gets a fixed size. Any other label makes the whole window lay
-    /// itself out anew with every text, up to 1000 times a second; this one only when its size
-    /// changes, and digits are all equally wide.
+    /// Shows `text` in a label of a fixed size, which grows with the text and stays. Any other label
+    /// makes the whole window lay itself out anew with every text, up to 1000 times a second, and
+    /// moves what stands beside it.
     static void showInStatusBar(QLabel *label, const QString &text);
+
+    // Guidance.
+    Situation situation() const;
+    void updateGuidance();
+    void streamBegins();
 
     // Connection.
     void cameraOpened(const CameraId &id);
@@ -168,6 +181,7 @@ private:
     DrawCenterDlg *m_pDrawCenterDlg = nullptr;
     QLabel *m_pRateLabel = nullptr;
     QLabel *m_pRecvLabel = nullptr;
+    HintLabel *m_pHint = nullptr;
     QTimer *m_pTimer = nullptr;
 
     OCameraHandle m_hCamera = nullptr;
@@ -192,10 +206,14 @@ private:
 
     bool m_bNUCCamera = false;
     bool m_bFitView = false;
-    bool m_bOneGrab = false;  ///< m_bStreaming stands for a single shot, not for Play
-    bool m_bStarting = false; ///< slotStartCamera() is processing events
-    bool m_bClosing = false;  ///< slotCloseCamera() is processing events
-    bool m_bExiting = false;  ///< the destructor runs
+    bool m_bOneGrab = false;    ///< m_bStreaming stands for a single shot, not for Play
+    bool m_bStarting = false;   ///< slotStartCamera() is processing events
+    bool m_bClosing = false;    ///< slotCloseCamera() is processing events
+    bool m_bExiting = false;    ///< the destructor runs
+    bool m_bLost = false;       ///< the camera that was open last has left the bus
+    bool m_bPicture = false;    ///< the view shows a picture of the camera
+    int m_nCameras = 0;         ///< in the list
+    QElapsedTimer m_sinceStart; ///< of the stream
 
     int m_crossWidth = 2;
     QColor m_crossColor = Qt::red;

@@ -59,6 +59,8 @@ void MainWindow::cameraOpened(const CameraId &id)
                               QString::number(m_sizeInfo.height)));
     UpdateUIStatus(true, 1);
     attachPanels();
+    m_bLost = false;
+    updateGuidance();
 }
 
 void MainWindow::attachPanels()
@@ -115,6 +117,13 @@ void MainWindow::slotCloseCamera()
     }
     UpdateUIStatus(false, 0);
     emit sigTraceLog(QStringLiteral("close Camera[%1]").arg(cameraIdText()));
+    updateGuidance();
+}
+
+void MainWindow::loseCamera()
+{
+    m_bLost = m_bLost || m_hCamera != nullptr;
+    slotCloseCamera();
 }
 
 // The short way out, when another camera is to be opened: the picture stays, and nothing is logged.
@@ -133,6 +142,7 @@ void MainWindow::releaseOpenCamera()
     m_hCamera = nullptr;
     emit sigCameraOpened(false);
     UpdateUIStatus(false, 0);
+    updateGuidance();
 }
 
 void MainWindow::slotResetCamera()

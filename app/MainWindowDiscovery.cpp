@@ -70,7 +70,7 @@ void closeIfStill(const std::shared_ptr<DiscoveryLink> &link, MainWindow *window
         if (link->cameraId != missing)
             return;
     }
-    window->slotCloseCamera();
+    window->loseCamera();
 }
 
 void closeMissing(const std::shared_ptr<DiscoveryLink> &link, const CameraId &missing)
@@ -81,7 +81,7 @@ void closeMissing(const std::shared_ptr<DiscoveryLink> &link, const CameraId &mi
         return;
     if (onGuiThread()) {
         lock.unlock();
-        window->slotCloseCamera();
+        window->loseCamera();
         return;
     }
     if (!std::exchange(link->closePosted, true))

@@ -3,8 +3,11 @@
 #include "app/MainWindow.h"
 
 #include "ui_MainWindow.h"
+#include "view/HintLabel.h"
 
 #include <QLabel>
+#include <QStatusBar>
+#include <QTimer>
 
 #include <cmath>
 
@@ -40,6 +43,9 @@ constexpr ActionRule actionRules[] = {
     {&Form::actionDrawCenter, Change::On, Change::Keep, Change::On},
 };
 
+/// Until then the first picture of a stream is not missed: mostly it comes at once.
+constexpr int patienceMs = 700;
+
 Change changeAt(const ActionRule &rule, int stage)
 {
     if (stage == 0)
@@ -67,7 +73,8 @@ void MainWindow::UpdateUIStatus(bool on, int stage)
 void MainWindow::showInStatusBar(QLabel *label, const QString &text)
 {
     label->setText(text);
-    label->setFixedSize(label->fontMetrics().size(Qt::TextSingleLine, text));
+    const QSize size = label->fontMetrics().size(Qt::TextSingleLine, text);
+    label->setFixedSize(size.expandedTo(label->minimumSize()));
 }
 
 void MainWindow::slotStatusBar(int kind, double a, double b)
@@ -83,4 +90,33 @@ void MainWindow::slotStatusBar(int kind, double a, double b)
         return;
     showInStatusBar(m_pRateLabel, QStringLiteral("                        %1")
                                       .arg(QString::fromLatin1(formatRates(a, b).data())));
+}
+
+Situation MainWindow::situation() const
+{
+    if (m_hCamera == nullptr && m_bLost)
+        return Situation::CameraLost;
+    if (m_hCamera == nullptr)
+        return m_nCameras == 0 ? Situation::NoCamera : Situation::NotOpen;
+    if (!m_bStreaming)
+        return m_bPicture ? Situation::Stopped : Situation::NotStarted;
+    if (!m_bPicture && m_sinceStart.hasExpired(patienceMs))
+        return Situation::NoPictureYet;
+    return ui->actionSave->isChecked() ? Situation::LiveAndSaving : Situation::Live;
+}
+
+void MainWindow::updateGuidance()
+{
+    const Guidance &guidance = guidanceIn(situation());
+    if (m_bPicture)
+        m_pHint->showHint({}, {});
+    else
+        m_pHint->showHint(QLatin1String(guidance.title), QLatin1String(guidance.detail));
+    statusBar()->showMessage(QLatin1String(guidance.status));
+}
+
+void MainWindow::streamBegins()
+{
+    m_sinceStart.start();
+    QTimer::singleShot(patienceMs + 1, this, &MainWindow::updateGuidance);
 }

@@ -116,6 +116,9 @@ void MainWindow::acquisitionChanged(bool acquiring)
 {
     m_pXMLCtrl->UpdateAcqState(acquiring);
     ui->actionPlay->setChecked(acquiring && !m_bOneGrab);
+    if (acquiring)
+        streamBegins();
+    updateGuidance();
 }
 
 void MainWindow::callback_imgrecv(OImageFrame *frame)

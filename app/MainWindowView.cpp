@@ -15,6 +15,8 @@
 #include <QGraphicsPixmapItem>
 #include <QPainter>
 
+#include <utility>
+
 namespace {
 
 constexpr int oneZoomStep = 120;
@@ -25,6 +27,14 @@ void showAndRaise(QWidget *widget, bool show)
         return;
     widget->show();
     widget->raise();
+}
+
+/// The keyboard goes where the user wants to look.
+void showDock(QDockWidget *dock, bool show)
+{
+    showAndRaise(dock, show);
+    if (show)
+        dock->setFocus(Qt::OtherFocusReason);
 }
 
 } // namespace
@@ -39,6 +49,7 @@ void MainWindow::init_graphics_view(bool streaming)
         m_pixmapItem = nullptr;
     }
     m_shown = {};
+    m_bPicture = false;
     auto *item = new QGraphicsPixmapItem;
     m_pixmapItem = item;
     view->setScene(new QGraphicsScene(this));
@@ -64,6 +75,8 @@ void MainWindow::slotDisplayFrame(QPixmap pixmap)
             paintCross(&pixmap);
         m_pixmapItem->setPixmap(pixmap);
     }
+    if (!std::exchange(m_bPicture, true))
+        updateGuidance();
     if (m_bFitView)
         ui->graphicsView->fitScene();
 }
@@ -118,13 +131,13 @@ void MainWindow::slotZoom100()
     m_bFitView = false;
 }
 
-void MainWindow::slotShowCameraList(bool show) { showAndRaise(m_pCameraList, show); }
+void MainWindow::slotShowCameraList(bool show) { showDock(m_pCameraList, show); }
 
-void MainWindow::slotShowXMLCtrl(bool show) { showAndRaise(m_pXMLCtrl, show); }
+void MainWindow::slotShowXMLCtrl(bool show) { showDock(m_pXMLCtrl, show); }
 
-void MainWindow::slotShowCameraCtrl(bool show) { showAndRaise(m_pCameraCtrl, show); }
+void MainWindow::slotShowCameraCtrl(bool show) { showDock(m_pCameraCtrl, show); }
 
-void MainWindow::slotShowLogStatus(bool show) { showAndRaise(m_pLogStatus, show); }
+void MainWindow::slotShowLogStatus(bool show) { showDock(m_pLogStatus, show); }
 
 void MainWindow::slotShowAboutDlg() { m_pAboutDialog->show(); }
 

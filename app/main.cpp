@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Entry point of the viewer.
+#include "app/Appearance.h"
 #include "app/MainWindow.h"
 
 #include <QApplication>
@@ -38,6 +39,7 @@ int main(int argc, char *argv[])
     // Names the window to desktops that show icon and title of the installed desktop file.
     QApplication::setDesktopFileName(QStringLiteral("org.orvalis.OrvalisViewer"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/OrvalisViewer.ico")));
+    applyAppearance();
     const int result = runViewer(&application);
     // What is left on the pool now hangs in the camera library; nothing else is lost by leaving it.
     if (!QThreadPool::globalInstance()->waitForDone(100))

@@ -6,6 +6,7 @@
 #include "ui_CameraCtrl.h"
 
 #include <QKeyEvent>
+#include <QMainWindow>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTabBar>
@@ -17,6 +18,7 @@ CameraCtrl::CameraCtrl(QWidget *parent)
       m_pMainWindow(dynamic_cast<StreamControl *>(parent))
 {
     ui->setupUi(this);
+    setFocusProxy(ui->tabWidget);
     ui->sliShutter->hide(); // too coarse for its range: exposures are typed
     ui->spiShutter->setKeyboardTracking(false);
     ui->radioSaveAll->hide();
@@ -28,7 +30,8 @@ CameraCtrl::CameraCtrl(QWidget *parent)
     connect(ui->cmbSaveExt, &QComboBox::currentTextChanged, this, &CameraCtrl::publishSaveOpt);
     connect(ui->edSavePath, &QLineEdit::textChanged, this, &CameraCtrl::publishSaveOpt);
     leaveWheelToScrolling();
-    widenToTabs();
+    scrollByFocus();
+    alignRangeLabels();
 }
 
 CameraCtrl::~CameraCtrl() { DeleteGrabThread(); }
@@ -85,8 +88,25 @@ bool CameraCtrl::eventFilter(QObject *watched, QEvent *event)
     return true;
 }
 
-/// Narrower, captions and range labels would be cut off. Lower is no harm: the tabs scroll.
-void CameraCtrl::widenToTabs()
+/// The areas scroll to the control that has the focus; as stations of their own they are of no use.
+void CameraCtrl::scrollByFocus()
+{
+    for (QScrollArea *area : ui->tabWidget->findChildren<QScrollArea *>())
+        area->setFocusPolicy(Qt::NoFocus);
+}
+
+/// One column of boxes for both groups of the trigger tab.
+void CameraCtrl::alignRangeLabels()
+{
+    const int width =
+        std::max(ui->laTriDelay->sizeHint().width(), ui->laStroDuration->sizeHint().width());
+    ui->laTriDelay->setMinimumWidth(width);
+    ui->laStroDuration->setMinimumWidth(width);
+}
+
+/// Wide enough for captions and range labels. Narrower, on a small screen, and lower the tabs
+/// scroll.
+QSize CameraCtrl::sizeHint() const
 {
     int width = ui->tabWidget->tabBar()->sizeHint().width();
     for (const QScrollArea *area : ui->tabWidget->findChildren<QScrollArea *>()) {
@@ -95,5 +115,28 @@ void CameraCtrl::widenToTabs()
     }
     const int frame =
         2 * style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, ui->tabWidget);
-    ui->tabWidget->setMinimumWidth(width + frame);
+    const QMargins margins = ui->layoutDock->contentsMargins();
+    width += frame + margins.left() + margins.right();
+    const QSize hint = QDockWidget::sizeHint();
+    return {std::max(width, hint.width()), hint.height()};
+}
+
+void CameraCtrl::showEvent(QShowEvent *event)
+{
+    QDockWidget::showEvent(event);
+    m_nWidened = 0;
+    widenToTabs();
+}
+
+/// A dock keeps the width that it has had, also when another camera has longer ranges. A width that
+/// the user has given it meanwhile stays as long as the ranges do.
+void CameraCtrl::widenToTabs()
+{
+    auto *window = qobject_cast<QMainWindow *>(parentWidget());
+    const int wanted = sizeHint().width();
+    if (window == nullptr || !isVisible() || isFloating() || wanted <= m_nWidened)
+        return;
+    m_nWidened = wanted;
+    if (width() < wanted)
+        window->resizeDocks({this}, {wanted}, Qt::Horizontal);
 }

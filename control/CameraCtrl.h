@@ -30,6 +30,8 @@ public:
     explicit CameraCtrl(QWidget *parent = nullptr);
     ~CameraCtrl() override;
 
+    QSize sizeHint() const override;
+
     /// Takes `handle` for the open camera, null keeps the present one, and reloads every tab from
     /// it.
     void loadConfigurationValue(void *handle);
@@ -138,6 +140,7 @@ private slots: // "Miscellaneous"
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -166,8 +169,10 @@ private:
     void loadPixelFormats();
     void fillSaveExtensions(const QStringList &always);
 
-    void widenToTabs();
     void leaveWheelToScrolling();
+    void scrollByFocus();
+    void widenToTabs();
+    void alignRangeLabels();
     void setSaveCount(int count);
     void publishSaveOpt();
     void publishCamera();
@@ -185,6 +190,7 @@ private:
 
     std::mutex m_saveMutex; // guards m_saveOption
     SaveOption m_saveOption;
+    int m_nWidened = 0;  // width asked for since the panel was shown
     int m_saveCount = 1; // the GUI thread's own: 1 for "Once", -1 for "All"
 
     bool m_bGrabRunning = false;

@@ -7,6 +7,8 @@
 #include <QSettings>
 #include <QSysInfo>
 
+#include <utility>
+
 #include "dialogs/ui_AboutDialog.h"
 
 namespace {
@@ -34,6 +36,7 @@ AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(std::make_unique
     const SdkVersions versions = readSdkVersions(sdkHeaderPath());
     ui->laPackage->setText(versions.package);
     ui->laLibrary->setText(versions.library);
+    nameValues();
 }
 
 AboutDialog::~AboutDialog() = default;
@@ -54,6 +57,17 @@ AboutDialog::SdkVersions AboutDialog::readSdkVersions(const QString &headerPath)
     settings.beginGroup(QStringLiteral("VERSION_INFO"));
     return {version(settings, QStringLiteral("PACKAGE_VERSION")),
             version(settings, QStringLiteral("LIBRARY_VERSION"))};
+}
+
+/// A value that is not known has no text to be read aloud.
+void AboutDialog::nameValues()
+{
+    const std::pair<QLabel *, QLabel *> rows[] = {
+        {ui->label_3, ui->laPackage}, {ui->label_4, ui->laLibrary}, {ui->label_5, ui->laOS}};
+    for (const auto &[caption, value] : rows) {
+        const QString text = value->text().isEmpty() ? tr("not known") : value->text();
+        value->setAccessibleName(caption->text().simplified() + QLatin1Char(' ') + text);
+    }
 }
 
 /// The panel is white whatever the desktop's colours, so its texts must not be white too.

@@ -30,6 +30,7 @@ public:
 
 private:
     void blackenPanel();
+    void nameValues();
     void fitTitle();
 
     std::unique_ptr<Ui_AboutDialog> ui;

@@ -4,6 +4,7 @@
 
 #include <QHeaderView>
 #include <QHostAddress>
+#include <QShortcut>
 
 #include <algorithm>
 #include <array>
@@ -44,6 +45,12 @@ XMLCtrl::XMLCtrl(QWidget *parent)
     ui->treeXML->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     ui->treeXML->header()->setMinimumSectionSize(shortestColumn);
     HideShowXMLCtrl(PanelNothing, true);
+    setFocusProxy(ui->treeXML);
+    // What a click does. Not the keypad's Enter, which is for the value.
+    auto *choose = new QShortcut(Qt::Key_Return, ui->treeXML);
+    choose->setContext(Qt::WidgetShortcut);
+    connect(choose, &QShortcut::activated, this,
+            [this] { on_treeXML_clicked(ui->treeXML->currentIndex()); });
 }
 
 XMLCtrl::~XMLCtrl() = default;

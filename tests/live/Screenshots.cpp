@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Draws the pictures of the documents from the program itself: make_screenshots <folder>.
+#include "app/Appearance.h"
 #include "control/CameraCtrl.h"
 #include "dialogs/AboutDialog.h"
 #include "dialogs/AccessRegister.h"
@@ -145,5 +146,6 @@ int main(int argc, char *argv[])
         fprintf(stderr, "usage: make_screenshots <folder>\n");
         return 2;
     }
+    applyAppearance();
     return photograph(QString::fromLocal8Bit(argv[1])) ? 0 : 1;
 }

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+// Corrections to the desktop's colours, where these leave something hard to read or to see.
+#include "app/Appearance.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QProxyStyle>
+#include <QStyleOption>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double readable = 3.5; ///< contrast of a disabled text
+constexpr double visible = 3.0;  ///< contrast of a border
+constexpr int shares = 20;       ///< steps from one colour to the other
+
+double linear(double channel)
+{
+    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor &colour)
+{
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+QColor mixed(const QColor &from, const QColor &to, double share)
+{
+    const auto part = [share](double a, double b) {
+        return std::clamp(a + share * (b - a), 0.0, 1.0);
+    };
+    return QColor::fromRgbF(part(from.redF(), to.redF()), part(from.greenF(), to.greenF()),
+                            part(from.blueF(), to.blueF()));
+}
+
+/// The first colour on the way from `from` to `to` that stands out from `background` enough.
+QColor standingOut(const QColor &from, const QColor &to, const QColor &background, double contrast)
+{
+    for (int step = 0; step < shares; ++step) {
+        const QColor colour = mixed(from, to, double(step) / shares);
+        if (contrastOf(colour, background) >= contrast)
+            return colour;
+    }
+    return to;
+}
+
+struct TextOn {
+    QPalette::ColorRole text;
+    QPalette::ColorRole background;
+};
+constexpr TextOn texts[] = {{QPalette::WindowText, QPalette::Window},
+                            {QPalette::Text, QPalette::Base},
+                            {QPalette::ButtonText, QPalette::Button}};
+
+/// Fusion makes borders of the window's colour by darkening it, which leaves nothing of them on
+/// black.
+class BorderStyle : public QProxyStyle {
+public:
+    using QProxyStyle::QProxyStyle;
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element == PE_IndicatorCheckBox || element == PE_FrameLineEdit ||
+            element == PE_PanelButtonCommand)
+            drawBorder(*option, painter);
+        else if (element == PE_IndicatorRadioButton)
+            drawBorder(*option, painter, option->rect.width() / 2.0);
+    }
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                            QPainter *painter, const QWidget *widget) const override
+    {
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
+        if (control == CC_SpinBox || control == CC_ComboBox)
+            drawBorder(*option, painter);
+    }
+
+private:
+    static void drawBorder(const QStyleOption &option, QPainter *painter, double radius = 2)
+    {
+        const QColor window = option.palette.color(QPalette::Window);
+        if (contrastOf(window, Qt::black) >= visible || option.state & State_HasFocus)
+            return;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(
+            standingOut(window, option.palette.color(QPalette::WindowText), window, visible));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), radius,
+                                 radius);
+        painter->restore();
+    }
+};
+
+} // namespace
+
+double contrastOf(const QColor &first, const QColor &second)
+{
+    const auto [darker, lighter] = std::minmax({luminance(first), luminance(second)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QPalette withReadableDisabledTexts(QPalette colours)
+{
+    for (const TextOn &role : texts) {
+        const QColor text = colours.color(QPalette::Disabled, role.text);
+        const QColor background = colours.color(QPalette::Disabled, role.background);
+        if (contrastOf(text, background) < readable) {
+            colours.setColor(QPalette::Disabled, role.text,
+                             standingOut(text, colours.color(QPalette::Active, role.text),
+                                         background, readable));
+        }
+    }
+    return colours;
+}
+
+void applyAppearance()
+{
+    QApplication::setPalette(withReadableDisabledTexts(QApplication::palette()));
+    if (QApplication::style()->objectName() == QLatin1String("fusion"))
+        QApplication::setStyle(new BorderStyle(QStringLiteral("fusion")));
+}

@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: MIT
+// What the window tells its user in each situation, and that it fits on a small screen.
+#include "tests/app/Shell.h"
+
+#include <QStatusTipEvent>
+
+using shell::Frame;
+using shell::Shell;
+
+class GuidanceTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
+
+    void withoutCamerasItSaysWhatToConnect();
+    void withCamerasItSaysHowToOpenOne();
+    void withAnOpenCameraItSaysHowToStart();
+    void aStreamWithoutPicturesIsWaitedFor();
+    void aPictureTakesThePlaceOfTheHint();
+    void savingIsSaid();
+    void aStoppedPictureIsSaidToStand();
+    void aLostCameraIsSaidToBeGone();
+    void aCameraThatWasClosedIsNotLost();
+    void menusDoNotTakeTheStatusAway();
+    void theHintLiesBelowTheLogo_data();
+    void theHintLiesBelowTheLogo();
+    void theHintLetsTheMouseThrough();
+    void numbersInTheStatusBarMoveNothing();
+    void everythingFitsASmallScreen();
+
+private:
+    static QString status(const Shell &shell) { return shell->statusBar()->currentMessage(); }
+    static QLabel *hint(const Shell &shell) { return shell.child<QLabel>("laHint"); }
+    static bool hintIsShown(const Shell &shell) { return !hint(shell)->isHidden(); }
+};
+
+void GuidanceTest::withoutCamerasItSaysWhatToConnect()
+{
+    const Shell shell([] { shell::setCameras({}); });
+    QCOMPARE(status(shell), QString("No camera found"));
+    QVERIFY(hintIsShown(shell));
+    QVERIFY(hint(shell)->text().contains("Connect a camera"));
+}
+
+void GuidanceTest::withCamerasItSaysHowToOpenOne()
+{
+    const Shell shell;
+    QCOMPARE(status(shell), QString("No camera open"));
+    QVERIFY(hint(shell)->text().contains("Double-click one"));
+}
+
+void GuidanceTest::withAnOpenCameraItSaysHowToStart()
+{
+    const Shell shell;
+    shell.open();
+    QCOMPARE(status(shell), QString("Camera open"));
+    QVERIFY(hint(shell)->text().contains("Press Play"));
+    shell->slotCloseCamera();
+    QCOMPARE(status(shell), QString("No camera open"));
+}
+
+void GuidanceTest::aStreamWithoutPicturesIsWaitedFor()
+{
+    const Shell shell;
+    shell.play();
+    QTRY_COMPARE(status(shell), QString("Streaming, no picture yet"));
+    QVERIFY(hint(shell)->text().contains("trigger"));
+}
+
+void GuidanceTest::aPictureTakesThePlaceOfTheHint()
+{
+    const Shell shell;
+    shell.play();
+    Frame frame(64, 48, 100);
+    QVERIFY(shell::shows(shell, frame, shell::gray(100)));
+    QVERIFY(!hintIsShown(shell));
+    QCOMPARE(status(shell), QString("Streaming"));
+}
+
+void GuidanceTest::savingIsSaid()
+{
+    const Shell shell;
+    shell.play();
+    Frame frame(64, 48, 100);
+    QVERIFY(shell::shows(shell, frame, shell::gray(100)));
+    shell.action("actionSave")->setChecked(true);
+    QCOMPARE(status(shell), QString("Streaming, saving pictures"));
+    shell.action("actionSave")->setChecked(false);
+    QCOMPARE(status(shell), QString("Streaming"));
+}
+
+void GuidanceTest::aStoppedPictureIsSaidToStand()
+{
+    const Shell shell;
+    shell.play();
+    Frame frame(64, 48, 100);
+    QVERIFY(shell::shows(shell, frame, shell::gray(100)));
+    shell->slotStopCamera();
+    QCOMPARE(status(shell), QString("Stopped"));
+    QVERIFY(!hintIsShown(shell));
+}
+
+void GuidanceTest::aLostCameraIsSaidToBeGone()
+{
+    const Shell shell;
+    shell->DiscoveryProc();
+    shell.open();
+    shell::setCameras({});
+    shell->DiscoveryProc();
+    QCOMPARE(status(shell), QString("Camera lost"));
+    QVERIFY(hint(shell)->text().contains("gone"));
+    shell::setCameras({{"CAM-A", "Camera A"}});
+    shell->DiscoveryProc();
+    shell.open();
+    QCOMPARE(status(shell), QString("Camera open"));
+}
+
+void GuidanceTest::aCameraThatWasClosedIsNotLost()
+{
+    const Shell shell;
+    shell->DiscoveryProc();
+    shell.open();
+    shell->slotCloseCamera();
+    shell::setCameras({});
+    shell->DiscoveryProc();
+    QCOMPARE(status(shell), QString("No camera found"));
+}
+
+void GuidanceTest::menusDoNotTakeTheStatusAway()
+{
+    const Shell shell;
+    QStatusTipEvent tip{QString()};
+    QCoreApplication::sendEvent(shell.window.get(), &tip);
+    QCOMPARE(status(shell), QString("No camera open"));
+}
+
+void GuidanceTest::theHintLiesBelowTheLogo_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("small") << QSize(800, 480);
+    QTest::newRow("ordinary") << QSize(1280, 780);
+    QTest::newRow("large") << QSize(3840, 2140);
+}
+
+void GuidanceTest::theHintLiesBelowTheLogo()
+{
+    QFETCH(QSize, size);
+    const Shell shell([] { shell::setCameras({}); });
+    shell->resize(size);
+    shell->show();
+    QVERIFY(QTest::qWaitForWindowExposed(shell.window.get()));
+    const QRect label = hint(shell)->geometry();
+    const QRect logo = shell.view()
+                           ->mapFromScene(shell.view()->sceneRect())
+                           .boundingRect()
+                           .translated(shell.view()->viewport()->pos());
+    QVERIFY(shell.view()->rect().contains(label));
+    QVERIFY(label.top() >= logo.bottom());
+    QVERIFY(qAbs(label.center().x() - logo.center().x()) <= 2);
+}
+
+void GuidanceTest::theHintLetsTheMouseThrough()
+{
+    const Shell shell;
+    QVERIFY(hint(shell)->testAttribute(Qt::WA_TransparentForMouseEvents));
+}
+
+void GuidanceTest::numbersInTheStatusBarMoveNothing()
+{
+    const Shell shell;
+    shell->resize(1280, 780);
+    shell->show();
+    QVERIFY(QTest::qWaitForWindowExposed(shell.window.get()));
+    const QRect rate = shell.rateLabel()->geometry();
+    const QRect recv = shell.recvLabel()->geometry();
+    shell->slotStatusBar(0, 12345678, 0);
+    shell->slotStatusBar(1, 120.5, 987.6);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QCOMPARE(shell.rateLabel()->geometry(), rate);
+    QCOMPARE(shell.recvLabel()->geometry(), recv);
+    QVERIFY(shell.recvLabel()->sizeHint().width() <= recv.width());
+}
+
+void GuidanceTest::everythingFitsASmallScreen()
+{
+    const Shell shell;
+    shell.open();
+    shell.action("actionControl")->trigger();
+    const QSize screen(800, 480); // less a title bar
+    shell->resize(screen);
+    shell->show();
+    QVERIFY(QTest::qWaitForWindowExposed(shell.window.get()));
+    QCOMPARE(shell->size(), screen);
+    QVERIFY(
+        shell->rect().contains(QRect(shell.dock("CameraCtrl")->mapTo(shell.window.get(), QPoint()),
+                                     shell.dock("CameraCtrl")->size())));
+}
+
+ORVALIS_QTEST_MAIN(GuidanceTest)
+#include "GuidanceTest.moc"

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+// Tells the user what to do next, where there is no picture to look at.
+#include "view/HintLabel.h"
+
+#include <QEvent>
+#include <QGraphicsView>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int gap = 12;     ///< pixels to the picture above and to the view's borders
+constexpr int widest = 480; ///< pixels; longer lines are hard to read
+
+QString richText(const QString &title, const QString &detail)
+{
+    const QString heading = QStringLiteral("<p style='font-size:large; font-weight:600; "
+                                           "margin-top:0; margin-bottom:4px'>%1</p>")
+                                .arg(title.toHtmlEscaped());
+    return detail.isEmpty() ? heading : heading + detail.toHtmlEscaped();
+}
+
+} // namespace
+
+HintLabel::HintLabel(QGraphicsView *view) : QLabel(view), m_pView(view)
+{
+    setObjectName(QStringLiteral("laHint"));
+    setTextFormat(Qt::RichText);
+    setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    setWordWrap(true);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    hide();
+    view->viewport()->installEventFilter(this);
+}
+
+void HintLabel::showHint(const QString &title, const QString &detail)
+{
+    setText(title.isEmpty() ? QString() : richText(title, detail));
+    setVisible(!title.isEmpty());
+    place();
+}
+
+bool HintLabel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize)
+        place();
+    return QLabel::eventFilter(watched, event);
+}
+
+void HintLabel::place()
+{
+    const QRect room = m_pView->viewport()->geometry().adjusted(gap, gap, -gap, -gap);
+    const int width = std::clamp(room.width(), 1, widest);
+    const int height = heightForWidth(width);
+    // What is smaller than the view stands in its middle.
+    const int below = room.center().y() + qRound(m_pView->sceneRect().height() / 2) + gap;
+    const int lowest = room.bottom() + 1 - height;
+    setGeometry(room.center().x() - width / 2, std::max(std::min(below, lowest), room.top()), width,
+                height);
+}
