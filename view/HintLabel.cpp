@@ -29,6 +29,7 @@ HintLabel::HintLabel(QGraphicsView *view) : QLabel(view), m_pView(view)
     setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     setWordWrap(true);
     setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAutoFillBackground(true); // where there is no room below the picture
     hide();
     view->viewport()->installEventFilter(this);
 }

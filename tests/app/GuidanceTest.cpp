@@ -138,14 +138,17 @@ void GuidanceTest::menusDoNotTakeTheStatusAway()
 void GuidanceTest::theHintLiesBelowTheLogo_data()
 {
     QTest::addColumn<QSize>("size");
-    QTest::newRow("small") << QSize(800, 480);
-    QTest::newRow("ordinary") << QSize(1280, 780);
-    QTest::newRow("large") << QSize(3840, 2140);
+    QTest::addColumn<bool>("hasRoom"); // whatever the font, which is large on some machines
+    QTest::newRow("tiny") << QSize(640, 400) << false;
+    QTest::newRow("small") << QSize(800, 480) << false;
+    QTest::newRow("ordinary") << QSize(1280, 780) << true;
+    QTest::newRow("large") << QSize(3840, 2140) << true;
 }
 
 void GuidanceTest::theHintLiesBelowTheLogo()
 {
     QFETCH(QSize, size);
+    QFETCH(bool, hasRoom);
     const Shell shell([] { shell::setCameras({}); });
     shell->resize(size);
     shell->show();
@@ -156,8 +159,10 @@ void GuidanceTest::theHintLiesBelowTheLogo()
                            .boundingRect()
                            .translated(shell.view()->viewport()->pos());
     QVERIFY(shell.view()->rect().contains(label));
-    QVERIFY(label.top() >= logo.bottom());
-    QVERIFY(qAbs(label.center().x() - logo.center().x()) <= 2);
+    QVERIFY(hint(shell)->autoFillBackground());
+    QVERIFY(label.height() >= hint(shell)->heightForWidth(label.width()));
+    QVERIFY(!hasRoom || label.top() >= logo.bottom());
+    QVERIFY(qAbs(label.center().x() - shell.view()->viewport()->geometry().center().x()) <= 2);
 }
 
 void GuidanceTest::theHintLetsTheMouseThrough()

@@ -32,6 +32,7 @@ private slots:
     void everyDialogHasNames();
     void tabReachesEveryControl_data();
     void tabReachesEveryControl();
+    void controlAndTabChangeTheTab();
     void tabReachesEveryControlOfTheDialogs_data();
     void tabReachesEveryControlOfTheDialogs();
     void theMenusReachEveryAction();
@@ -192,6 +193,17 @@ void KeyboardTest::tabReachesEveryControl()
     const QSet<QWidget *> controls = controlsIn(shell.window.get());
     QVERIFY2(controls.size() >= atLeast, qPrintable(namesOf(controls)));
     QCOMPARE(namesOf(controls - reachedByTab(shell.window.get())), QString());
+}
+
+void KeyboardTest::controlAndTabChangeTheTab()
+{
+    const Shell shell;
+    QVERIFY(activate(shell.window.get()));
+    shell.open();
+    shell.action("actionControl")->trigger();
+    shell.child<QWidget>("spiGain")->setFocus();
+    QTest::keyClick(shell->focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+    QCOMPARE(tabsOf(shell)->currentIndex(), 1);
 }
 
 void KeyboardTest::tabReachesEveryControlOfTheDialogs_data()
