@@ -132,9 +132,9 @@ private:
     void paintCross(QPixmap *pixmap) const;
 
     // Status bar.
-    /// Shows `text` in a label of a fixed size, which grows with the text and stays. Any other label
-    /// makes the whole window lay itself out anew with every text, up to 1000 times a second, and
-    /// moves what stands beside it.
+    /// Shows `text` in a label of a fixed size, which grows with the text and stays. Any other
+    /// label makes the whole window lay itself out anew with every text, up to 1000 times a second,
+    /// and moves what stands beside it.
     static void showInStatusBar(QLabel *label, const QString &text);
 
     // Guidance.
