@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The longest time for which the window does not answer, in each thing that a user does, while a
-// fast camera sends 1000 frames a second. Prints figures.
+// camera sends 1000 frames a second, or as many as it can: stalls [rounds] [camera]. Prints
+// figures.
 #include "sdk/OrvalisAPI.h"
 #include "tests/live/LiveSession.h"
 #include "tree/XMLCtrl.h"
@@ -22,7 +23,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr char fastCamera[] = "OV-SIM-0640F-0003";
-constexpr char otherCamera[] = "OV-SIM-2448C-0002";
+constexpr char otherCamera[] = "OV-SIM-1280M-0001";
 constexpr double goalMs = 100;
 constexpr int settleMs = 300;
 
@@ -127,10 +128,10 @@ void buildTree(LiveSession &session, Measurement &measurement)
 
 void applyRegion(LiveSession &session) { session.widget<QPushButton>("btnROIApply")->click(); }
 
-bool oneRound(LiveSession &session, Measurement &measurement)
+bool oneRound(LiveSession &session, const QString &camera, Measurement &measurement)
 {
     bool opened = false;
-    measurement.stall(QStringLiteral("open"), [&] { opened = session.open(fastCamera); });
+    measurement.stall(QStringLiteral("open"), [&] { opened = session.open(camera); });
     if (!opened)
         return false;
     measurement.trigger(QStringLiteral("play"), "actionPlay");
@@ -163,13 +164,14 @@ int main(int argc, char *argv[])
     qputenv("ORVALIS_SIMULATED_EXTRA_NODES", "500");
     QApplication application(argc, argv);
     const int rounds = argc > 1 ? QByteArray(argv[1]).toInt() : 11;
+    const QString camera = QString::fromLatin1(argc > 2 ? argv[2] : fastCamera);
     LiveSession session;
-    if (!session.open(QString::fromLatin1(fastCamera)))
+    if (!session.open(camera))
         return EXIT_FAILURE;
     makeFast(session);
     Measurement measurement(session);
     for (int round = 0; round < rounds; ++round) {
-        if (!oneRound(session, measurement)) {
+        if (!oneRound(session, camera, measurement)) {
             std::fprintf(stderr, "stalls: no picture\n");
             return EXIT_FAILURE;
         }
