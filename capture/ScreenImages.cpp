@@ -5,6 +5,9 @@
 #include <atomic>
 #include <cstddef>
 #include <cstring>
+#include <memory>
+
+#include <sys/mman.h>
 
 namespace {
 
@@ -60,6 +63,37 @@ void convert(const QImage &image, QImage *out)
     }
 }
 
+struct Mapping {
+    void *address;
+    std::size_t bytes;
+};
+
+void unmap(void *mapping)
+{
+    const std::unique_ptr<Mapping> owned(static_cast<Mapping *>(mapping));
+    (void)munmap(owned->address, owned->bytes);
+}
+
+/// Memory that goes back to the system with the last holder. The heap would keep that of pictures
+/// which a late window held for a while. Null without memory.
+QImage mappedImage(const QSize &size)
+{
+    const int stride = size.width() * static_cast<int>(sizeof(QRgb));
+    const std::size_t bytes =
+        static_cast<std::size_t>(stride) * static_cast<std::size_t>(size.height());
+    void *address =
+        mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (address == MAP_FAILED)
+        return {};
+    return {static_cast<uchar *>(address),
+            size.width(),
+            size.height(),
+            stride,
+            QImage::Format_RGB32,
+            unmap,
+            new Mapping{address, bytes}};
+}
+
 } // namespace
 
 QImage &ScreenImages::unusedImage()
@@ -80,7 +114,7 @@ QPixmap ScreenImages::pixmapOf(const QImage &image)
 {
     QImage &filled = unusedImage();
     if (filled.size() != image.size())
-        filled = QImage(image.size(), QImage::Format_RGB32);
+        filled = mappedImage(image.size());
     if (filled.isNull())
         return {}; // no memory
     convert(image, &filled);
