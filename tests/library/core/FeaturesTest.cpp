@@ -377,6 +377,23 @@ TEST_F(FeaturesTest, defaultsAreLoadedAndTheSelectorPutBack)
                                       "UserSetSelector=UserSet1"));
 }
 
+TEST_F(FeaturesTest, defaultsMayBeCalledFactory)
+{
+    nodes_.nodes["UserSetSelector"] = enumNode({"Factory", "UserSet1"}, 1);
+    nodes_.nodes["UserSetLoad"] = commandNode();
+    EXPECT_EQ(features_.loadDefaults(), ORVALIS_OK);
+    EXPECT_THAT(writes(), ElementsAre("UserSetSelector=Factory", "UserSetLoad()",
+                                      "UserSetSelector=UserSet1"));
+}
+
+TEST_F(FeaturesTest, userSetsWithoutDefaultsLoadNothing)
+{
+    nodes_.nodes["UserSetSelector"] = enumNode({"UserSet1", "UserSet2"}, 1);
+    nodes_.nodes["UserSetLoad"] = commandNode();
+    EXPECT_EQ(features_.loadDefaults(), ORVALIS_ERROR_NOT_SUPPORTED);
+    EXPECT_THAT(writes(), testing::IsEmpty());
+}
+
 TEST_F(FeaturesTest, presentFormatHasACodeByNumberOrName)
 {
     nodes_.nodes["PixelFormat"] = enumNode({"Mono8", "Mono12", "Odd"});

@@ -135,6 +135,31 @@ TEST_F(RegionTest, nothingMovesWhileSizesAreLocked)
     EXPECT_EQ(nodes_.writes(), before);
 }
 
+TEST_F(RegionTest, failureOnTheWayPutsTheOldRegionBack)
+{
+    const OSizeInfo before = set({8, 8, 640, 480, 0, 0});
+    int failures = 0;
+    nodes_.afterWrite = [this] {
+        follow();
+        if (nodes_.nodes["Width"].value == 320)
+            nodes_.failure = ORVALIS_ERROR_DEVICE;
+    };
+    nodes_.beforeAccess = [this, &failures] {
+        if (nodes_.failure != ORVALIS_OK && ++failures > 1)
+            nodes_.failure = ORVALIS_OK; // a camera that stumbles once
+    };
+    EXPECT_EQ(features_.setRegion({0, 0, 320, 240, 0, 0}), ORVALIS_ERROR_DEVICE);
+    EXPECT_EQ(get(), before);
+}
+
+TEST_F(RegionTest, lostCameraHasNoRegion)
+{
+    nodes_.failure = ORVALIS_ERROR_CONNECTION_LOST;
+    OSizeInfo size{1, 2, 3, 4, 5, 6};
+    EXPECT_EQ(features_.getRegion(size), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(size, (OSizeInfo{1, 2, 3, 4, 5, 6})) << "unchanged";
+}
+
 TEST_F(RegionTest, sizesThatStayAreNotWritten)
 {
     EXPECT_EQ(features_.setRegion({0, 0, kSensorWidth, kSensorHeight, 0, 0}), ORVALIS_OK);

@@ -310,6 +310,24 @@ TEST_F(Nodes, showAddressesAsTheirBitPattern)
     EXPECT_EQ(std::uint32_t(integer("GevPersistentIPAddress")), 0xC0A80105u);
 }
 
+TEST_F(Nodes, countTheTimeFromItsReset)
+{
+    open(kMono);
+    const auto latched = [this] {
+        EXPECT_EQ(nodes().execute("TimestampLatch"), ORVALIS_OK);
+        return integer("TimestampLatchValue");
+    };
+    constexpr std::int64_t old = 50; // ms
+    while (latched() < old)
+        std::this_thread::yield();
+    // However long the test is held up, no more can have passed since the reset than in all.
+    const auto before = Clock::now();
+    EXPECT_EQ(nodes().execute("TimestampReset"), ORVALIS_OK);
+    const std::int64_t counted = latched();
+    const auto passed = Clock::now() - before;
+    EXPECT_LE(counted, std::chrono::ceil<std::chrono::milliseconds>(passed).count());
+}
+
 TEST_F(Nodes, raiseTheAlarmAndTakeItBack)
 {
     open(kMono);
