@@ -50,7 +50,8 @@ public:
     OResult get(Switch which, bool &on);
     OResult set(Switch which, bool on);
 
-    /// Nothing happens, with ORVALIS_OK, where the trigger is not set up for it, or not `streaming`.
+    /// Nothing happens, with ORVALIS_OK, where the trigger is not set up for it, or not
+    /// `streaming`.
     OResult fireSoftwareTrigger(bool streaming);
     /// Loads the maker's settings.
     OResult loadDefaults();

@@ -13,9 +13,9 @@ QList<QRegularExpression> expected;
 /// The offscreen and the minimal platform say these of themselves on machines without a display.
 bool isAboutThePlatform(const QString &message)
 {
-    return message.contains(QLatin1String("propagateSizeHints"))
-        || message.contains(QLatin1String("XDG_RUNTIME_DIR"))
-        || message.contains(QLatin1String("This plugin does not support"));
+    return message.contains(QLatin1String("propagateSizeHints")) ||
+           message.contains(QLatin1String("XDG_RUNTIME_DIR")) ||
+           message.contains(QLatin1String("This plugin does not support"));
 }
 
 void trap(QtMsgType type, const QMessageLogContext &, const QString &message)

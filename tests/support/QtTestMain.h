@@ -9,7 +9,8 @@
 namespace viewertest {
 
 /// From here on any Qt warning or critical message fails the running test function, as "No matching
-/// signal for on_..." should. Messages that match a pattern given to expectWarning() are let through.
+/// signal for on_..." should. Messages that match a pattern given to expectWarning() are let
+/// through.
 void installWarningTrap();
 
 /// Lets warnings that match `pattern` pass until the end of the running test function.
