@@ -11,6 +11,7 @@
 
 using shell::Frame;
 using shell::gray;
+using shell::mono8;
 using shell::Shell;
 using shell::shows;
 
@@ -29,8 +30,6 @@ private slots:
 };
 
 namespace {
-
-constexpr std::uint32_t mono8 = 0x01080001;
 
 const QRegularExpression namePattern("^CAM-A(_\\d+){6}\\.(BMP|JPG|PNG|RAW|RGB)$");
 

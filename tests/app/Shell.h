@@ -76,6 +76,9 @@ inline QStringList lifeCalls()
                               "OrvalisStopAcquisition", "OrvalisSetBayerConversion"}));
 }
 
+/// Code of the pixel format "Mono8".
+inline constexpr std::uint32_t mono8 = 0x01080001;
+
 inline void setPixelFormat(const std::string &name, std::uint32_t code)
 {
     fakeorvalis::withState([&](fakeorvalis::State &state) {

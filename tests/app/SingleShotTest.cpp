@@ -6,6 +6,7 @@
 
 using shell::Frame;
 using shell::gray;
+using shell::mono8;
 using shell::Shell;
 
 class SingleShotTest : public QObject {
@@ -38,7 +39,6 @@ private:
 
 namespace {
 
-constexpr std::uint32_t mono8 = 0x01080001;
 constexpr std::uint32_t mono12 = 0x01100005;
 constexpr std::uint32_t bayerGR12 = 0x01100010;
 

@@ -135,6 +135,28 @@ private:
     }
 };
 
+/// Notes every call of `function` among the bench's events.
+inline void noteCall(DockBench &bench, const char *function)
+{
+    fakeorvalis::onCall(function, [&bench, function] { bench.window.events.append(function); });
+}
+
+/// "value", "enumeration", "command" or "nothing"; labels have to agree with their widgets.
+inline QString panelOf(const DockBench &bench)
+{
+    const auto shown = [&bench](const char *label, const char *widget) {
+        const bool visible = !bench.find<QWidget>(widget)->isHidden();
+        if (visible == bench.find<QWidget>(label)->isHidden())
+            return -100;
+        return visible ? 1 : 0;
+    };
+    const int sum = shown("laXMLValue", "edXMLValue") + 2 * shown("laXMLEnum", "cmbXMLValue") +
+                    4 * shown("laXMLExcute", "btnXMLExcute");
+    const QMap<int, QString> names{
+        {0, "nothing"}, {1, "value"}, {2, "enumeration"}, {4, "command"}};
+    return names.value(sum, "mixture");
+}
+
 /// Puts one node below the category "Top", which replaces all others.
 inline void setOnlyNode(const std::string &name, const fakeorvalis::Node &node)
 {

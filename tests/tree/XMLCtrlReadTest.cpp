@@ -1,34 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The feature dock's form, its tree, what a click on a node shows, and the lock while acquiring.
+// What the feature dock shows of a node that was clicked, and the lock while acquiring.
 #include "tests/tree/DockBench.h"
-
-#include <QFocusEvent>
-#include <QGridLayout>
-#include <QHeaderView>
 
 Q_DECLARE_METATYPE(fakeorvalis::Node)
 
-namespace {
-
 constexpr int readOnly = ORVALIS_ACCESS_READ_ONLY;
-
-/// "value", "enumeration", "command" or "nothing"; labels have to agree with their widgets.
-QString panelOf(const DockBench &bench)
-{
-    const auto shown = [&bench](const char *label, const char *widget) {
-        const bool visible = !bench.find<QWidget>(widget)->isHidden();
-        if (visible == bench.find<QWidget>(label)->isHidden())
-            return -100;
-        return visible ? 1 : 0;
-    };
-    const int sum = shown("laXMLValue", "edXMLValue") + 2 * shown("laXMLEnum", "cmbXMLValue") +
-                    4 * shown("laXMLExcute", "btnXMLExcute");
-    const QMap<int, QString> names{
-        {0, "nothing"}, {1, "value"}, {2, "enumeration"}, {4, "command"}};
-    return names.value(sum, "mixture");
-}
-
-} // namespace
 
 class XMLCtrlReadTest : public QObject {
     Q_OBJECT
@@ -37,17 +13,6 @@ private slots:
     void init() { fakeorvalis::reset(); }
     void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
 
-    void formIsAsDesigned();
-    void textsAndPlaces_data();
-    void textsAndPlaces();
-    void startsWithNothingShown();
-    void createReadsTheTree();
-    void createTwiceReplacesTheTree();
-    void deleteForgetsTreeAndHandle();
-    void deleteTwiceOrBeforeCreateIsHarmless();
-    void viewWithoutTreeIsQuiet();
-    void hideShowArrangesThePanel_data();
-    void hideShowArrangesThePanel();
     void clickReadsTheNode_data();
     void clickReadsTheNode();
     void failedReadKeepsTheTextAndDisables_data();
@@ -66,157 +31,12 @@ private slots:
     void commandsNeedReadWrite();
     void clickOnAnOldTreeIsIgnored();
     void clickWithoutCameraKeepsTheCurrentNode();
-    void longNamesCanBeScrolledTo();
     void nodesThatLockWhileAcquiring_data();
     void nodesThatLockWhileAcquiring();
     void clickWhileAcquiringEnablesByAccess();
     void oneClickMakesOneReadEach();
     void fullBuffersAreReadToTheirEnd();
 };
-
-void XMLCtrlReadTest::formIsAsDesigned()
-{
-    const DockBench bench;
-    QCOMPARE(bench.dock->objectName(), QString("XMLCtrl"));
-    QCOMPARE(bench.dock->windowTitle(), QString("XML Control"));
-    QCOMPARE(bench.dock->minimumSize(), QSize(300, 200));
-    QCOMPARE(bench.dock->maximumSize(), QSize(300, 524287));
-    const auto *outer = qobject_cast<QVBoxLayout *>(bench.dock->widget()->layout());
-    QVERIFY(outer);
-    QCOMPARE(outer->spacing(), 0);
-    QCOMPARE(outer->contentsMargins(), QMargins());
-    QCOMPARE(outer->itemAt(0)->widget(), bench.tree());
-    const auto *grid = qobject_cast<QGridLayout *>(outer->itemAt(1)->layout());
-    QVERIFY(grid);
-    QCOMPARE(grid->horizontalSpacing(), 0);
-    QCOMPARE(grid->verticalSpacing(), 0);
-    QCOMPARE(grid->contentsMargins().left(), 6);
-}
-
-void XMLCtrlReadTest::textsAndPlaces_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("column");
-    QTest::newRow("laXMLExcute") << "Excute :" << 4 << 0;
-    QTest::newRow("edXMLValue") << "" << 0 << 1;
-    QTest::newRow("btnXMLExcute") << "Excute" << 4 << 1;
-    QTest::newRow("cmbXMLValue") << "" << 2 << 1;
-    QTest::newRow("laXMLValue") << "Value :" << 0 << 0;
-    QTest::newRow("laXMLEnum") << "Enumeration : " << 2 << 0;
-}
-
-void XMLCtrlReadTest::textsAndPlaces()
-{
-    const DockBench bench;
-    auto *widget = bench.find<QWidget>(QTest::currentDataTag());
-    QVERIFY(widget);
-    QTEST(widget->property("text").toString(), "text");
-    auto *grid = bench.dock->findChild<QGridLayout *>("gridLayout");
-    int row = -1, column = -1, rowSpan = 0, columnSpan = 0;
-    grid->getItemPosition(grid->indexOf(widget), &row, &column, &rowSpan, &columnSpan);
-    QTEST(row, "row");
-    QTEST(column, "column");
-}
-
-void XMLCtrlReadTest::startsWithNothingShown()
-{
-    QWidget parent; // no StreamControl
-    XMLCtrl dock(&parent);
-    for (const char *name :
-         {"edXMLValue", "cmbXMLValue", "btnXMLExcute", "laXMLValue", "laXMLEnum", "laXMLExcute"})
-        QVERIFY2(dock.findChild<QWidget *>(name)->isHidden(), name);
-    QVERIFY(dock.findChild<QLineEdit *>()->isEnabled());
-    QVERIFY(!dock.findChild<QTreeView *>("treeXML")->model());
-    QCOMPARE(callsMade(), QStringList());
-}
-
-void XMLCtrlReadTest::createReadsTheTree()
-{
-    setOnlyNode("Gain", integerNode(1, 0, 2));
-    const DockBench bench;
-    const auto *model = bench.tree()->model();
-    QCOMPARE(model->headerData(0, Qt::Horizontal).toString(), QString("Root"));
-    QCOMPARE(model->columnCount(), 1);
-    QCOMPARE(model->rowCount(), 1);
-    QVERIFY(bench.indexOf("Gain").isValid());
-}
-
-void XMLCtrlReadTest::createTwiceReplacesTheTree()
-{
-    setOnlyNode("Gain", integerNode(1, 0, 2));
-    DockBench bench;
-    const QPointer<QAbstractItemModel> first = bench.tree()->model();
-    setOnlyNode("Hue", integerNode(1, 0, 2));
-    bench.dock->CreateXMLTree(bench.handle);
-    QVERIFY(!first);
-    QVERIFY(bench.indexOf("Hue").isValid());
-    const Calls expected{"OrvalisGetNodeList(h1, \"Root\")", "OrvalisGetNodeList(h1, \"Top\")"};
-    QCOMPARE(fakeorvalis::calls(), expected);
-}
-
-void XMLCtrlReadTest::deleteForgetsTreeAndHandle()
-{
-    setOnlyNode("Gain", integerNode(42, 0, 99));
-    DockBench bench;
-    bench.click("Gain");
-    const QPointer<QAbstractItemModel> model = bench.tree()->model();
-    bench.dock->DeleteXMLTree();
-    QVERIFY(!model);
-    QCOMPARE(panelOf(bench), QString("value"));
-    QCOMPARE(bench.edit()->text(), QString("42"));
-    QVERIFY(bench.edit()->isEnabled());
-    QCOMPARE(callsMade(), QStringList());
-}
-
-void XMLCtrlReadTest::deleteTwiceOrBeforeCreateIsHarmless()
-{
-    StreamWindow window;
-    XMLCtrl dock(&window);
-    dock.DeleteXMLTree();
-    dock.CreateXMLTree(nullptr);
-    dock.DeleteXMLTree();
-    dock.DeleteXMLTree();
-    QCOMPARE(callsMade(), QStringList{"OrvalisGetNodeList(null, \"Root\")"});
-}
-
-void XMLCtrlReadTest::viewWithoutTreeIsQuiet()
-{
-    DockBench bench;
-    bench.dock->CreateXMLTree(bench.handle);
-    bench.dock->DeleteXMLTree();
-    QTest::mouseClick(bench.tree()->viewport(), Qt::LeftButton);
-    QTest::keyClick(bench.tree(), Qt::Key_Down);
-    QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
-    QCoreApplication::sendEvent(bench.tree(), &focus);
-    QCOMPARE(viewertest::takeWarnings(), QStringList());
-}
-
-void XMLCtrlReadTest::hideShowArrangesThePanel_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("panel");
-    QTest::newRow("0") << 0 << "nothing";
-    QTest::newRow("1") << 1 << "value";
-    QTest::newRow("2") << 2 << "enumeration";
-    QTest::newRow("3") << 3 << "command";
-    QTest::newRow("4 changes nothing") << 4 << "command";
-    QTest::newRow("-1 changes nothing") << -1 << "command";
-}
-
-void XMLCtrlReadTest::hideShowArrangesThePanel()
-{
-    QFETCH(int, mode);
-    const DockBench bench;
-    bench.dock->HideShowXMLCtrl(3, true);
-    for (const bool enable : {false, true}) {
-        bench.dock->HideShowXMLCtrl(mode, enable);
-        QCOMPARE(bench.edit()->isEnabled(), enable);
-        QCOMPARE(bench.combo()->isEnabled(), enable);
-        QCOMPARE(bench.button()->isEnabled(), enable);
-        QTEST(panelOf(bench), "panel");
-    }
-}
 
 void XMLCtrlReadTest::clickReadsTheNode_data()
 {
@@ -455,15 +275,6 @@ void XMLCtrlReadTest::clickWithoutCameraKeepsTheCurrentNode()
     bench.dock->UpdateAcqState(true); // still "Width"
     QVERIFY(!bench.edit()->isEnabled());
     QCOMPARE(callsMade(), QStringList());
-}
-
-void XMLCtrlReadTest::longNamesCanBeScrolledTo()
-{
-    setOnlyNode(std::string(120, 'W'), integerNode(1, 0, 2));
-    const DockBench bench;
-    bench.tree()->expandAll();
-    QCoreApplication::processEvents();
-    QVERIFY(bench.tree()->header()->sectionSize(0) > bench.tree()->viewport()->width());
 }
 
 void XMLCtrlReadTest::nodesThatLockWhileAcquiring_data()
