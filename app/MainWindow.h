@@ -166,6 +166,7 @@ private:
     void readStreamFormat();
     void startDisplaying();
     void joinDisplayThread();
+    void endStream();
     void acquisitionChanged(bool acquiring);
     void endOneGrab();
 

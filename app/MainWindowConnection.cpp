@@ -129,12 +129,7 @@ void MainWindow::loseCamera()
 // The short way out, when another camera is to be opened: the picture stays, and nothing is logged.
 void MainWindow::releaseOpenCamera()
 {
-    m_bStreaming = false;
-    joinDisplayThread();
-    (void)OrvalisStopAcquisition(m_hCamera);
-    frameQueue.clear();
-    endOneGrab();
-    disconnect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)));
+    endStream();
     acquisitionChanged(false);
     m_pXMLCtrl->DeleteXMLTree();
     detachPanels();

@@ -95,18 +95,25 @@ void MainWindow::joinDisplayThread()
     m_saveLimiter.letThrough(false);
 }
 
-void MainWindow::slotStopCamera()
+// After this no callback runs, no frame is held, and a picture that is still on its way is not
+// shown.
+void MainWindow::endStream()
 {
-    if (!m_bStreaming)
-        return;
-    m_rateMeter.restart();
-    showInStatusBar(m_pRateLabel, QStringLiteral("               0.0 fps (0.0 MB/s)"));
     m_bStreaming = false;
     joinDisplayThread();
     (void)OrvalisStopAcquisition(m_hCamera);
     frameQueue.clear();
     endOneGrab();
     disconnect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)));
+}
+
+void MainWindow::slotStopCamera()
+{
+    if (!m_bStreaming)
+        return;
+    m_rateMeter.restart();
+    showInStatusBar(m_pRateLabel, QStringLiteral("               0.0 fps (0.0 MB/s)"));
+    endStream();
     UpdateUIStatus(false, 2);
     emit sigTraceLog(QStringLiteral("stop steam Camera[%1]").arg(cameraIdText()));
     acquisitionChanged(false);

@@ -71,6 +71,8 @@ private:
     OResult locate(const NumberRow &wanted, Located &found);
     double baseOf(const NumberNode &node);
     template <class Names> OResult locateAny(const Names &names, Located &found);
+    template <class Body> OResult withChoice(Choice choice, Body body);
+    template <class Own, class Source> OResult withSwitch(Switch which, Own own, Source source);
     OResult read(const NumberRow &wanted, const Located &node, NumberValue &value);
     OResult write(const NumberRow &wanted, const Located &node, double value);
     OResult readAutomatic(const NumberRow &wanted, bool &automatic);

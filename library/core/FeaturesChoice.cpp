@@ -40,7 +40,8 @@ template <class Names> OResult Features::locateAny(const Names &names, Located &
     return ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
-OResult Features::list(Choice choice, std::vector<std::string> &names)
+/// Turns the choice's selectors, finds its node and returns what `body` does with row and node.
+template <class Body> OResult Features::withChoice(Choice choice, Body body)
 {
     const std::lock_guard lock(mutex_);
     const ChoiceRow &wanted = row(choice);
@@ -49,69 +50,61 @@ OResult Features::list(Choice choice, std::vector<std::string> &names)
     OResult result = selection.select(wanted.selecting);
     if (result == ORVALIS_OK)
         result = locateAny(wanted.nodes, node);
-    if (result != ORVALIS_OK)
-        return result;
-    if (node.info.type == ORVALIS_NODE_BOOLEAN) {
-        if (!wanted.booleanNames[0])
-            return ORVALIS_ERROR_NOT_SUPPORTED;
-        names.assign(wanted.booleanNames.begin(), wanted.booleanNames.end());
+    return result == ORVALIS_OK ? body(wanted, node) : result;
+}
+
+OResult Features::list(Choice choice, std::vector<std::string> &names)
+{
+    return withChoice(choice, [&](const ChoiceRow &wanted, const Located &node) -> OResult {
+        if (node.info.type == ORVALIS_NODE_BOOLEAN) {
+            if (!wanted.booleanNames[0])
+                return ORVALIS_ERROR_NOT_SUPPORTED;
+            names.assign(wanted.booleanNames.begin(), wanted.booleanNames.end());
+            return ORVALIS_OK;
+        }
+        EnumerationValue value;
+        const OResult result = nodes_.getEnumeration(node.name, value);
+        if (result != ORVALIS_OK)
+            return result;
+        names.clear();
+        for (auto &entry : value.entries)
+            names.push_back(std::move(entry.name));
         return ORVALIS_OK;
-    }
-    EnumerationValue value;
-    result = nodes_.getEnumeration(node.name, value);
-    if (result != ORVALIS_OK)
-        return result;
-    names.clear();
-    for (auto &entry : value.entries)
-        names.push_back(std::move(entry.name));
-    return ORVALIS_OK;
+    });
 }
 
 OResult Features::get(Choice choice, std::string &name)
 {
-    const std::lock_guard lock(mutex_);
-    const ChoiceRow &wanted = row(choice);
-    Selection selection(nodes_);
-    Located node;
-    OResult result = selection.select(wanted.selecting);
-    if (result == ORVALIS_OK)
-        result = locateAny(wanted.nodes, node);
-    if (result != ORVALIS_OK)
-        return result;
-    if (node.info.type == ORVALIS_NODE_BOOLEAN) {
-        bool value = false;
-        result = wanted.booleanNames[0] ? nodes_.getBoolean(node.name, value)
-                                        : ORVALIS_ERROR_NOT_SUPPORTED;
+    return withChoice(choice, [&](const ChoiceRow &wanted, const Located &node) -> OResult {
+        if (node.info.type == ORVALIS_NODE_BOOLEAN) {
+            if (!wanted.booleanNames[0])
+                return ORVALIS_ERROR_NOT_SUPPORTED;
+            bool value = false;
+            const OResult result = nodes_.getBoolean(node.name, value);
+            if (result == ORVALIS_OK)
+                name = wanted.booleanNames[value ? 1 : 0];
+            return result;
+        }
+        EnumerationValue value;
+        const OResult result = nodes_.getEnumeration(node.name, value);
         if (result == ORVALIS_OK)
-            name = wanted.booleanNames[value ? 1 : 0];
+            name = presentName(value);
         return result;
-    }
-    EnumerationValue value;
-    result = nodes_.getEnumeration(node.name, value);
-    if (result == ORVALIS_OK)
-        name = presentName(value);
-    return result;
+    });
 }
 
 OResult Features::set(Choice choice, std::string_view name)
 {
-    const std::lock_guard lock(mutex_);
-    const ChoiceRow &wanted = row(choice);
-    Selection selection(nodes_);
-    Located node;
-    OResult result = selection.select(wanted.selecting);
-    if (result == ORVALIS_OK)
-        result = locateAny(wanted.nodes, node);
-    if (result != ORVALIS_OK)
-        return result;
-    if (node.info.type == ORVALIS_NODE_ENUMERATION)
-        return nodes_.setEnumeration(node.name, name);
-    for (const bool value : {false, true}) {
-        const char *text = wanted.booleanNames[value ? 1 : 0];
-        if (text && name == text)
-            return nodes_.setBoolean(node.name, value);
-    }
-    return ORVALIS_ERROR_NOT_FOUND;
+    return withChoice(choice, [&](const ChoiceRow &wanted, const Located &node) -> OResult {
+        if (node.info.type == ORVALIS_NODE_ENUMERATION)
+            return nodes_.setEnumeration(node.name, name);
+        for (const bool value : {false, true}) {
+            const char *text = wanted.booleanNames[value ? 1 : 0];
+            if (text && name == text)
+                return nodes_.setBoolean(node.name, value);
+        }
+        return ORVALIS_ERROR_NOT_FOUND;
+    });
 }
 
 OResult Features::readSwitch(const Located &node, bool &on)
@@ -132,33 +125,38 @@ OResult Features::writeSwitch(const Located &node, bool on)
     return nodes_.setEnumeration(node.name, on ? kOn : kOff);
 }
 
-OResult Features::get(Switch which, bool &on)
+/// Returns what `own` does with the node that switches the feature; where a camera has none, and
+/// the row names a source in its place, what `source` does, with the source's selectors turned.
+template <class Own, class Source>
+OResult Features::withSwitch(Switch which, Own own, Source source)
 {
     const std::lock_guard lock(mutex_);
     const SwitchRow &wanted = row(which);
     Located node;
     OResult result = locateAny(wanted.nodes, node);
     if (result != ORVALIS_ERROR_NOT_SUPPORTED || !wanted.source)
-        return result == ORVALIS_OK ? readSwitch(node, on) : result;
+        return result == ORVALIS_OK ? own(node) : result;
     Selection selection(nodes_);
     result = selection.select(wanted.selecting);
-    if (result == ORVALIS_OK)
-        result = inspect(wanted.source, node.info);
-    node.name = wanted.source;
-    return result == ORVALIS_OK ? readSwitch(node, on) : result;
+    return result == ORVALIS_OK ? source(wanted) : result;
+}
+
+OResult Features::get(Switch which, bool &on)
+{
+    const auto own = [&](const Located &node) { return readSwitch(node, on); };
+    return withSwitch(which, own, [&](const SwitchRow &wanted) {
+        Located node;
+        node.name = wanted.source;
+        const OResult result = inspect(wanted.source, node.info);
+        return result == ORVALIS_OK ? own(node) : result;
+    });
 }
 
 OResult Features::set(Switch which, bool on)
 {
-    const std::lock_guard lock(mutex_);
-    const SwitchRow &wanted = row(which);
-    Located node;
-    OResult result = locateAny(wanted.nodes, node);
-    if (result != ORVALIS_ERROR_NOT_SUPPORTED || !wanted.source)
-        return result == ORVALIS_OK ? writeSwitch(node, on) : result;
-    Selection selection(nodes_);
-    result = selection.select(wanted.selecting);
-    return result == ORVALIS_OK ? writeSource(wanted, on) : result;
+    return withSwitch(
+        which, [&](const Located &node) { return writeSwitch(node, on); },
+        [&](const SwitchRow &wanted) { return writeSource(wanted, on); });
 }
 
 /// An output without a switch of its own is off while nothing drives it.

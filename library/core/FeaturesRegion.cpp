@@ -112,6 +112,14 @@ OResult asDeviceError(OResult result)
     return missing ? ORVALIS_ERROR_DEVICE : result;
 }
 
+OResult readSpans(NodeMap &nodes, Span &x, Span &y)
+{
+    OResult result = readSpan(nodes, kHorizontal, x);
+    if (result == ORVALIS_OK)
+        result = readSpan(nodes, kVertical, y);
+    return asDeviceError(result);
+}
+
 } // namespace
 
 OResult Features::getRegion(OSizeInfo &size)
@@ -119,11 +127,9 @@ OResult Features::getRegion(OSizeInfo &size)
     const std::lock_guard lock(mutex_);
     Span x;
     Span y;
-    OResult result = readSpan(nodes_, kHorizontal, x);
-    if (result == ORVALIS_OK)
-        result = readSpan(nodes_, kVertical, y);
+    const OResult result = readSpans(nodes_, x, y);
     if (result != ORVALIS_OK)
-        return asDeviceError(result);
+        return result;
     size = {narrow(x.offset), narrow(y.offset), narrow(x.size),
             narrow(y.size),   narrow(x.whole),  narrow(y.whole)};
     return ORVALIS_OK;
@@ -134,11 +140,9 @@ OResult Features::setRegion(const OSizeInfo &size)
     const std::lock_guard lock(mutex_);
     Span x;
     Span y;
-    OResult result = readSpan(nodes_, kHorizontal, x);
-    if (result == ORVALIS_OK)
-        result = readSpan(nodes_, kVertical, y);
+    OResult result = readSpans(nodes_, x, y);
     if (result != ORVALIS_OK)
-        return asDeviceError(result);
+        return result;
     // Offsets may be free while sizes are locked: nothing moves then.
     if (!isWritable(nodes_, kHorizontal.size) && !isWritable(nodes_, kVertical.size))
         return ORVALIS_ERROR_ACCESS_DENIED;

@@ -33,25 +33,25 @@ constexpr bool isDeep(std::uint32_t code)
 /// Bytes of one pixel: PFNC codes carry the bits in their third byte.
 constexpr std::uint32_t bytesPerPixel(std::uint32_t code) { return ((code >> 16) & 0xFF) / 8; }
 
-/// One built-in camera.
+/// One built-in camera. A value given here is the usual one.
 struct CameraModel {
     std::string_view id;
     std::string_view displayName;
     std::string_view model;
     std::string_view serialNumber;
-    bool color;
-    bool thermal;
+    bool color = false;
+    bool thermal = false;
     std::uint32_t width;                    ///< pixels of the sensor
     std::uint32_t height;                   ///< rows of the sensor
     std::span<const std::uint32_t> formats; ///< PFNC codes, the default one first
     double lineTime;                        ///< microseconds that the read-out of a row takes
-    double overhead;                        ///< microseconds between two read-outs
-    double linkRate;                        ///< bytes per microsecond that the link carries
-    double maximumRate;                     ///< frames per second that no region exceeds
-    double exposureMinimum;                 ///< microseconds
-    double exposureDefault;                 ///< microseconds; gives a well exposed picture at 0 dB
-    double rateDefault;                     ///< frames per second
-    double gammaMaximum;
+    double overhead = 50;                   ///< microseconds between two read-outs
+    double linkRate = 450;                  ///< bytes per microsecond that the link carries
+    double maximumRate = 2000;              ///< frames per second that no region exceeds
+    double exposureMinimum = 50;            ///< microseconds
+    double exposureDefault = 10000;         ///< microseconds; gives a well exposed picture at 0 dB
+    double rateDefault = 30;                ///< frames per second
+    double gammaMaximum = 1;                ///< the exponent's upper bound
 };
 
 /// The built-in cameras, in the order in which they are found on the bus.
