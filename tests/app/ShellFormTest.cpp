@@ -27,6 +27,7 @@ private slots:
     void everyUsableActionIsInAMenu();
     void shortcutsAreUnique();
     void docksLieInTheirAreas();
+    void onlyOpenIsUsableAtTheStart();
 };
 
 namespace {
@@ -235,6 +236,20 @@ void ShellFormTest::docksLieInTheirAreas()
     QVERIFY(shell.dock("LogStatus")->isVisible());
     QVERIFY(shell.dock("XMLCtrl")->isVisible());
     QVERIFY(!shell.dock("CameraCtrl")->isVisible());
+}
+
+void ShellFormTest::onlyOpenIsUsableAtTheStart()
+{
+    const Shell shell;
+    QStringList usable;
+    for (const Design &design : designs) {
+        if (shell.action(design.name)->isEnabled())
+            usable << design.name;
+    }
+    QCOMPARE(usable,
+             QStringList({"actionRegisterAccess", "actionExit", "actionAbout_Orvalis",
+                          "actionShowCameraList", "actionShowCameraControl", "actionShowLogStatus",
+                          "actionShowXMLControl", "actionDiscovery", "actionOpen"}));
 }
 
 ORVALIS_QTEST_MAIN(ShellFormTest)

@@ -14,7 +14,6 @@ private slots:
 
     void theStartIsLogged();
     void theStartCallsTheLibraryInOrder();
-    void onlyOpenIsUsableAtTheStart();
     void theStatusBarStartsAtZero();
     void uiStatus_data();
     void uiStatus();
@@ -49,20 +48,6 @@ void ShellStatesTest::theStartCallsTheLibraryInOrder()
     QVERIFY(timer != nullptr);
     QVERIFY(timer->isActive());
     QCOMPARE(timer->interval(), 3000);
-}
-
-void ShellStatesTest::onlyOpenIsUsableAtTheStart()
-{
-    const Shell shell;
-    QStringList usable;
-    for (const Design &design : designs) {
-        if (shell.action(design.name)->isEnabled())
-            usable << design.name;
-    }
-    QCOMPARE(usable,
-             QStringList({"actionRegisterAccess", "actionExit", "actionAbout_Orvalis",
-                          "actionShowCameraList", "actionShowCameraControl", "actionShowLogStatus",
-                          "actionShowXMLControl", "actionDiscovery", "actionOpen"}));
 }
 
 void ShellStatesTest::theStatusBarStartsAtZero()
