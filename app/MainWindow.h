@@ -69,9 +69,13 @@ public:
     void UpdateUIStatus(bool on, int stage);
 
 signals:
+    /// The display names of all cameras on the bus, in its order.
     void sigUpdateCameraList(QStringList names);
+    /// A camera was opened, or the open one was closed.
     void sigCameraOpened(bool opened);
+    /// A picture to show, without the cross. From the display thread and from the delivery thread.
     void sigDisplayFrame(QPixmap pixmap);
+    /// A line for the log. From any thread.
     void sigTraceLog(QString message);
     /// kind 0: `a` frames were received; kind 1: `a` frames and `b` MB a second come in.
     void sigStatusBar(int kind, double a, double b);
@@ -79,32 +83,53 @@ signals:
 public slots:
     void slotStartCamera() override;
     void slotStopCamera() override;
+    /// Takes one frame and stops; does nothing without a camera or while it streams.
     void slotOneGrab();
+    /// Ends the single shot, with its frame or without.
     void slotFinishedGrab();
+    /// Arms or disarms saving: the next displayed frames are written as the control panel says.
     void slotSaveImg(bool checked);
+    /// Shows the picture, with the cross if that is on, while a stream or a single shot runs.
     void slotDisplayFrame(QPixmap pixmap);
+    /// Shows what sigStatusBar() tells.
     void slotStatusBar(int kind, double a, double b);
 
     /// @param[out] count cameras found; may be null
     void slotRefreshCamera(int *count = nullptr);
+    /// Starts a discovery pass on the pool, unless too many have not come back yet.
     void OnTimer();
     /// @param index of the camera, -1 for the one that is current in the list
     void slotOpenCamera(int index = -1);
+    /// Stops the stream and closes the camera; does nothing without one.
     void slotCloseCamera();
+    /// Asks the user, then restarts the camera and closes it.
     void slotResetCamera();
 
+    /// Closes the camera and ends the program.
     void slotExit();
+    /// Shows a dock in front of those that it shares its place with, or hides it.
     void slotShowCameraList(bool show = true);
+    /// @copydoc slotShowCameraList
     void slotShowXMLCtrl(bool show = true);
+    /// @copydoc slotShowCameraList
     void slotShowCameraCtrl(bool show = true);
+    /// @copydoc slotShowCameraList
     void slotShowLogStatus(bool show = true);
+    /// Shows the versions.
     void slotShowAboutDlg();
+    /// Shows or hides the dialog of the centre cross.
     void slotShowDrawCenterDlg(bool show);
+    /// Takes width, in pixels of the picture, and colour of the centre cross.
     void slotCenterValue(int width, QColor color);
+    /// Shows the register dialog of the open camera.
     void slotAccessRegister();
+    /// One step nearer; the picture is not fitted to the window any more.
     void slotZoomIn();
+    /// One step back; the picture is not fitted to the window any more.
     void slotZoomOut();
+    /// Fits the picture to the window, now and from now on.
     void slotZoomFit();
+    /// One pixel of the picture for one of the screen.
     void slotZoom100();
 
 private:

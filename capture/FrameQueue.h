@@ -22,6 +22,7 @@ public:
     /// Forgets all frames.
     void clear();
 
+    /// Frames that wait.
     std::size_t size() const;
 
 private:

@@ -14,6 +14,7 @@ public:
     /// The task ended.
     void end();
 
+    /// Tasks that have begun and not ended.
     int running() const;
 
     /// Waits until no task is left.

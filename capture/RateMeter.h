@@ -9,6 +9,7 @@
 #include <optional>
 #include <sys/time.h>
 
+/// What the status bar tells of a stream.
 struct StreamRates {
     double framesPerSecond = 0.0;
     double megabytesPerSecond = 0.0; ///< units of 1024 x 1024 bytes of raw image data

@@ -12,6 +12,7 @@ public:
     /// Since 1970, UTC.
     using Time = std::chrono::milliseconds;
 
+    /// What the clock of the machine says.
     static Time systemTime();
 
     /// @param now the clock to read

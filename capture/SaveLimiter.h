@@ -10,6 +10,7 @@
 /// thread gives them back. The limiter must outlive every place (see waitUntilEmpty()).
 class SaveLimiter {
 public:
+    /// Bytes.
     static constexpr std::size_t defaultCapacity = std::size_t{512} * 1024 * 1024;
 
     /// Room for one frame, given back on destruction.

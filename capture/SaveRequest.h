@@ -9,6 +9,7 @@
 /// one does not take away another that the user has begun meanwhile. Any thread.
 class SaveRequest {
 public:
+    /// The number of an arming, from 1.
     using Arming = std::uint64_t;
 
     /// Arms or disarms; arming again while armed begins a new arming.
@@ -16,6 +17,7 @@ public:
 
     /// The present arming, 0 if there is none.
     Arming arming() const { return m_arming; }
+    /// True while armed.
     explicit operator bool() const { return m_arming != 0; }
 
     /// Disarms unless the user has armed anew since `arming` was read.

@@ -9,6 +9,7 @@ public:
 
     /// True from Play to Stop, and while a single shot waits for its frame.
     virtual bool isStreaming() const = 0;
+    /// Does nothing without a camera or while streaming.
     virtual void slotStartCamera() = 0;
     /// Does nothing unless streaming; returns when no frame is under way any more.
     virtual void slotStopCamera() = 0;

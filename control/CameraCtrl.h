@@ -56,14 +56,22 @@ public:
     void RawXXtoRaw8(unsigned char *dst, unsigned char *src, int bits);
 
 signals:
+    /// The region was written: the rubber band on the preview goes.
     void sigHideRubberBand();
 
 public slots:
+    /// Shows what the camera is set to on the tab of features. `bUpdate` makes no difference.
     void loadFeatureValue(bool bUpdate);
+    /// Shows what the camera's trigger is set to.
     void loadTriggerValue();
+    /// Shows what the camera's strobe is set to.
     void loadStrobeValue();
+    /// Shows region, pixel format and frame rate, and their bounds.
     void loadVideoInfo();
+    /// Shows the user sets, and the one that the camera starts with.
     void loadUserSet();
+    /// Shows the region that was drawn from `start` to `end`, in pixels of the preview, as sensor
+    /// pixels.
     void slotCurrentPoint(QPoint start, QPoint end);
 
 private slots: // connected by name: "Feature Setting"

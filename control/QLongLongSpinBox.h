@@ -13,17 +13,23 @@ class QLongLongSpinBox : public QAbstractSpinBox {
 public:
     explicit QLongLongSpinBox(QWidget *parent = nullptr);
 
+    /// The number that is shown; it may lie outside of the bounds.
     qlonglong value() const { return m_value; }
+    /// Lower bound, inclusive.
     qlonglong minimum() const { return m_minimum; }
+    /// Upper bound, inclusive.
     qlonglong maximum() const { return m_maximum; }
 
     /// Bounds, inclusive. The present value stays as it is.
     void setMinimum(qlonglong minimum) { m_minimum = minimum; }
+    /// @copydoc setMinimum
     void setMaximum(qlonglong maximum) { m_maximum = maximum; }
+    /// @copydoc setMinimum
     void setRange(qlonglong minimum, qlonglong maximum);
 
     /// Shows `value` and emits valueChanged(); does nothing if it is the present one. Never clamps.
     void setValue(qlonglong value);
+    /// What an arrow key adds.
     int singleStep() const { return m_singleStep; }
 
     /// Acceptable for a decimal number within the bounds, else Invalid; never Intermediate.
@@ -31,12 +37,15 @@ public:
     /// Adds `steps` single steps and stops at the ends of 64 bits, not at the bounds.
     void stepBy(int steps) override;
 
+    /// @param step what an arrow key adds from now on
     virtual void setSingleStep(int step);
     /// The number in `text`, 0 if there is none.
     virtual qlonglong valueFromText(const QString &text) const;
+    /// The text that shows `value`.
     virtual QString textFromValue(qlonglong value) const;
 
 signals:
+    /// Another number is shown.
     void valueChanged(qlonglong value);
 
 public slots:

@@ -20,6 +20,7 @@ public:
     /// canvas empty.
     /// @return true if the canvas is new and not empty
     bool fitTo(const OSizeInfo &size);
+    /// True if there is nothing to draw on.
     bool isEmpty() const { return m_canvas.isNull(); }
 
     /// The record for the next grab. Its `rgb` holds maxWidth x maxHeight x 3 bytes, its `raw`

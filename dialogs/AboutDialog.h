@@ -9,6 +9,7 @@
 
 class Ui_AboutDialog;
 
+/// Shows the versions of the program, of the camera library and of the system.
 class AboutDialog : public QDialog {
     Q_OBJECT
 

@@ -22,7 +22,9 @@ public:
     void keyPressEvent(QKeyEvent *event) override;
 
 public slots:
+    /// Shows the register at the address in the address field.
     void on_btnRead_clicked();
+    /// Writes the data field to the register at the address in the address field.
     void on_btnWrite_clicked();
 
 private:

@@ -17,12 +17,15 @@ public:
 
     /// Null for a number that is negative or not below childCount().
     TreeItem *child(int number);
+    /// Items directly below.
     int childCount() const;
     /// Position in the parent's list; 0 without a parent, -1 if the parent does not list this item.
     int childNumber() const;
+    /// Columns of this item.
     int columnCount() const;
     /// Invalid for a column that the item does not have.
     QVariant data(int column) const;
+    /// Null for the root.
     TreeItem *parent();
 
     /// Inserts `count` children of `columns` invalid values each. False for a position outside

@@ -36,16 +36,24 @@ public:
     void keyPressEvent(QKeyEvent *event) override;
 
 public slots:
+    /// Reads the node and shows it on the panel below the tree.
     void on_treeXML_clicked(const QModelIndex &index);
+    /// Writes the entry to the current node.
     void on_cmbXMLValue_activated(const QString &text);
+    /// Executes the current node. A user set is loaded with the stream stopped.
     void on_btnXMLExcute_clicked();
 
 signals:
     // Each asks the control panel to read one group of settings again.
+    /// Asks the control panel to read its tab of features again. `init` makes no difference.
     void sigUpdateFeatureInfo(bool init = false);
+    /// Asks for region, pixel format and frame rate.
     void sigUpdateVideoInfo();
+    /// Asks for the trigger's settings.
     void sigUpdateTriggerInfo();
+    /// Asks for the strobe's settings.
     void sigUpdateStrobeInfo();
+    /// Asks for the user sets.
     void sigUpdateUSerSetInfo();
 
 private:

@@ -17,6 +17,7 @@ public:
     explicit DrawCenterDlg(QWidget *parent);
 
 public slots:
+    /// Announces width and colour of the cross.
     void on_btnApply_clicked();
 
 signals:

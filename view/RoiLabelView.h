@@ -21,6 +21,7 @@ signals:
     void sigCurrentPoint(QPoint start, QPoint end);
 
 public slots:
+    /// Takes the rubber band away.
     void slotHideRubberBand();
 
 protected:

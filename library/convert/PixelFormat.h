@@ -29,8 +29,11 @@ struct PixelFormat {
     unsigned depth;        ///< significant bits of a sample
     unsigned bitsPerPixel; ///< bits that a pixel takes in memory, padding included
 
+    /// One sample for each pixel: brightness.
     bool isMono() const { return kind == PixelKind::Mono; }
+    /// One sample for each pixel, behind a mosaic of colour filters.
     bool isBayer() const { return kind >= PixelKind::BayerGR && kind <= PixelKind::BayerBG; }
+    /// Colour without a mosaic: RGB, BGR, YUV.
     bool hasDirectColor() const { return kind >= PixelKind::Rgb; }
 };
 

@@ -47,9 +47,11 @@ public:
     /// Stops for ever and ends all waits. Frames stay until destruction.
     void close();
 
+    /// True from start() to stop().
     bool streaming() const;
     /// True inside the callback of this stream.
     bool onDeliveryThread() const;
+    /// Whether frames of a Bayer format get a colour plane, from the next frame on.
     void setBayerConversion(bool enable) { bayerConversion_ = enable; }
 
     /// The next image: of the stream while it runs, else one that is taken for it.

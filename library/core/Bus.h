@@ -24,10 +24,13 @@ class Bus {
 public:
     explicit Bus(Backends backends);
 
+    /// Number of back ends; an index below is smaller than that.
     std::size_t size() const { return seats_.size(); }
+    /// As Backend::discoversAtOnce().
     bool discoversAtOnce(std::size_t index) const;
     /// What is there now; false if the back end failed, `found` is unchanged then.
     bool discover(std::size_t index, std::vector<DeviceDescription> &found);
+    /// Opens the camera on the first back end that knows the ID. Results as of Backend::open().
     OResult open(const std::string &id, std::unique_ptr<Device> &device);
 
 private:

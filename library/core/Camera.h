@@ -19,6 +19,7 @@ namespace orvalis {
 /// Opens once and stays open.
 class Gate {
 public:
+    /// Lets everyone through who waits, and who comes later.
     void open();
     /// True if it is open by `deadline`.
     bool waitUntil(Clock::time_point deadline);
@@ -38,22 +39,33 @@ public:
                                           std::shared_ptr<const void> bus, Reaper &reaper);
     ~Camera() override;
 
+    /// Who it is.
     const DeviceIdentity &identity() const { return device_->identity(); }
+    /// Good for as long as the camera, as are the two below.
     Device &device() { return *device_; }
+    /// The typed features.
     Features &features() { return features_; }
+    /// The stream and the grabs.
     Acquisition &acquisition() { return acquisition_; }
 
+    /// True if the camera was restarted: its ID may be opened again, this handle is of no use.
     bool lost() const { return lost_; }
+    /// From now on lost().
     void markLost() { lost_ = true; }
     /// Opens when nothing is left of the camera.
     std::shared_ptr<Gate> gone() const { return gone_; }
 
+    /// ORVALIS_ERROR_CONNECTION_LOST or ORVALIS_ERROR_DEVICE if the pixel format cannot be read.
     OResult cameraInfo(OCameraInfo &info);
     /// `session` is the number of the library's session that the call belongs to.
     OResult start(OFrameCallback callback, std::uint64_t session);
+    /// Restarts the camera, which is lost then.
     OResult reset();
+    /// Loads the maker's settings; ORVALIS_ERROR_ACCESS_DENIED while it streams.
     OResult loadDefaults();
+    /// Writes one picture as RGB to the caller's planes, which are as large as the sensor.
     OResult grabRgb(OImageFrame &frame, std::uint32_t timeoutMs);
+    /// Writes one picture as the camera sent it to the caller's raw plane, as large as the sensor.
     OResult grabRaw(OImageFrame &frame, std::uint32_t timeoutMs);
 
     /// Runs `access(nodes, name)` under the node lock, with the other spelling of the name if the

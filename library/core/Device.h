@@ -47,7 +47,9 @@ class Device {
 public:
     virtual ~Device() = default; ///< leaves the camera; called with no other call under way
 
+    /// Good for as long as the device.
     virtual const DeviceIdentity &identity() const = 0;
+    /// Good for as long as the device.
     virtual NodeMap &nodes() = 0;
 
     /// Starts the camera's acquisition. Never called while it streams.
@@ -65,8 +67,11 @@ public:
     /// wake() ends it.
     virtual OResult takeImage(RawImage &image, Clock::time_point deadline) = 0;
 
+    /// Reads 32 bits. ORVALIS_ERROR_NOT_FOUND where the camera has no register.
     virtual OResult readRegister(std::uint32_t address, std::uint32_t &value) = 0;
+    /// Writes 32 bits. ORVALIS_ERROR_NOT_FOUND where the camera has no register.
     virtual OResult writeRegister(std::uint32_t address, std::uint32_t value) = 0;
+    /// Restarts the camera, which is lost then. ORVALIS_ERROR_NOT_SUPPORTED if it cannot.
     virtual OResult reset() = 0;
 };
 
@@ -75,6 +80,7 @@ class Backend {
 public:
     virtual ~Backend() = default;
 
+    /// For debug messages.
     virtual std::string_view name() const = 0;
     /// True if discover() takes no noticeable time and may run in any call.
     virtual bool discoversAtOnce() const = 0;

@@ -21,8 +21,11 @@ using Snapshot = std::shared_ptr<const std::vector<DeviceDescription>>;
 /// it is asked. Any thread.
 class Discovery {
 public:
+    /// How long the first look waits for back ends that have not answered yet.
     static constexpr std::chrono::milliseconds kFirstPassPatience{1500};
+    /// How long present() shows a thread the list that it took.
     static constexpr std::chrono::milliseconds kPinned{500};
+    /// The time, for tests to set.
     using Now = std::function<Clock::time_point()>;
 
     /// Begins to look at once. `now` tells for how long snapshots stay pinned.

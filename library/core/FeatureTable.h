@@ -65,6 +65,7 @@ struct NumberNode {
 /// How a number crosses the interface.
 enum class Rounding { Integer, Float };
 
+/// Where a number is found on a camera.
 struct NumberRow {
     Number number;
     std::array<NumberNode, 6> nodes; ///< the first one that the camera has
@@ -75,6 +76,7 @@ struct NumberRow {
     std::array<const char *, 3> enables{};
 };
 
+/// Where a choice of names is found on a camera.
 struct ChoiceRow {
     Choice choice;
     std::array<const char *, 3> nodes; ///< enumerations, or a boolean for two names
@@ -82,6 +84,7 @@ struct ChoiceRow {
     std::array<const char *, 2> booleanNames{}; ///< what false and true of a boolean are called
 };
 
+/// Where a switch is found on a camera.
 struct SwitchRow {
     Switch which;
     std::array<const char *, 2> nodes; ///< booleans, or enumerations ("Off", "On")

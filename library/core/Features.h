@@ -39,15 +39,21 @@ public:
     /// `nodes` and `mutex`, the camera's node lock, outlive this object.
     Features(NodeMap &nodes, std::mutex &mutex) : nodes_(nodes), mutex_(mutex) {}
 
+    /// ORVALIS_ERROR_NOT_SUPPORTED for what this camera does not have, here and below.
     OResult get(Number number, NumberValue &value);
     /// Only a feature with an automatic control can be `automatic`; `value` does not count then.
     OResult set(Number number, double value, bool automatic = false);
 
+    /// The names that can be chosen at present.
     OResult list(Choice choice, std::vector<std::string> &names);
+    /// The name that is chosen.
     OResult get(Choice choice, std::string &name);
+    /// ORVALIS_ERROR_NOT_FOUND for a name that is not offered at present.
     OResult set(Choice choice, std::string_view name);
 
+    /// Whether the switch is on.
     OResult get(Switch which, bool &on);
+    /// Switches on or off.
     OResult set(Switch which, bool on);
 
     /// Nothing happens, with ORVALIS_OK, where the trigger is not set up for it, or not
@@ -56,9 +62,12 @@ public:
     /// Loads the maker's settings.
     OResult loadDefaults();
 
+    /// ORVALIS_ERROR_DEVICE for a camera without region nodes.
     OResult getRegion(OSizeInfo &size);
+    /// Takes the nearest region that the camera can do; after a failure the old one holds.
     OResult setRegion(const OSizeInfo &size);
 
+    /// ORVALIS_ERROR_DEVICE if the camera names no entry of its own list.
     OResult presentFormat(PresentFormat &present);
 
 private:

@@ -24,6 +24,7 @@ public:
         }
         return data_.get();
     }
+    /// Bytes.
     std::size_t capacity() const { return capacity_; }
 
 private:
@@ -43,6 +44,7 @@ struct Frame {
     Clock::time_point delivered{};
     std::atomic<bool> taken{false}; ///< a grab reads it: not to be filled again
 
+    /// Bytes of all planes.
     std::size_t bytes() const
     {
         return raw.capacity() + rgb.capacity() + mono8.capacity() + source.size;

@@ -15,8 +15,11 @@ namespace orvalis {
 /// thread at a time: the delivery thread while a stream runs, else whoever starts or closes.
 class FrameRing {
 public:
+    /// A frame lives until so many further ones were given out ...
     static constexpr std::size_t kFurtherFrames = 8;
+    /// ... and so much time has passed,
     static constexpr std::chrono::milliseconds kLifetime{200};
+    /// less where the ring would take more bytes than this.
     static constexpr std::size_t kBudget = std::size_t{1} << 30;
 
     explicit FrameRing(std::size_t budget = kBudget) : budget_(budget) {}
@@ -30,6 +33,7 @@ public:
     /// Ends the life of all frames.
     void clear();
 
+    /// Frames that there are, filled or not.
     std::size_t size() const { return frames_.size(); }
 
 private:

@@ -16,6 +16,7 @@ namespace orvalis {
 /// The one library of a process. Every function may be called from any thread.
 class Library {
 public:
+    /// Made by the first call, gone at the end of the process.
     static Library &instance();
     /// Closes what a program left open.
     ~Library();
@@ -25,17 +26,27 @@ public:
     /// With back ends of the caller, for tests. Counted; while the library is in use already they
     /// are not asked for.
     OResult init(const BackendFactory &makeBackends);
+    /// The last one ends all streams and the discovery. ORVALIS_ERROR_NOT_INITIALIZED without an
+    /// init().
     OResult uninit();
+    /// True from the first init() to the last uninit().
     bool initialized() const;
 
+    /// Looks for cameras anew. ORVALIS_ERROR_NOT_INITIALIZED, as for all below.
     OResult takeSnapshot(Snapshot &snapshot);
+    /// The cameras that the last look of this thread found.
     OResult presentSnapshot(Snapshot &snapshot);
 
+    /// ORVALIS_ERROR_BUSY if it is open here already; else results as of Backend::open().
     OResult open(const std::string &id, OCameraHandle &handle);
     /// Null for handles that are not valid. Also outside init() ... uninit().
     std::shared_ptr<Camera> find(OCameraHandle handle) const { return registry_.find(handle); }
+    /// Results as of Camera::start().
     OResult start(Camera &camera, OFrameCallback callback);
+    /// ORVALIS_ERROR_BAD_HANDLE, or ORVALIS_OK whether it streamed or not.
     OResult stop(OCameraHandle handle);
+    /// Ends stream and grabs. When it returns the camera can be opened again, except where it is
+    /// called from inside of the callback.
     OResult close(OCameraHandle handle);
 
 private:

@@ -25,6 +25,7 @@ public:
     std::shared_ptr<Camera> remove(OCameraHandle handle);
     /// True if a camera of that ID is open and not lost.
     bool isOpen(std::string_view cameraId) const;
+    /// All open cameras.
     std::vector<std::shared_ptr<Camera>> all() const;
 
 private:

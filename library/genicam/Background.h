@@ -17,6 +17,7 @@ namespace orvalis {
 /// go waits for what still runs, and then shuts Aravis down.
 class Background {
 public:
+    /// The one of the process.
     static std::shared_ptr<Background> instance();
     Background() = default;
     ~Background();

@@ -29,20 +29,24 @@ public:
         explicit Turn(CameraLink *link) : link_(link) {}
         Turn(Turn &&other) noexcept : link_(std::exchange(other.link_, nullptr)) {}
         ~Turn();
+        /// False where the camera is lost: there is no turn then.
         explicit operator bool() const { return link_ != nullptr; }
 
     private:
         CameraLink *link_;
     };
+    /// Waits for the turn.
     Turn turn();
 
     /// Both only for whoever has the turn.
     ArvDevice *device() const { return device_.get(); }
+    /// The engine of the device's nodes, which owns it.
     ArvGc *genicam() const { return arv_device_get_genicam(device_.get()); }
 
     /// What `failure` means; an error that says that the camera is gone marks it lost.
     OResult resultOf(const Failure &failure);
 
+    /// True once the camera is known to be gone.
     bool lost() const { return lost_; }
     /// From now on the camera counts as lost, for ever. Ends all waits. `reason` is for the debug
     /// output.
@@ -55,6 +59,7 @@ public:
     /// Forgets a wake() that nobody has noticed.
     void forgetWake();
 
+    /// Why a wait ended.
     enum class Event { Buffer, Wake, Lost, Timeout };
     /// Waits for bufferDone(), wake(), the loss of the camera, or `limit`. One thread at a time.
     Event waitForBuffer(Clock::time_point limit);

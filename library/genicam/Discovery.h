@@ -21,6 +21,7 @@ struct CameraRecord {
     std::string model;
     std::string serialNumber;
 
+    /// True for GigE Vision.
     bool isGige() const { return protocol == "GigEVision"; }
 };
 

@@ -11,14 +11,16 @@
 
 namespace orvalis {
 
+/// Gives a reference back.
 struct Unref {
-    void operator()(void *object) const { g_object_unref(object); }
+    void operator()(void *object) const { g_object_unref(object); } ///< for unique_ptr
 };
 /// Owns one reference of a GObject.
 template <typename T> using GPtr = std::unique_ptr<T, Unref>;
 
+/// Frees what GLib has allocated.
 struct GFree {
-    void operator()(void *memory) const { g_free(memory); }
+    void operator()(void *memory) const { g_free(memory); } ///< for unique_ptr
 };
 
 /// Place for the error of one Aravis call after the other.
@@ -35,7 +37,9 @@ public:
         g_clear_error(&error_);
         return &error_;
     }
+    /// True if the call failed.
     explicit operator bool() const { return error_ != nullptr; }
+    /// Why, for debug messages; good until the next call.
     const char *text() const { return error_ != nullptr ? error_->message : "no reason given"; }
 
     /// What the error means to a caller of the library; ORVALIS_OK without an error.

@@ -14,7 +14,9 @@ namespace orvalis {
 /// Counts over the present or the last acquisition. Any thread.
 class StreamCounters {
 public:
+    /// What is counted: frames, the first three, and packets.
     enum Kind { Delivered, Failed, Underruns, Resent, Missing, kindCount };
+    /// One count for each kind.
     using Values = std::array<std::int64_t, kindCount>;
 
     /// Node that shows a counter.
@@ -23,10 +25,11 @@ public:
         const char *displayName;
         const char *description;
     };
-    static const std::array<Node, kindCount> nodes;
-    static constexpr const char *category = "StreamStatistics";
-    static constexpr const char *resetCommand = "StreamStatisticsReset";
+    static const std::array<Node, kindCount> nodes;             ///< in the order of the kinds
+    static constexpr const char *category = "StreamStatistics"; ///< holds them
+    static constexpr const char *resetCommand = "StreamStatisticsReset"; ///< calls reset()
 
+    /// Counts one more.
     void add(Kind kind);
     /// Counts on with a stream of Aravis'. It stays alive until detach(). A frame is sent in
     /// `packetsPerFrame` packets; 0 if that is not known.
@@ -35,7 +38,9 @@ public:
     void bufferDone(bool complete);
     /// Keeps the stream's counts and forgets the stream.
     void detach();
+    /// Counts from 0 again.
     void reset();
+    /// All counts, taken at one moment.
     Values values() const;
 
 private:

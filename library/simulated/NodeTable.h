@@ -70,7 +70,9 @@ struct NodeSpec {
     std::string_view text{}; ///< factory value of a string
     std::string_view description{};
 
+    /// True if the flag is set.
     bool has(NodeFlag flag) const { return (flags & flag) != 0; }
+    /// True for a node that holds others.
     bool isCategory() const { return type == ORVALIS_NODE_CATEGORY; }
     /// Words from `address` on.
     std::uint32_t words() const;

@@ -13,16 +13,18 @@ constexpr double kSigmaSteps = 8;
 
 /// Types that go with samples of 8 and of 12 bits.
 template <class Sample> struct NoiseTypes;
+/// 8 bits.
 template <> struct NoiseTypes<std::uint8_t> {
-    using Sigma = std::uint8_t;
-    using Random = std::int8_t;
+    using Sigma = std::uint8_t; ///< holds kSigmaMaximum
+    using Random = std::int8_t; ///< a random number before it is scaled
     static constexpr int kMaximum = 255;
     static constexpr int kSigmaMaximum = 255;
     static constexpr int kShift = 8;
 };
+/// 12 bits in 16.
 template <> struct NoiseTypes<std::uint16_t> {
-    using Sigma = std::int16_t;
-    using Random = std::int16_t;
+    using Sigma = std::int16_t;  ///< holds kSigmaMaximum
+    using Random = std::int16_t; ///< a random number before it is scaled
     static constexpr int kMaximum = 4095;
     static constexpr int kSigmaMaximum = 8191;
     static constexpr int kShift = 16;

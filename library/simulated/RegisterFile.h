@@ -17,6 +17,7 @@ class RegisterFile {
 public:
     RegisterFile(const CameraModel &model, std::size_t extraNodes);
 
+    /// What the words mean.
     const NodeTable &table() const { return table_; }
 
     /// Address of the word that a node shows at present (its selector decides).
@@ -29,12 +30,16 @@ public:
     /// The entries that an enumeration offers at present.
     std::span<const EntrySpec> entries(const NodeSpec &spec) const { return spec.entries; }
 
+    /// The word at an address that the table has, as for all below.
     std::uint32_t word(std::uint32_t address) const { return words_[address / 4]; }
     /// Writes without any rule: for what the camera itself measures and finds.
     void setWord(std::uint32_t address, std::uint32_t value) { words_[address / 4] = value; }
 
+    /// The word as IEEE 754 single precision.
     float real(std::uint32_t address) const;
+    /// As setWord(), in single precision.
     void setReal(std::uint32_t address, double value);
+    /// True unless the word is 0.
     bool flag(std::uint32_t address) const { return word(address) != 0; }
 
     /// The number that stands at an address, read as the node says.
@@ -43,7 +48,9 @@ public:
     /// follows from it. Does not look at access modes.
     OResult setNumber(const NodeSpec &spec, std::uint32_t address, double value);
 
+    /// A string, up to its first NUL.
     std::string text(const NodeSpec &spec) const;
+    /// ORVALIS_ERROR_OUT_OF_RANGE for a text that does not fit.
     OResult setText(const NodeSpec &spec, std::string_view value);
 
     /// A 32-bit value as the raw register calls write it, under the same rules as setNumber().
@@ -51,6 +58,7 @@ public:
 
     /// All words that belong to a user set, in an order of their own.
     std::vector<std::uint32_t> userSet() const;
+    /// Takes what userSet() gave.
     void loadUserSet(const std::vector<std::uint32_t> &words);
     /// What leaves the factory.
     const std::vector<std::uint32_t> &factorySet() const { return factorySet_; }

@@ -18,6 +18,7 @@ struct Plane {
     std::uint32_t width = 0;
     std::vector<std::uint16_t> values;
 
+    /// `width` values.
     const std::uint16_t *row(std::uint32_t y) const
     {
         return values.data() + std::size_t(y) * width;

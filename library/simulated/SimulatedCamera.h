@@ -26,13 +26,17 @@ public:
     /// Switches the camera on.
     SimulatedCamera(const CameraModel &model, std::size_t extraNodes);
 
+    /// What is fixed about the camera.
     const CameraModel &model() const { return model_; }
+    /// Its nodes.
     const NodeTable &table() const { return table_; }
 
+    /// False while a restart or a fault holds it away.
     bool isOnBus() const;
     /// ORVALIS_ERROR_NOT_FOUND while it is away, ORVALIS_ERROR_BUSY, ORVALIS_ERROR_DEVICE on
     /// demand.
     OResult open(Session &session);
+    /// Ends the session and its stream; nothing if it has ended already.
     void close(Session session);
 
     /// Runs `action(registers, streaming)` under the lock, when the camera gets round to it.
@@ -59,10 +63,15 @@ public:
     /// Executes a command.
     OResult execute(Session session, const NodeSpec &spec);
 
+    /// This one and those below are as in Device, for the session that is open.
     OResult startStream(Session session);
+    /// @copydoc startStream
     OResult stopStream(Session session);
+    /// @copydoc startStream
     OResult nextImage(Session session, RawImage &image, Clock::time_point deadline);
+    /// @copydoc startStream
     OResult takeImage(Session session, RawImage &image, Clock::time_point deadline);
+    /// @copydoc startStream
     void wake(Session session);
 
 private:

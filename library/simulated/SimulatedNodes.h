@@ -34,6 +34,7 @@ public:
     /// The same memory without names. ORVALIS_ERROR_BAD_ARGUMENT for an address that is no multiple
     /// of 4, ORVALIS_ERROR_NOT_FOUND for one that has no register.
     OResult readRegister(std::uint32_t address, std::uint32_t &value);
+    /// As readRegister(), and ORVALIS_ERROR_ACCESS_DENIED for a register that is locked or fixed.
     OResult writeRegister(std::uint32_t address, std::uint32_t value);
 
 private:

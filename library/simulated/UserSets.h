@@ -20,10 +20,13 @@ public:
     /// The memory of a camera.
     static UserSets &of(std::string_view cameraId);
 
+    /// Keeps `words` as that set, to the end of the process.
     void save(std::uint32_t number, std::vector<std::uint32_t> words);
     /// Nothing if that set was never saved.
     std::optional<std::vector<std::uint32_t>> load(std::uint32_t number) const;
+    /// The set that the camera loads when it is switched on.
     void setPowerOn(std::uint32_t number);
+    /// 0, the factory's, unless another was chosen.
     std::uint32_t powerOn() const;
 
 private:
