@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: MIT
-# CPack: "cpack -G DEB" makes a Debian package, "cpack --config CPackSourceConfig.cmake" the sources.
+# CPack: "cpack --preset package" makes a Debian package, "cpack --config CPackSourceConfig.cmake" in a build folder
+# the archive of the sources.
 set(CPACK_PACKAGE_NAME orvalisviewer)
 set(CPACK_PACKAGE_VENDOR "The OrvalisViewer developers")
 set(CPACK_PACKAGE_CONTACT "The OrvalisViewer developers <maintainers@orvalis.example>")
@@ -32,7 +33,8 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_CURRENT_BINARY_DIR}/triggers")
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
-set(CPACK_SOURCE_GENERATOR TXZ)
+set(CPACK_SOURCE_GENERATOR TGZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME "orvalisviewer-${PROJECT_VERSION}")
-set(CPACK_SOURCE_IGNORE_FILES "/\\\\.git/" "/build/" "/\\\\.cache/" "\\\\.user$")
+# In a work tree of git .git is a file.
+set(CPACK_SOURCE_IGNORE_FILES "/\\\\.git$" "/\\\\.git/" "/build/" "/\\\\.cache/" "\\\\.user$")
 include(CPack)

@@ -69,7 +69,7 @@ end_all() {
 }
 
 inside() {
-    local cameras=1 lose=0 cable= number
+    local cameras=1 lose=0 cable='' number
     while [ $# -gt 0 ]; do
         case "$1" in
         --cameras) cameras=$2 && shift 2 ;;
