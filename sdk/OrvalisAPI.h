@@ -233,7 +233,8 @@ ORVALIS_EXPORT int32_t OrvalisUninit(void);
 /* ------------------------------------------------------------------------------------------------ */
 /** @name Enumeration
  *  A call to OrvalisNumberOfCameras() takes a snapshot of the bus. For half a second the names and IDs
- *  that the same thread reads are those of its snapshot; after that those of the newest one.
+ *  that the same thread reads are those of its snapshot; after that those of the newest one. A camera
+ *  that was lost, but is there again, may stay out of the list until its old handle is closed.
  *  @{ */
 
 /** Tells how many cameras are on the bus. Answers at once from the latest look at the bus, taken in

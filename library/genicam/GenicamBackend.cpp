@@ -4,6 +4,7 @@
 #include "library/genicam/Discovery.h"
 #include "library/genicam/GenicamDevice.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -16,28 +17,37 @@ using namespace std::chrono_literals;
 /// The open cameras by ID. A camera that was closed a moment ago may still have to be told so.
 class OpenCameras {
 public:
-    void add(const std::string &id)
+    /// `isLost` tells of the camera until remove().
+    void add(const std::string &id, std::function<bool()> isLost)
     {
         const std::lock_guard lock(mutex_);
-        ++count_[id];
+        cameras_.emplace(id, std::move(isLost));
     }
     void remove(const std::string &id)
     {
         const std::lock_guard lock(mutex_);
-        --count_[id];
+        cameras_.erase(cameras_.lower_bound(id)); // of several the one that was opened first
         changed_.notify_all();
     }
     /// Waits a moment for a camera to be left.
     void waitUntilLeft(const std::string &id)
     {
         std::unique_lock lock(mutex_);
-        changed_.wait_for(lock, 2s, [&] { return count_[id] == 0; });
+        changed_.wait_for(lock, 2s, [&] { return !cameras_.contains(id); });
+    }
+    /// True if the camera is open, or not yet left, and lost.
+    bool isLost(const std::string &id)
+    {
+        const std::lock_guard lock(mutex_);
+        const auto [first, end] = cameras_.equal_range(id);
+        return first != end &&
+               std::all_of(first, end, [](const auto &camera) { return camera.second(); });
     }
 
 private:
-    std::mutex mutex_; // guards count_
+    std::mutex mutex_; // guards cameras_
     std::condition_variable changed_;
-    std::map<std::string, int> count_;
+    std::multimap<std::string, std::function<bool()>> cameras_;
 };
 
 OResult refusedToOpen(const CameraRecord &camera, const Failure &failure)
@@ -72,7 +82,11 @@ std::vector<DeviceDescription> GenicamBackend::discover()
 {
     std::vector<DeviceDescription> found;
     for (const CameraRecord &camera : lookForCameras()) {
-        found.push_back({camera.id, camera.displayName});
+        // Whoever has lost a camera, but not yet left it, learns from the list that it is gone: a
+        // camera may be back soon, or belong to another program now.
+        if (!open_->isLost(camera.id)) {
+            found.push_back({camera.id, camera.displayName});
+        }
         const std::lock_guard lock(mutex_);
         known_[camera.id] = camera;
     }
@@ -113,9 +127,10 @@ OResult GenicamBackend::open(const std::string &id, std::unique_ptr<Device> &dev
     if (!camera.serialNumber.empty()) {
         identity.serialNumber = camera.serialNumber;
     }
-    open_->add(id);
-    device = std::make_unique<GenicamDevice>(std::move(opened), std::move(identity),
-                                             [open = open_, id] { open->remove(id); });
+    auto created = std::make_unique<GenicamDevice>(std::move(opened), std::move(identity),
+                                                   [open = open_, id] { open->remove(id); });
+    open_->add(id, created->lossProbe());
+    device = std::move(created);
     return ORVALIS_OK;
 }
 

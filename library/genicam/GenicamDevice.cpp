@@ -75,6 +75,14 @@ GenicamDevice::~GenicamDevice()
     background_->run(leave, patience);
 }
 
+std::function<bool()> GenicamDevice::lossProbe() const
+{
+    return [watched = std::weak_ptr<Core>(core_)] {
+        const std::shared_ptr<Core> core = watched.lock();
+        return core && core->link.lost();
+    };
+}
+
 bool GenicamDevice::isGone(Core &core)
 {
     if (const char *proof = core.link.lost() ? nullptr : core.presence.whyGone()) {

@@ -30,6 +30,9 @@ public:
     GenicamDevice(GPtr<ArvDevice> device, DeviceIdentity identity, std::function<void()> onGone);
     ~GenicamDevice() override;
 
+    /// Tells whether the camera is lost, also after this object's end.
+    std::function<bool()> lossProbe() const;
+
     const DeviceIdentity &identity() const override { return identity_; }
     NodeMap &nodes() override { return core_->nodes; }
     OResult startStream() override;

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
-// The viewer on a GigE Vision camera that is another process: nodes, registers, single shot and
-// cross. Runs inside run_gige.sh, which starts the camera.
+// The viewer on a GigE Vision camera that is another process: nodes, registers, single shot, cross,
+// and another program that takes the camera. Runs inside run_gige.sh, which starts the camera.
 #include "dialogs/AccessRegister.h"
 #include "tests/live/LiveSession.h"
 #include "tests/support/QtTestMain.h"
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QTimer>
 
 #include <memory>
 
@@ -23,6 +27,7 @@ private slots:
     void nodeIsWrittenAndReadBack();
     void registerIsReadAndWritten();
     void crossIsPaintedOnThePicture();
+    void aCameraThatAnotherProgramTakesIsClosed();
 
 private:
     QString received() const;
@@ -102,6 +107,33 @@ void LiveGigeTest::crossIsPaintedOnThePicture()
     QTRY_COMPARE(m_session->shown().pixelColor(256, 10), QColor(Qt::red));
     QCOMPARE(m_session->shown().pixelColor(10, 256), QColor(Qt::red));
     QVERIFY(m_session->shown().pixelColor(100, 100) != QColor(Qt::red));
+}
+
+void LiveGigeTest::aCameraThatAnotherProgramTakesIsClosed()
+{
+    constexpr int patience = 60000; // another program needs seconds to get hold of it
+    QVERIFY(m_session->play());
+    QSignalSpy opened(&m_session->window(), SIGNAL(sigCameraOpened(bool)));
+    QProcess other; // it stops this process until this process has lost the camera
+    other.start(QStringLiteral(ORVALIS_OTHER_PROGRAM),
+                {QStringLiteral("127.0.0.1"), QString::number(QCoreApplication::applicationPid())});
+    QTRY_VERIFY_WITH_TIMEOUT(!m_session->window().isStreaming(), patience);
+    QTRY_COMPARE(opened.count(), 1);
+    QCOMPARE(opened.first().first().toBool(), false);
+
+    QString said;
+    QTimer answer;
+    connect(&answer, &QTimer::timeout, this, [&said] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            said = box->text();
+            box->close();
+        }
+    });
+    answer.start(5);
+    m_session->open(QStringLiteral("GV01"));
+    QCOMPARE(said, QStringLiteral("Aravis-Fake-GV01 open error"));
+    other.closeWriteChannel();
+    QVERIFY(other.waitForFinished(patience));
 }
 
 #include "LiveGigeTest.moc"

@@ -42,8 +42,11 @@ TEST_F(GigeControl, aCameraThatAnotherProgramTakesWhileItStreamsIsLost)
     ASSERT_EQ(nextImage(*device, image), ORVALIS_OK);
     const OtherProgram other(camera.address(), OtherProgram::Way::Steal);
     EXPECT_EQ(streamUntilItEnds(*device), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(backend_->discover().size(), 0U) << "until it is left";
     device->stopStream();
     device.reset();
+    while (backend_->discover().empty()) {
+    }
     EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY);
 }
 
