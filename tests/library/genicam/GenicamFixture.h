@@ -68,6 +68,9 @@ public:
         }
     }
 
+    /// From now on nothing answers, as if the way to it had been cut somewhere: not even its
+    /// computer says that it is gone.
+    void freeze() { ::kill(pid_, SIGSTOP); }
     void kill()
     {
         if (pid_ > 0) {

@@ -82,6 +82,20 @@ TEST_F(GigeLoss, stopReturnsInTimeThoughTheCameraHasJustVanished)
     EXPECT_LT(Clock::now() - begin, 1500ms) << "promised: a second";
 }
 
+TEST_F(GigeLoss, aCameraThatFallsSilentIsLost)
+{
+    CameraProcess camera(1);
+    auto device = discoveredAndOpened(camera.id());
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    RawImage image;
+    ASSERT_EQ(nextImage(*device, image), ORVALIS_OK);
+    camera.freeze();
+    const Clock::time_point begin = Clock::now();
+    EXPECT_EQ(streamUntilItEnds(*device), ORVALIS_ERROR_CONNECTION_LOST);
+    std::printf("lost after %.1f s\n", std::chrono::duration<double>(Clock::now() - begin).count());
+}
+
 TEST_F(GigeLoss, aCameraThatIsGoneIsNotFound)
 {
     CameraProcess camera(1);

@@ -125,6 +125,49 @@ TEST_P(GigePacketLoss, noTornPictureIsDeliveredAndTheCountersAgreeWithTheSender)
     device->stopStream();
 }
 
+/// A camera that sends packets again says so in its capabilities; the test camera does not mind
+/// being told what it can do.
+void claimResends(Device &device)
+{
+    constexpr std::uint32_t capabilities = 0x0934;
+    constexpr std::uint32_t packetResend = 1U << 2;
+    std::uint32_t value = 0;
+    ASSERT_EQ(device.readRegister(capabilities, value), ORVALIS_OK);
+    ASSERT_EQ(device.writeRegister(capabilities, value | packetResend), ORVALIS_OK);
+}
+
+class GigeResend : public GigePacketLoss {};
+
+TEST_P(GigeResend, lostPacketsAreAskedForOnceMoreAndNoPictureIsMissing)
+{
+    const Loss loss(0);
+    loss->resends = true;
+    CameraProcess camera(1);
+    const auto backend = orvalis::makeGenicamBackend(false);
+    backend->discover();
+    claimResends(*openCamera(*backend, camera.id())); // it is read at the next opening
+    const auto device = openCamera(*backend, camera.id());
+    ASSERT_TRUE(device);
+    ASSERT_EQ(device->nodes().setFloat("AcquisitionFrameRate", 100), ORVALIS_OK);
+    const long overrunBefore = overrunPackets();
+    ASSERT_EQ(device->startStream(), ORVALIS_OK);
+    loss->perMillion = GetParam();
+    const int delivered = streamUntil(
+        *device, [&](int count) { return loss->lost >= 5 && loss->resent >= loss->lost && count; });
+    const auto failed = integer(*device, "StreamFailedFrameCount");
+    const long overrun = overrunPackets() - overrunBefore;
+    std::printf("sender: %u packets, %u lost, %u requests, %u sent again; receiver: %ld failed, "
+                "%ld resent, %ld missing, %d delivered, %ld overrun\n",
+                loss->sent.load(), loss->lost.load(), loss->asked.load(), loss->resent.load(),
+                long{failed}, long{integer(*device, "StreamResentPacketCount")},
+                long{integer(*device, "StreamMissingPacketCount")}, delivered, overrun);
+    if (overrun == 0) {
+        EXPECT_EQ(failed, 0);
+    }
+    device->stopStream();
+}
+
 INSTANTIATE_TEST_SUITE_P(PerMillion, GigePacketLoss, testing::Values(100U, 1000U));
+INSTANTIATE_TEST_SUITE_P(PerMillion, GigeResend, testing::Values(1000U, 5000U));
 
 } // namespace

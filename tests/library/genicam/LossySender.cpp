@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
 // Loaded into the process of a GigE Vision test camera (LD_PRELOAD): loses packets with image data
 // on their way out, as many as the test wants, and counts them. The camera's own loss is in whole
-// packets per thousand, which is coarse, and is told to nobody.
+// packets per thousand, which is coarse, and is told to nobody. Answers requests to send packets
+// again, which the camera itself cannot.
 #include "tests/library/genicam/LossySender.h"
 
 #include <cstdlib>
+#include <cstring>
+#include <deque>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <random>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <vector>
 
 using genicamtest::LossyLink;
 
@@ -33,25 +37,30 @@ constexpr std::size_t headerSize = 8;
 constexpr std::uint8_t imageData = 3;
 constexpr std::size_t smallestImagePacket = 100; // control packets are no longer
 
-/// Sent by one thread.
+/// What the sending thread shares with nobody: the camera has one thread for everything.
+LossyLink *link()
+{
+    static LossyLink *const opened = openLink();
+    return opened;
+}
+
 bool isLost(const void *data, std::size_t size)
 {
-    static LossyLink *const link = openLink();
     static std::mt19937 random(1);
     static int lastFrame = -1;
     const auto *bytes = static_cast<const std::uint8_t *>(data);
-    if (link == nullptr || size < smallestImagePacket || size < headerSize ||
+    if (link() == nullptr || size < smallestImagePacket || size < headerSize ||
         (bytes[4] & 0x7F) != imageData) {
         return false;
     }
-    ++link->sent;
-    if (random() % 1000000 >= link->perMillion) {
+    ++link()->sent;
+    if (random() % 1000000 >= link()->perMillion) {
         return false;
     }
     const int frame = bytes[2] << 8 | bytes[3];
-    link->frames += frame != lastFrame ? 1U : 0U;
+    link()->frames += frame != lastFrame ? 1U : 0U;
     lastFrame = frame;
-    ++link->lost;
+    ++link()->lost;
     return true;
 }
 
@@ -60,26 +69,98 @@ template <class Function> Function next(const char *name)
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
+ssize_t reallySend(int socket, const msghdr *message, int flags)
+{
+    static const auto real = next<ssize_t (*)(int, const msghdr *, int)>("sendmsg");
+    return real(socket, message, flags);
+}
+
+/// A packet that was lost, and where it should have gone.
+struct Kept {
+    int socket;
+    std::vector<std::uint8_t> bytes;
+    std::vector<std::uint8_t> to;
+
+    unsigned frame() const { return unsigned(bytes[2] << 8 | bytes[3]); }
+    unsigned number() const { return unsigned(bytes[5] << 16 | bytes[6] << 8 | bytes[7]); }
+    void send()
+    {
+        bytes[0] = 0x01; // the status of a packet that is sent again
+        iovec data{bytes.data(), bytes.size()};
+        msghdr message{};
+        message.msg_name = to.data();
+        message.msg_namelen = static_cast<socklen_t>(to.size());
+        message.msg_iov = &data;
+        message.msg_iovlen = 1;
+        reallySend(socket, &message, 0);
+    }
+};
+
+constexpr std::size_t mostKept = 100;
+
+std::deque<Kept> &keptPackets()
+{
+    static std::deque<Kept> packets;
+    return packets;
+}
+
+void keep(int socket, const msghdr &message)
+{
+    const auto *data = static_cast<const std::uint8_t *>(message.msg_iov[0].iov_base);
+    const auto *to = static_cast<const std::uint8_t *>(message.msg_name);
+    keptPackets().push_back(
+        {socket, {data, data + message.msg_iov[0].iov_len}, {to, to + message.msg_namelen}});
+    if (keptPackets().size() > mostKept) {
+        keptPackets().pop_front();
+    }
+}
+
+unsigned number32(const std::uint8_t *bytes)
+{
+    return unsigned(bytes[0]) << 24 | unsigned(bytes[1]) << 16 | unsigned(bytes[2]) << 8 | bytes[3];
+}
+
+/// A request: key, flags, PACKETRESEND, length, number; then frame, first and last packet.
+void answerRequest(const std::uint8_t *bytes, std::size_t size)
+{
+    constexpr std::size_t requestSize = 20;
+    if (link() == nullptr || !link()->resends || size < requestSize || bytes[0] != 0x42 ||
+        bytes[3] != 0x40) {
+        return;
+    }
+    ++link()->asked;
+    const unsigned frame = number32(bytes + 8) & 0xFFFF;
+    for (Kept &packet : keptPackets()) {
+        if (packet.frame() == frame && packet.number() >= number32(bytes + 12) &&
+            packet.number() <= number32(bytes + 16)) {
+            packet.send();
+            ++link()->resent;
+        }
+    }
+}
+
 } // namespace
 
 extern "C" {
 
 ssize_t sendmsg(int socket, const msghdr *message, int flags)
 {
-    static const auto real = next<ssize_t (*)(int, const msghdr *, int)>("sendmsg");
     if (message->msg_iovlen == 1 &&
         isLost(message->msg_iov[0].iov_base, message->msg_iov[0].iov_len)) {
+        keep(socket, *message);
         return static_cast<ssize_t>(message->msg_iov[0].iov_len);
     }
-    return real(socket, message, flags);
+    return reallySend(socket, message, flags);
 }
 
-ssize_t sendto(int socket, const void *data, size_t size, int flags, const sockaddr *to,
-               socklen_t length)
+ssize_t recvmsg(int socket, msghdr *message, int flags)
 {
-    static const auto real =
-        next<ssize_t (*)(int, const void *, size_t, int, const sockaddr *, socklen_t)>("sendto");
-    return isLost(data, size) ? static_cast<ssize_t>(size)
-                              : real(socket, data, size, flags, to, length);
+    static const auto real = next<ssize_t (*)(int, msghdr *, int)>("recvmsg");
+    const ssize_t received = real(socket, message, flags);
+    if (received > 0 && message->msg_iovlen > 0) {
+        answerRequest(static_cast<const std::uint8_t *>(message->msg_iov[0].iov_base),
+                      static_cast<std::size_t>(received));
+    }
+    return received;
 }
 }

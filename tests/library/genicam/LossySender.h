@@ -15,6 +15,9 @@ struct LossyLink {
     std::atomic<std::uint32_t> sent;       ///< packets with image data, the lost ones included
     std::atomic<std::uint32_t> lost;
     std::atomic<std::uint32_t> frames; ///< that lack at least one packet
+    std::atomic<bool> resends;         ///< whether lost packets are sent again when asked for
+    std::atomic<std::uint32_t> asked;  ///< requests for packets
+    std::atomic<std::uint32_t> resent; ///< lost packets that were sent again
 };
 
 } // namespace genicamtest
