@@ -99,8 +99,10 @@ QImage mappedImage(const QSize &size)
 QImage &ScreenImages::unusedImage()
 {
     for (QImage &image : m_images) {
+        if (image.isNull())
+            return image; // all are made at once: memory does not grow when the window is late
         if (!image.isDetached())
-            continue; // null, or shared with a pixmap
+            continue; // shared with a pixmap
         // Behind the last look that another thread took at the pixels.
         std::atomic_thread_fence(std::memory_order_acquire);
         return image;
