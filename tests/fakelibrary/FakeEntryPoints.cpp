@@ -16,7 +16,10 @@ namespace {
 using Lock = std::unique_lock<std::mutex>;
 
 /// Hostility may refuse a call that otherwise has its real effect.
-bool refusedAtRandom(Library &fake) { return fake.hostile && fake.hostile->chance(25); }
+bool refusedAtRandom(Library &fake, const char *function)
+{
+    return fake.isHostile(function) && fake.hostile->chance(25);
+}
 
 bool isInUse(const Library &fake, const std::string &cameraId)
 {
@@ -42,7 +45,7 @@ OCameraHandle nextHandle()
 
 std::int32_t openCamera(Library &fake, const std::string &cameraId, OCameraHandle *handle)
 {
-    if (refusedAtRandom(fake))
+    if (refusedAtRandom(fake, "OrvalisOpenCamera"))
         return ORVALIS_ERROR_DEVICE;
     if (!isOnBus(fake, cameraId))
         return ORVALIS_ERROR_NOT_FOUND;
@@ -177,7 +180,7 @@ int32_t OrvalisStartAcquisition(OCameraHandle handle, OFrameCallback callback)
                 return ORVALIS_ERROR_BAD_ARGUMENT;
             if (fake.streaming)
                 return ORVALIS_ERROR_BUSY;
-            if (refusedAtRandom(fake))
+            if (refusedAtRandom(fake, "OrvalisStartAcquisition"))
                 return ORVALIS_ERROR_DEVICE;
             fake.streaming = handle;
             fake.callback = callback;
@@ -192,7 +195,7 @@ int32_t OrvalisStopAcquisition(OCameraHandle handle)
         .honest()
         .answerWith([=](Library &fake, Lock &lock) {
             fake.stop(lock, handle);
-            return fake.hostile ? fake.hostile->result() : ORVALIS_OK;
+            return fake.isHostile("OrvalisStopAcquisition") ? fake.hostile->result() : ORVALIS_OK;
         });
 }
 

@@ -162,7 +162,7 @@ Call::answerWith(const std::function<std::int32_t(Library &, std::unique_lock<st
     std::unique_lock lock(fake.mutex);
     if (const std::int32_t code = refusal(fake))
         return code;
-    if (!fake.hostile || m_honest)
+    if (!fake.isHostile(m_function) || m_honest)
         return body(fake, lock);
     for (const auto &fill : m_outputs)
         fill(*fake.hostile);

@@ -34,6 +34,7 @@ struct Library {
     std::map<std::string, std::function<void()>> hooks;
     bool everythingFails = false;
     std::optional<HostileSource> hostile;
+    std::string hostileOnly; ///< the one function that is hostile; empty for all
     std::vector<Handle> handles;
     OCameraHandle streaming = nullptr;
     OFrameCallback callback = nullptr;
@@ -50,6 +51,10 @@ struct Library {
     Handle *find(OCameraHandle handle);
     /// The code that `function` has to return instead of an answer; 0 for none.
     std::int32_t failureOf(const std::string &function) const;
+    bool isHostile(const std::string &function) const
+    {
+        return hostile && (hostileOnly.empty() || hostileOnly == function);
+    }
     /// Ends the acquisition of `handle` and waits for the callback under way, unless it is the
     /// caller.
     void stop(std::unique_lock<std::mutex> &lock, OCameraHandle handle);

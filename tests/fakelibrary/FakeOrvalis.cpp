@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <thread>
+#include <utility>
 
 namespace fakeorvalis {
 
@@ -27,6 +28,28 @@ std::vector<std::string> callsWhere(const std::vector<std::string> &functions, b
     return kept;
 }
 
+/// Runs the callback on the present thread. False if no acquisition runs.
+bool runCallback(OImageFrame *frame)
+{
+    Library &fake = library();
+    const std::lock_guard oneAtATime(fake.deliveryMutex);
+    OFrameCallback receiver = nullptr;
+    {
+        const std::lock_guard lock(fake.mutex);
+        receiver = fake.callback;
+        if (!receiver)
+            return false;
+        ++fake.deliveries;
+    }
+    receiver(frame);
+    {
+        const std::lock_guard lock(fake.mutex);
+        --fake.deliveries;
+    }
+    fake.quiet.notify_all();
+    return true;
+}
+
 } // namespace
 
 bool isInsideCallback() { return insideCallback; }
@@ -42,6 +65,7 @@ void reset()
     fake.hooks.clear();
     fake.everythingFails = false;
     fake.hostile.reset();
+    fake.hostileOnly.clear();
     fake.handles.clear();
     fake.grabRaw.clear();
     fake.grabRgb.clear();
@@ -96,9 +120,10 @@ void onCall(const std::string &function, std::function<void()> hook)
     library().hooks[function] = std::move(hook);
 }
 
-void hostile(std::uint32_t seed)
+void hostile(std::uint32_t seed, const std::string &only)
 {
     const std::lock_guard lock(library().mutex);
+    library().hostileOnly = only;
     if (seed == 0)
         library().hostile.reset();
     else
@@ -108,6 +133,7 @@ void hostile(std::uint32_t seed)
 void hostileAnswers(std::vector<std::uint8_t> answers)
 {
     const std::lock_guard lock(library().mutex);
+    library().hostileOnly.clear();
     library().hostile.emplace(viewertest::ByteTape(std::move(answers)));
 }
 
@@ -117,28 +143,22 @@ OFrameCallback callback()
     return library().callback;
 }
 
-bool deliver(OImageFrame &frame)
+std::uint64_t deliverEach(const std::function<OImageFrame *()> &next)
 {
-    Library &fake = library();
-    const std::lock_guard oneAtATime(fake.deliveryMutex);
-    OFrameCallback receiver = nullptr;
-    {
-        const std::lock_guard lock(fake.mutex);
-        receiver = fake.callback;
-        if (!receiver)
-            return false;
-        ++fake.deliveries;
-    }
+    std::uint64_t delivered = 0;
     std::thread([&] {
         insideCallback = true;
-        receiver(&frame);
+        OImageFrame *frame = next();
+        for (; frame != nullptr && runCallback(frame); frame = next())
+            ++delivered;
     }).join();
-    {
-        const std::lock_guard lock(fake.mutex);
-        --fake.deliveries;
-    }
-    fake.quiet.notify_all();
-    return true;
+    return delivered;
+}
+
+bool deliver(OImageFrame &frame)
+{
+    OImageFrame *left = &frame;
+    return deliverEach([&left] { return std::exchange(left, nullptr); }) == 1;
 }
 
 void setGrabPixels(std::vector<std::uint8_t> raw, std::vector<std::uint8_t> rgb)

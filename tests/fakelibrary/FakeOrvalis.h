@@ -104,9 +104,10 @@ void onCall(const std::string &function, std::function<void()> hook);
 /// Answers every output with hostile data from a generator seeded with `seed`: strings without
 /// NUL that fill their buffers, counts beyond capacity, indices out of range, wild numbers,
 /// results at random. Never writes beyond the sizes that OrvalisAPI.h documents. 0 ends it.
-void hostile(std::uint32_t seed);
-/// The same with the bytes of `answers` in the generator's place, as far as they reach; from
-/// then on answers are harmless: success, zeros, empty texts.
+/// @param only the one function that is hostile; all of them if empty
+void hostile(std::uint32_t seed, const std::string &only = {});
+/// The same for all functions, with the bytes of `answers` in the generator's place, as far as they
+/// reach; from then on answers are harmless: success, zeros, empty texts.
 void hostileAnswers(std::vector<std::uint8_t> answers);
 
 /// The callback of the running acquisition, null when stopped. One acquisition at a time is
@@ -116,6 +117,10 @@ OFrameCallback callback();
 /// Calls the callback with `frame` on a thread of the library's own and returns when it has
 /// returned. False if no acquisition runs. OrvalisStopAcquisition() waits for it.
 bool deliver(OImageFrame &frame);
+/// The same with one frame of `next` after the other, all on one thread, until it returns null
+/// or no acquisition runs. `next` is called on that thread, between two callbacks.
+/// @return how many frames were delivered
+std::uint64_t deliverEach(const std::function<OImageFrame *()> &next);
 
 /// Bytes that the next grabs put into the caller's buffers (width and height from State::size);
 /// bytes beyond the region are left out, missing ones are 128.

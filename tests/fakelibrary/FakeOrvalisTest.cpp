@@ -287,6 +287,18 @@ TEST_F(FakeOrvalisStream, stopWaitsForTheCallback)
     delivery.join();
 }
 
+TEST_F(FakeOrvalisStream, deliversOneAfterTheOtherUntilThereIsNoMoreOrTheStop)
+{
+    int received = 0;
+    insideCallback = [&received] { ++received; };
+    int left = 5;
+    const auto next = [&] { return left-- > 0 ? &m_frame : nullptr; };
+    EXPECT_EQ(fakeorvalis::deliverEach(next), 5U);
+    EXPECT_EQ(received, 5);
+    insideCallback = [this] { OrvalisStopAcquisition(m_camera); };
+    EXPECT_EQ(fakeorvalis::deliverEach([this] { return &m_frame; }), 1U);
+}
+
 TEST_F(FakeOrvalisStream, mayBeStoppedAndClosedFromTheCallback)
 {
     insideCallback = [this] {
@@ -338,6 +350,20 @@ TEST_F(FakeOrvalis, hostileAnswersStayWithinTheDocumentedSizes)
     }
     EXPECT_TRUE(sawUnterminated);
     EXPECT_TRUE(sawTooMany);
+}
+
+TEST_F(FakeOrvalis, hostilityOfOneFunctionLeavesTheOthersAlone)
+{
+    fakeorvalis::hostile(3, "OrvalisGetContrast");
+    bool lied = false;
+    for (int round = 0; round < 50; ++round) {
+        std::int32_t contrast = 508;
+        std::int32_t hue = 0;
+        lied = OrvalisGetContrast(m_camera, &contrast) != ORVALIS_OK || contrast != 508 || lied;
+        EXPECT_EQ(OrvalisGetHue(m_camera, &hue), ORVALIS_OK);
+        EXPECT_EQ(hue, 508);
+    }
+    EXPECT_TRUE(lied);
 }
 
 TEST_F(FakeOrvalis, hostilityRepeatsItselfForASeed)
