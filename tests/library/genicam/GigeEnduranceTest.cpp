@@ -3,10 +3,10 @@
 // ORVALIS_GIGE_CYCLES times (3 unless told otherwise), and a stream of which nothing may get lost,
 // for ORVALIS_GIGE_SECONDS if that is set.
 #include "tests/library/genicam/GenicamFixture.h"
+#include "tests/support/ProcessFigures.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <fstream>
 #include <map>
 
 using namespace genicamtest;
@@ -36,17 +36,6 @@ public:
 private:
     std::map<std::string, Milliseconds> longest_;
 };
-
-long residentKilobytes()
-{
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);) {
-        if (line.starts_with("VmRSS:")) {
-            return std::atol(line.c_str() + 6);
-        }
-    }
-    return 0;
-}
 
 int setting(const char *variable, int usual)
 {
@@ -102,10 +91,10 @@ TEST(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
             return 0;
         });
         camera.start();
-        early = i == 10 ? residentKilobytes() : early;
+        early = i == 10 ? viewertest::processFigures().residentKiB : early;
     }
     watch.print();
-    const long late = residentKilobytes();
+    const long late = viewertest::processFigures().residentKiB;
     std::printf("resident after the 10th cycle %ld KiB, in the end %ld KiB\n", early, late);
     if (cycles >= 50) {
         EXPECT_LT(late, early + early / 20) << "within 5 per cent";
