@@ -6,6 +6,7 @@
 #include "app/CameraList.h"
 #include "app/DiscoveryLink.h"
 #include "app/LogStatus.h"
+#include "app/PoolThreads.h"
 #include "control/CameraCtrl.h"
 #include "dialogs/AboutDialog.h"
 #include "dialogs/AccessRegister.h"
@@ -24,6 +25,7 @@ MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent), ui(std::make_unique<Ui::MainWindow>()),
       m_discovery(std::make_shared<DiscoveryLink>())
 {
+    keepPoolThreads();
     ui->setupUi(this);
     (void)OrvalisInit();
     sharpenIcons();

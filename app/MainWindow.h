@@ -58,6 +58,9 @@ public:
     bool isStreaming() const override { return m_bStreaming; }
     void resetFrameCount() override { m_u64FrameCount = 0; }
 
+    /// Bytes of frames that wait to be written to disk. Any thread.
+    std::size_t bytesToSave() const { return m_saveLimiter.taken(); }
+
     /// One discovery pass. Any thread; returns 0.
     int DiscoveryProc();
 
@@ -154,7 +157,7 @@ private:
 
     // View.
     void init_graphics_view(bool streaming);
-    void paintCross(QPixmap *pixmap) const;
+    QPixmap withCross(const QPixmap &pixmap) const;
 
     // Status bar.
     /// Shows `text` in a label of a fixed size, which grows with the text and stays. Any other
@@ -184,12 +187,14 @@ private:
     void oneFrameReceived(const OImageFrame &frame);  ///< delivery thread
     void waitForOneGrab();                            ///< pool thread
     void DisplayThread();                             ///< body of m_displayThread
+    void displayIfPossible(OImageFrame frame, FrameBuffer *buffer,
+                           ScreenImages *screenImages); ///< display thread
     void displayFrame(const OImageFrame &frame, FrameBuffer *buffer,
                       ScreenImages *screenImages);                   ///< display thread
     void saveIfArmed(const OImageFrame &frame, const QImage &image); ///< display thread
     void startSaveTask(std::unique_ptr<FrameSaveJob> job);           ///< display thread
     void readStreamFormat();
-    void startDisplaying();
+    bool startDisplaying();
     void joinDisplayThread();
     void endStream();
     void acquisitionChanged(bool acquiring);

@@ -9,12 +9,15 @@
 #include "tree/XMLCtrl.h"
 #include "ui_MainWindow.h"
 
+#include <QDebug>
 #include <QImage>
 #include <QLabel>
 #include <QScopedValueRollback>
 #include <QtConcurrent>
 
+#include <new>
 #include <string.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -23,6 +26,9 @@ namespace {
 constexpr useconds_t displayPauseUs = 33000;
 
 constexpr int everyFrame = -1;
+
+/// Frames that wait while the display thread waits for the disk. It wants none but the newest.
+constexpr std::size_t mostQueued = 1000;
 
 timeval timeNow()
 {
@@ -66,23 +72,34 @@ void MainWindow::slotStartCamera()
         acquisitionChanged(m_bStreaming);
         return;
     }
-    startDisplaying();
+    if (!startDisplaying()) {
+        acquisitionChanged(false);
+        return;
+    }
     (void)OrvalisStartAcquisition(m_hCamera, callback_imgrecv);
     UpdateUIStatus(true, 2);
     emit sigTraceLog(QStringLiteral("start stream Camera[%1]").arg(cameraIdText()));
     acquisitionChanged(true);
 }
 
-void MainWindow::startDisplaying()
+bool MainWindow::startDisplaying()
 {
     connect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)),
             Qt::QueuedConnection);
     showSizeInTitle();
     joinDisplayThread();
+    frameQueue.clear(); // a library that failed to stop may have gone on
     m_u64FrameCount = 0;
     m_rateMeter.restart();
     m_bStreaming = true;
-    m_displayThread = std::thread(&MainWindow::DisplayThread, this);
+    try {
+        m_displayThread = std::thread(&MainWindow::DisplayThread, this);
+    } catch (const std::system_error &) { // the system has no thread left
+        m_bStreaming = false;
+        disconnect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)));
+        return false;
+    }
+    return true;
 }
 
 void MainWindow::joinDisplayThread()
@@ -141,6 +158,8 @@ void MainWindow::frameReceived(OImageFrame *frame)
         emit sigStatusBar(1, rates->framesPerSecond, rates->megabytesPerSecond);
     const std::uint64_t count = ++m_u64FrameCount;
     emit sigStatusBar(0, static_cast<double>(count), 0);
+    if (frameQueue.size() >= mostQueued)
+        frameQueue.clear();
     frameQueue.push(frame);
 }
 
@@ -149,11 +168,19 @@ void MainWindow::DisplayThread()
     FrameBuffer buffer(m_sizeInfo.width, m_sizeInfo.height);
     ScreenImages screenImages;
     while (m_bStreaming) {
-        if (const OImageFrame *newest = frameQueue.takeNewest()) {
-            const OImageFrame frame = *newest; // what is checked is what is used
-            displayFrame(frame, &buffer, &screenImages);
-        }
+        if (const OImageFrame *newest = frameQueue.takeNewest())
+            displayIfPossible(*newest, &buffer, &screenImages);
         usleep(displayPauseUs);
+    }
+}
+
+void MainWindow::displayIfPossible(OImageFrame frame, FrameBuffer *buffer,
+                                   ScreenImages *screenImages)
+{
+    try {
+        displayFrame(frame, buffer, screenImages);
+    } catch (const std::bad_alloc &) {
+        qDebug() << "no memory to save and show a frame";
     }
 }
 
@@ -170,7 +197,9 @@ void MainWindow::displayFrame(const OImageFrame &frame, FrameBuffer *buffer,
         buffer->data(), static_cast<int>(frame.width), static_cast<int>(frame.height),
         plane == FramePlane::Rgb ? QImage::Format_RGB888 : QImage::Format_Grayscale8);
     saveIfArmed(frame, image);
-    emit sigDisplayFrame(screenImages->pixmapOf(image));
+    const QPixmap pixmap = screenImages->pixmapOf(image);
+    if (!pixmap.isNull()) // there was memory for it
+        emit sigDisplayFrame(pixmap);
 }
 
 void MainWindow::slotSaveImg(bool checked) { m_bSaveRequest.set(checked); }

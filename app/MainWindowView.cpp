@@ -71,9 +71,7 @@ void MainWindow::slotDisplayFrame(QPixmap pixmap)
     const Shown frame{pixmap.cacheKey(), cross ? m_crossWidth : 0, cross ? m_crossColor : QColor()};
     if (!(frame == m_shown)) {
         m_shown = frame;
-        if (cross)
-            paintCross(&pixmap);
-        m_pixmapItem->setPixmap(pixmap);
+        m_pixmapItem->setPixmap(cross ? withCross(pixmap) : pixmap);
     }
     if (!std::exchange(m_bPicture, true))
         updateGuidance();
@@ -81,23 +79,27 @@ void MainWindow::slotDisplayFrame(QPixmap pixmap)
         ui->graphicsView->fitScene();
 }
 
-void MainWindow::paintCross(QPixmap *pixmap) const
+QPixmap MainWindow::withCross(const QPixmap &pixmap) const
 {
-    const int width = pixmap->width();
-    const int height = pixmap->height();
     // Copied once here: to paint on a pixmap that shares its image copies both, one after the
     // other.
-    *pixmap = pixmap->copy();
+    QPixmap marked = pixmap.copy();
+    if (marked.isNull()) // no memory for it
+        return pixmap;
+    const int width = marked.width();
+    const int height = marked.height();
     QPen pen;
     pen.setColor(m_crossColor);
     pen.setWidth(m_crossWidth);
-    QPainter painter(pixmap);
+    QPainter painter(&marked);
     painter.setPen(pen);
     // The ends lie one pixel beyond the last column and row; kept.
     const QLine horizontal(0, height / 2, width, height / 2);
     const QLine vertical(width / 2, 0, width / 2, height);
     painter.drawLines(&horizontal, 1);
     painter.drawLines(&vertical, 1);
+    painter.end();
+    return marked;
 }
 
 void MainWindow::slotCenterValue(int width, QColor color)

@@ -7,6 +7,7 @@
 #include <QIcon>
 #include <QThreadPool>
 
+#include <csignal>
 #include <cstdlib>
 
 namespace {
@@ -32,6 +33,8 @@ void startWithoutOpenGl()
 int main(int argc, char *argv[])
 {
     startWithoutOpenGl();
+    // A limit of file sizes ("ulimit -f") is met like a full disk, not with the end of the program.
+    (void)std::signal(SIGXFSZ, SIG_IGN);
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);

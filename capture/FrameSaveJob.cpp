@@ -5,6 +5,7 @@
 #include "capture/FramePixels.h"
 
 #include <limits>
+#include <new>
 
 namespace {
 
@@ -26,12 +27,15 @@ std::unique_ptr<FrameSaveJob> makeSaveJob(const OImageFrame &frame, const QImage
     job->format = format;
     job->width = static_cast<int>(frame.width);
     job->height = static_cast<int>(frame.height);
-    if (format.contains(QLatin1String("RAW")))
+    if (format.contains(QLatin1String("RAW"))) {
         job->raw = keepBytes(job.get(), frame.raw, rawPlaneBytes(frame));
-    else if (format.contains(QLatin1String("RGB")))
+    } else if (format.contains(QLatin1String("RGB"))) {
         job->rgb = keepBytes(job.get(), frame.rgb, std::size_t{3} * frame.width * frame.height);
-    else
+    } else {
         job->image = shown.copy();
+        if (job->image.isNull() && !shown.isNull())
+            throw std::bad_alloc();
+    }
     return job;
 }
 

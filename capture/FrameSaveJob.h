@@ -35,7 +35,7 @@ struct FrameSaveJob {
 
 /// A job that holds all it needs of `frame`: the bytes of its plane for "RAW" and "RGB", else a
 /// copy of `shown`, the image made of it. Reads the frame's memory, so the frame must be valid
-/// still; path, camera and place are left to the caller.
+/// still; path, camera and place are left to the caller. Throws std::bad_alloc.
 std::unique_ptr<FrameSaveJob> makeSaveJob(const OImageFrame &frame, const QImage &shown,
                                           const QString &format);
 

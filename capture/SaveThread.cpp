@@ -7,14 +7,17 @@
 
 #include <QBuffer>
 #include <QDateTime>
+#include <QDebug>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 
 namespace {
 
@@ -29,42 +32,82 @@ struct Free {
     void operator()(void *memory) const { std::free(memory); }
 };
 
-bool writeWhole(std::FILE *file, const void *bytes, std::size_t size)
+/// What became of a file.
+enum class Written { Yes, No, NameTaken };
+
+Written writeDump(const QString &name, const void *bytes, std::size_t size)
 {
+    const QByteArray latin1 = name.toLatin1();
+    std::FILE *file = std::fopen(latin1.constData(), "wbx");
+    if (file == nullptr)
+        return errno == EEXIST ? Written::NameTaken : Written::No;
     const bool written = std::fwrite(bytes, size, 1, file) == 1;
-    return std::fclose(file) == 0 && written;
+    if (std::fclose(file) == 0 && written)
+        return Written::Yes;
+    (void)std::remove(latin1.constData());
+    return Written::No;
 }
 
-void saveDump(const QString &name, const unsigned char *source, int size)
+Written writeFile(const QString &name, const QByteArray &bytes)
 {
-    if (source == nullptr || size < 1)
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+        return QFileInfo::exists(name) ? Written::NameTaken : Written::No;
+    const bool whole = file.write(bytes) == bytes.size() && file.flush();
+    file.close();
+    if (whole)
+        return Written::Yes;
+    file.remove();
+    return Written::No;
+}
+
+QString nameOf(const FrameSaveJob &job)
+{
+    return saveFileName(job.path, job.cameraId, timeOfSaving(), job.format);
+}
+
+/// Writes under `name`, or under the name of a later time where a file of that name exists: the
+/// clock may have been set back to a time of which there are files.
+template <typename Write>
+void writeUnderFreeName(const FrameSaveJob &job, QString name, Write write)
+{
+    while (write(name) == Written::NameTaken)
+        name = nameOf(job);
+}
+
+void saveDump(const FrameSaveJob &job, const QString &name, const unsigned char *source)
+{
+    if (source == nullptr || job.size < 1)
         return;
-    const auto bytes = static_cast<std::size_t>(size);
+    const auto bytes = static_cast<std::size_t>(job.size);
     // Copied before anything that takes time, as the source may be memory that is used again.
     const std::unique_ptr<void, Free> copy(std::malloc(bytes));
     if (copy == nullptr)
         return;
     std::memcpy(copy.get(), source, bytes);
-    const QByteArray latin1 = name.toLatin1();
-    std::FILE *file = std::fopen(latin1.constData(), "wb");
-    if (file != nullptr && !writeWhole(file, copy.get(), bytes))
-        (void)std::remove(latin1.constData());
+    writeUnderFreeName(job, name,
+                       [&](const QString &free) { return writeDump(free, copy.get(), bytes); });
 }
 
 // Through memory, because a writer on a file does not tell when the last bytes found no room.
-void saveImage(const QString &name, const QImage &image)
+void saveImage(const FrameSaveJob &job, const QString &name)
 {
     QBuffer encoded;
     QImageWriter writer(&encoded, QFileInfo(name).suffix().toLower().toLatin1());
-    if (!writer.write(image))
-        return;
-    QFile file(name);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    const bool whole = file.write(encoded.data()) == encoded.size() && file.flush();
-    file.close();
-    if (!whole)
-        file.remove();
+    if (writer.write(job.image))
+        writeUnderFreeName(job, name,
+                           [&](const QString &free) { return writeFile(free, encoded.data()); });
+}
+
+void save(const FrameSaveJob &job)
+{
+    const QString name = nameOf(job);
+    if (job.format.contains(QLatin1String("RAW")))
+        saveDump(job, name, job.raw);
+    else if (job.format.contains(QLatin1String("RGB")))
+        saveDump(job, name, job.rgb);
+    else
+        saveImage(job, name);
 }
 
 } // namespace
@@ -74,11 +117,9 @@ void SaveThread(void *job)
     const std::unique_ptr<FrameSaveJob> frame(static_cast<FrameSaveJob *>(job));
     if (frame == nullptr)
         return;
-    const QString name = saveFileName(frame->path, frame->cameraId, timeOfSaving(), frame->format);
-    if (frame->format.contains(QLatin1String("RAW")))
-        saveDump(name, frame->raw, frame->size);
-    else if (frame->format.contains(QLatin1String("RGB")))
-        saveDump(name, frame->rgb, frame->size);
-    else
-        saveImage(name, frame->image);
+    try {
+        save(*frame);
+    } catch (const std::bad_alloc &) {
+        qDebug() << "no memory to encode a frame";
+    }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The window's end, and libraries that misbehave.
 #include "tests/app/Shell.h"
+#include "tests/support/ProcessFigures.h"
 
 #include <QThreadPool>
 
@@ -24,6 +25,8 @@ private slots:
     void framesBehindTheUninitAreHarmless();
     void thereIsNoWindowBehindItsEnd();
     void aPassThatHangsIsLeftBehind();
+    void framesBehindAStopThatFailedAreForgotten();
+    void framesThatNobodyTakesTakeNoMemory();
     void randomUseOfALibraryThatFails_data();
     void randomUseOfALibraryThatFails();
     void randomUseOfAHostileLibrary_data();
@@ -180,6 +183,45 @@ void addSeeds()
 }
 
 } // namespace
+
+void LifetimeTest::framesBehindAStopThatFailedAreForgotten()
+{
+    const Shell shell;
+    shell.play();
+    fakeorvalis::fail("OrvalisStopAcquisition");
+    shell->slotStopCamera();
+    Frame behind(64, 48, 200);
+    QVERIFY(behind.deliver()); // the library may free it with the close
+    fakeorvalis::fail("OrvalisStopAcquisition", ORVALIS_OK);
+    shell->slotCloseCamera();
+    QSignalSpy shown(shell.window.get(), SIGNAL(sigDisplayFrame(QPixmap)));
+    shell.play();
+    Frame frame(64, 48, 60);
+    QTRY_VERIFY((frame.deliver(), !shown.isEmpty()));
+    const QImage first = shown.first().first().value<QPixmap>().toImage();
+    QCOMPARE(first.pixel(0, 0), shell::gray(60));
+}
+
+void LifetimeTest::framesThatNobodyTakesTakeNoMemory()
+{
+    constexpr int batches = 100;
+    constexpr int batch = 5000;
+    constexpr long allowedKiB = 8 * 1024; // a third of what queue entries alone would take
+    const Shell shell;
+    shell.play();
+    fakeorvalis::fail("OrvalisStopAcquisition");
+    shell->slotStopCamera();
+    Frame frame(64, 48, 60);
+    long early = 0;
+    for (int i = 0; i < batches; ++i) {
+        int left = batch;
+        (void)fakeorvalis::deliverEach([&] { return left-- > 0 ? &frame.record : nullptr; });
+        QCoreApplication::processEvents(); // the counts for the status bar
+        early = i == batches / 10 ? viewertest::processFigures().residentKiB : early;
+    }
+    QVERIFY(viewertest::processFigures().residentKiB - early < allowedKiB);
+    fakeorvalis::fail("OrvalisStopAcquisition", ORVALIS_OK);
+}
 
 void LifetimeTest::randomUseOfALibraryThatFails_data() { addSeeds(); }
 

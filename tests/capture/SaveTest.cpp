@@ -37,6 +37,8 @@ private slots:
     void aFullDiskLeavesNoFile_data();
     void aFullDiskLeavesNoFile();
     void tasksOfTheSameMillisecondWriteFilesOfTheirOwn();
+    void aFileThatIsThereIsKept_data();
+    void aFileThatIsThereIsKept();
     void noJobIsNothingToDo();
 
     void aJobKeepsTheBytesOfItsFrame_data();
@@ -278,6 +280,28 @@ void SaveTest::tasksOfTheSameMillisecondWriteFilesOfTheirOwn()
     QCOMPARE(saved.size(), tasks);
     for (const QString &name : saved)
         QCOMPARE(QFileInfo(m_directory->filePath(name)).size(), 60000);
+}
+
+void SaveTest::aFileThatIsThereIsKept_data() { addFormats(); }
+
+// As when the clock was set back while every frame is saved.
+void SaveTest::aFileThatIsThereIsKept()
+{
+    QFETCH(QString, format);
+    const QDateTime now = QDateTime::currentDateTime();
+    constexpr int earlier = 300;
+    for (int ms = 0; ms < earlier; ++ms) {
+        QFile file(saveFileName(m_directory->path(), "CAM-A", now.addMSecs(ms), format));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write("earlier") == 7);
+    }
+    SaveThread(newJob(format));
+    int kept = 0;
+    for (const QString &name : files()) {
+        QFile file(m_directory->filePath(name));
+        kept += file.open(QIODevice::ReadOnly) && file.readAll() == "earlier" ? 1 : 0;
+    }
+    QCOMPARE(kept, earlier);
+    QCOMPARE(files().size(), earlier + 1);
 }
 
 void SaveTest::noJobIsNothingToDo() { SaveThread(nullptr); }
