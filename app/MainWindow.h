@@ -191,6 +191,7 @@ private:
                            ScreenImages *screenImages); ///< display thread
     void displayFrame(const OImageFrame &frame, FrameBuffer *buffer,
                       ScreenImages *screenImages);                   ///< display thread
+    void sendToScreen(const QPixmap &pixmap);                        ///< display thread
     void saveIfArmed(const OImageFrame &frame, const QImage &image); ///< display thread
     void startSaveTask(std::unique_ptr<FrameSaveJob> job);           ///< display thread
     void readStreamFormat();
@@ -226,6 +227,7 @@ private:
     std::atomic<bool> m_bBayer{false};
     std::atomic<std::uint32_t> m_pixelFormat{0};
     std::atomic<std::uint64_t> m_u64FrameCount{0};
+    std::atomic<std::size_t> m_bytesOnTheirWay{0}; ///< pixmaps that the GUI has not seen yet
     std::atomic<bool> m_bOneGrabDone{false};
     std::atomic<unsigned> m_nGrabRun{0}; ///< number of single shots so far
     SaveRequest m_bSaveRequest;

@@ -2,6 +2,7 @@
 // Finds cameras, now and every three seconds, and notices when the open one has left the bus.
 #include "app/DiscoveryLink.h"
 #include "app/MainWindow.h"
+#include "app/PoolThreads.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -168,7 +169,8 @@ void MainWindow::startDiscovery()
 
 void MainWindow::OnTimer()
 {
-    if (m_discovery->passes.running() >= mostPasses)
+    // A pass makes room for one more thread of the pool.
+    if (m_discovery->passes.running() >= mostPasses || !mayStartPoolThread())
         return;
     m_discovery->passes.begin();
     m_discoveryWatcher.setFuture(QtConcurrent::run(DiscoveryThread, static_cast<void *>(this)));

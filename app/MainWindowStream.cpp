@@ -30,6 +30,9 @@ constexpr int everyFrame = -1;
 /// Frames that wait while the display thread waits for the disk. It wants none but the newest.
 constexpr std::size_t mostQueued = 1000;
 
+/// Pixels on their way to a GUI thread that is late. With that many no further frame is taken.
+constexpr std::size_t mostOnTheirWay = std::size_t{256} * 1024 * 1024;
+
 timeval timeNow()
 {
     timeval now{};
@@ -168,7 +171,8 @@ void MainWindow::DisplayThread()
     FrameBuffer buffer(m_sizeInfo.width, m_sizeInfo.height);
     ScreenImages screenImages;
     while (m_bStreaming) {
-        if (const OImageFrame *newest = frameQueue.takeNewest())
+        const bool guiIsLate = m_bytesOnTheirWay >= mostOnTheirWay;
+        if (const OImageFrame *newest = guiIsLate ? nullptr : frameQueue.takeNewest())
             displayIfPossible(*newest, &buffer, &screenImages);
         usleep(displayPauseUs);
     }
@@ -199,7 +203,18 @@ void MainWindow::displayFrame(const OImageFrame &frame, FrameBuffer *buffer,
     saveIfArmed(frame, image);
     const QPixmap pixmap = screenImages->pixmapOf(image);
     if (!pixmap.isNull()) // there was memory for it
-        emit sigDisplayFrame(pixmap);
+        sendToScreen(pixmap);
+}
+
+void MainWindow::sendToScreen(const QPixmap &pixmap)
+{
+    const std::size_t bytes = std::size_t{sizeof(QRgb)} * static_cast<std::size_t>(pixmap.width()) *
+                              static_cast<std::size_t>(pixmap.height());
+    m_bytesOnTheirWay += bytes;
+    emit sigDisplayFrame(pixmap);
+    // Behind the picture in the queue of the GUI thread.
+    QMetaObject::invokeMethod(
+        this, [this, bytes] { m_bytesOnTheirWay -= bytes; }, Qt::QueuedConnection);
 }
 
 void MainWindow::slotSaveImg(bool checked) { m_bSaveRequest.set(checked); }

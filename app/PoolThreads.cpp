@@ -7,6 +7,8 @@
 #include <QtConcurrent>
 
 #include <memory>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 namespace {
 
@@ -28,4 +30,11 @@ void keepPoolThreads()
             if (begun->tryAcquire(threads, longestWaitMs))
                 begun->release(threads);
         });
+}
+
+bool mayStartPoolThread()
+{
+    // What each thread's event dispatcher takes.
+    const int descriptor = eventfd(0, EFD_CLOEXEC);
+    return descriptor >= 0 && close(descriptor) == 0;
 }

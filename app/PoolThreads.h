@@ -6,3 +6,7 @@
 /// Returns at once. A task for which the pool could start no thread any more would never run, and
 /// the frame that it should save would be lost.
 void keepPoolThreads();
+
+/// Whether the system has a descriptor left. Without one, a thread that the pool starts in addition
+/// to those that it keeps would end the program.
+bool mayStartPoolThread();

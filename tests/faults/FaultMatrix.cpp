@@ -29,6 +29,9 @@ struct Fault {
 constexpr Fault kinds[] = {
     {"error", Kind::Error}, {"slow", Kind::Slow}, {"hang", Kind::Hang}, {"hostile", Kind::Hostile}};
 
+/// Functions that a row of the table names; of more it tells the number.
+constexpr int mostNamed = 12;
+
 struct Job {
     QString action;
     QString function;
@@ -227,7 +230,9 @@ void Matrix::printTable() const
         }
         for (auto row = rows.begin(); row != rows.end(); ++row)
             out << "| " << QString::fromStdString(std::string(action.name)) << " | "
-                << row->join(", ") << " | " << row.key() << " |\n";
+                << (row->size() > mostNamed ? QStringLiteral("%1 others").arg(row->size())
+                                            : row->join(", "))
+                << " | " << row.key() << " |\n";
     }
 }
 
