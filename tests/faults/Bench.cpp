@@ -208,7 +208,8 @@ QString Bench::wayBack()
     if (!play(20000))
         return QStringLiteral("no picture again");
     armSaving(QStringLiteral("BMP"));
-    const bool went = waitForPictures(4);
+    // Pictures may be on their way that came before.
+    const bool went = waitForPictures(4) && waitFor([this] { return !files().isEmpty(); });
     disarmSaving();
     window().slotStopCamera();
     if (const QStringList lost = lostFrames(); !went || !lost.isEmpty())
