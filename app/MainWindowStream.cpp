@@ -13,6 +13,7 @@
 #include <QImage>
 #include <QLabel>
 #include <QScopedValueRollback>
+#include <QTimer>
 #include <QtConcurrent>
 
 #include <new>
@@ -31,7 +32,7 @@ constexpr int everyFrame = -1;
 constexpr std::size_t mostQueued = 1000;
 
 /// Pixels on their way to a GUI thread that is late. With that many no further frame is taken.
-constexpr std::size_t mostOnTheirWay = std::size_t{256} * 1024 * 1024;
+constexpr std::size_t mostOnTheirWay = std::size_t{64} * 1024 * 1024;
 
 timeval timeNow()
 {
@@ -212,9 +213,14 @@ void MainWindow::sendToScreen(const QPixmap &pixmap)
                               static_cast<std::size_t>(pixmap.height());
     m_bytesOnTheirWay += bytes;
     emit sigDisplayFrame(pixmap);
-    // Behind the picture in the queue of the GUI thread.
+    // Behind the picture, and by a timer: posted events alone, if they come as fast as they are
+    // handled, would leave the user's no turn.
     QMetaObject::invokeMethod(
-        this, [this, bytes] { m_bytesOnTheirWay -= bytes; }, Qt::QueuedConnection);
+        this,
+        [this, bytes] {
+            QTimer::singleShot(0, this, [this, bytes] { m_bytesOnTheirWay -= bytes; });
+        },
+        Qt::QueuedConnection);
 }
 
 void MainWindow::slotSaveImg(bool checked) { m_bSaveRequest.set(checked); }

@@ -126,7 +126,7 @@ bool run(LiveSession &session, int frames, const QString &format, int seconds)
     if (!session.open(QStringLiteral("OV-SIM-2448C")) ||
         !session.commitNode(QStringLiteral("FrameNumberOverlay"), QStringLiteral("1")))
         return false;
-    session.typeInto("spiFrameRate", QStringLiteral("1000")); // as fast as it can
+    session.typeInto("spiFrameRate", QStringLiteral("89")); // as fast as it can
     session.choose("cmbSaveExt", format);
     QMetaObject::invokeMethod(session.widget<QObject>("CameraCtrl"), "on_radioSaveAll_clicked");
     QVector<quint32> shown;

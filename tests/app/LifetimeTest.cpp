@@ -230,7 +230,7 @@ void LifetimeTest::framesThatNobodyTakesTakeNoMemory()
 void LifetimeTest::picturesDoNotPileUpBeforeAWindowThatIsLate()
 {
     constexpr int side = 2048;
-    constexpr int most = 256 / (4 * side * side / 1024 / 1024) + 1;
+    constexpr int most = 64 / (4 * side * side / 1024 / 1024) + 1;
     const Shell shell([] { shell::setRegion(side, side); });
     shell.play();
     std::atomic<int> sent{0};

@@ -228,11 +228,12 @@ void Matrix::printTable() const
                 outcomes << function->value(fault);
             rows[outcomes.join(" | ")] << "`" + function.key().mid(7) + "`";
         }
+        const QString many =
+            rows.size() > 1 ? QStringLiteral("%1 others") : QStringLiteral("all %1");
         for (auto row = rows.begin(); row != rows.end(); ++row)
             out << "| " << QString::fromStdString(std::string(action.name)) << " | "
-                << (row->size() > mostNamed ? QStringLiteral("%1 others").arg(row->size())
-                                            : row->join(", "))
-                << " | " << row.key() << " |\n";
+                << (row->size() > mostNamed ? many.arg(row->size()) : row->join(", ")) << " | "
+                << row.key() << " |\n";
     }
 }
 
