@@ -8,6 +8,8 @@
 #include <QImage>
 #include <QtConcurrent>
 
+#include <algorithm>
+
 #include <unistd.h>
 
 namespace {
@@ -53,7 +55,10 @@ void MainWindow::oneFrameReceived(const OImageFrame &frame)
     if (m_bOneGrabDone)
         return; // a camera without single-frame mode goes on
     const FramePlane plane = displayPlane(m_bColor, m_pixelFormat);
-    const std::uint8_t *pixels = shownPixels(frame, plane, m_sizeInfo.width, m_sizeInfo.height);
+    // Shown from where it lies: it may be larger than announced, if its own size bears that out.
+    const std::uint64_t mostPixels =
+        std::max<std::uint64_t>(regionPixels(m_sizeInfo.width, m_sizeInfo.height), frame.rawSize);
+    const std::uint8_t *pixels = shownPixels(frame, plane, mostPixels);
     if (pixels == nullptr)
         return;
     const auto width = static_cast<int>(frame.width);

@@ -18,16 +18,12 @@ constexpr std::uint64_t maximumAllocation = std::numeric_limits<std::int32_t>::m
 
 constexpr std::uint32_t maximumBitsPerPixel = 64;
 
+// What cameras append to a picture (chunk data, padding) is a few kilobytes at most.
+constexpr std::uint64_t maximumAppendix = 1 << 20;
+
 std::uint64_t pixelCount(const OImageFrame &frame)
 {
     return std::uint64_t{frame.width} * frame.height;
-}
-
-std::uint64_t pixelCount(std::int32_t width, std::int32_t height)
-{
-    if (width < 1 || height < 1)
-        return 0;
-    return static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
 }
 
 const std::uint8_t *planeOf(const OImageFrame &frame, FramePlane plane)
@@ -55,12 +51,18 @@ FramePlane displayPlane(bool color, std::uint32_t pixelFormat)
 
 std::size_t pixelBytes(FramePlane plane) { return plane == FramePlane::Rgb ? 3 : 1; }
 
+std::uint64_t regionPixels(std::int32_t width, std::int32_t height)
+{
+    if (width < 1 || height < 1)
+        return 0;
+    return static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height);
+}
+
 const std::uint8_t *shownPixels(const OImageFrame &frame, FramePlane plane,
-                                std::int32_t regionWidth, std::int32_t regionHeight)
+                                std::uint64_t mostPixels)
 {
     const std::uint64_t pixels = pixelCount(frame);
-    const std::uint64_t room = pixelCount(regionWidth, regionHeight);
-    if (pixels == 0 || pixels > room || pixels * allocatedPerPixel > maximumAllocation)
+    if (pixels == 0 || pixels > mostPixels || pixels > maximumAllocation / allocatedPerPixel)
         return nullptr;
     return planeOf(frame, plane);
 }
@@ -69,24 +71,24 @@ std::size_t rawPlaneBytes(const OImageFrame &frame)
 {
     if (frame.raw == nullptr)
         return 0;
+    const std::uint64_t pixels = std::min(pixelCount(frame), maximumAllocation / 8);
+    const std::uint64_t most = pixels * maximumBitsPerPixel / 8 + maximumAppendix;
+    if (frame.rawSize <= std::min(most, maximumAllocation))
+        return frame.rawSize;
     const std::uint64_t bits = std::clamp(frame.bitsPerPixel, 8U, maximumBitsPerPixel);
-    const std::uint64_t most = pixelCount(frame) > maximumAllocation / 8
-                                   ? maximumAllocation
-                                   : (pixelCount(frame) * bits + 7) / 8;
-    return static_cast<std::size_t>(std::min<std::uint64_t>(frame.rawSize, most));
+    return static_cast<std::size_t>((pixels * bits + 7) / 8);
 }
 
 FrameBuffer::FrameBuffer(std::int32_t regionWidth, std::int32_t regionHeight)
-    : m_regionWidth(regionWidth), m_regionHeight(regionHeight)
+    : m_mostPixels(regionPixels(regionWidth, regionHeight))
 {
-    const std::uint64_t pixels = pixelCount(regionWidth, regionHeight);
-    if (pixels > 0 && pixels <= maximumAllocation / allocatedPerPixel)
-        m_data.reset(static_cast<std::uint8_t *>(std::calloc(pixels, allocatedPerPixel)));
+    if (m_mostPixels > 0 && m_mostPixels <= maximumAllocation / allocatedPerPixel)
+        m_data.reset(static_cast<std::uint8_t *>(std::calloc(m_mostPixels, allocatedPerPixel)));
 }
 
 bool FrameBuffer::copyFrom(const OImageFrame &frame, FramePlane plane)
 {
-    const std::uint8_t *pixels = shownPixels(frame, plane, m_regionWidth, m_regionHeight);
+    const std::uint8_t *pixels = shownPixels(frame, plane, m_mostPixels);
     if (pixels == nullptr || m_data == nullptr)
         return false;
     std::memcpy(m_data.get(), pixels, pixelCount(frame) * pixelBytes(plane));

@@ -23,13 +23,16 @@ FramePlane displayPlane(bool color, std::uint32_t pixelFormat);
 /// Bytes of one pixel of `plane`.
 std::size_t pixelBytes(FramePlane plane);
 
-/// The pixels of `plane`, width x height x pixelBytes(plane) bytes; null if the frame does not have
-/// them, is empty, or has more pixels than a region of regionWidth x regionHeight.
-const std::uint8_t *shownPixels(const OImageFrame &frame, FramePlane plane,
-                                std::int32_t regionWidth, std::int32_t regionHeight);
+/// Pixels of a region, 0 if it has none.
+std::uint64_t regionPixels(std::int32_t width, std::int32_t height);
 
-/// Bytes of the raw plane that may be read: what the frame says, but never more than its pixels
-/// take.
+/// The pixels of `plane`, width x height x pixelBytes(plane) bytes; null if the frame does not have
+/// them, is empty, or has more than `mostPixels` pixels.
+const std::uint8_t *shownPixels(const OImageFrame &frame, FramePlane plane,
+                                std::uint64_t mostPixels);
+
+/// Bytes of the raw plane that may be read: what the frame says, with whatever the camera appends
+/// to the pixels. A size that no such frame can have counts as that of the pixels.
 std::size_t rawPlaneBytes(const OImageFrame &frame);
 
 /// Memory for the pixels of one frame at a time, in rows without padding. Allocated once.
@@ -52,7 +55,6 @@ private:
         void operator()(std::uint8_t *memory) const { std::free(memory); }
     };
 
-    std::int32_t m_regionWidth;
-    std::int32_t m_regionHeight;
+    std::uint64_t m_mostPixels;
     std::unique_ptr<std::uint8_t, Free> m_data;
 };

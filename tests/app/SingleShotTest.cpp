@@ -22,6 +22,7 @@ private slots:
     void planesAreChosenByFormat();
     void withoutAFrameItGivesUp();
     void brokenFramesAreNotTheOne();
+    void aFrameLargerThanAnnouncedIsShownWhole();
     void needsAnIdleCamera();
     void stopEndsTheWait();
     void closeEndsTheWait();
@@ -162,15 +163,29 @@ void SingleShotTest::brokenFramesAreNotTheOne()
     shell.open();
     shell->slotOneGrab();
     OImageFrame empty{64 * 48, 64, 48, 8, nullptr, nullptr, nullptr};
-    Frame large(65, 48, 1);
     Frame good(64, 48, 70);
+    OImageFrame overdrawn = good.record;
+    overdrawn.width = 65;
     QVERIFY(fakeorvalis::deliver(empty));
-    QVERIFY(large.deliver());
+    QVERIFY(fakeorvalis::deliver(overdrawn));
     fakeorvalis::callback()(nullptr);
     QVERIFY(good.deliver());
     QTRY_VERIFY(isIdle(shell));
     QCOMPARE(shell.picture().pixel(0, 0), gray(70));
     QCOMPARE(shell.recv(), QString("1"));
+}
+
+// Nothing is copied into memory of the announced size here.
+void SingleShotTest::aFrameLargerThanAnnouncedIsShownWhole()
+{
+    const Shell shell;
+    shell.open();
+    shell->slotOneGrab();
+    Frame large(80, 60, 70);
+    QVERIFY(large.deliver());
+    QTRY_VERIFY(isIdle(shell));
+    QCOMPARE(shell.picture().size(), QSize(80, 60));
+    QCOMPARE(shell.picture().pixel(79, 59), gray(70));
 }
 
 void SingleShotTest::needsAnIdleCamera()

@@ -56,7 +56,7 @@ void checkShown(const Record &record, ByteTape &tape)
     const std::int32_t height = regionEdge(tape);
     FrameBuffer buffer(width, height);
     for (const FramePlane plane : {FramePlane::Rgb, FramePlane::Mono8, FramePlane::Raw}) {
-        const std::uint8_t *pixels = shownPixels(record.frame, plane, width, height);
+        const std::uint8_t *pixels = shownPixels(record.frame, plane, regionPixels(width, height));
         const bool copied = buffer.copyFrom(record.frame, plane);
         FUZZ_CHECK(!copied || pixels != nullptr);
         if (pixels == nullptr)

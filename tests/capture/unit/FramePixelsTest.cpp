@@ -59,9 +59,9 @@ TEST(DisplayPlane, otherGreyShowsTheRawPlane)
 TEST(ShownPixels, areThoseOfThePlane)
 {
     const Frame frame(4, 3);
-    EXPECT_EQ(shownPixels(frame.record, FramePlane::Rgb, 4, 3), frame.record.rgb);
-    EXPECT_EQ(shownPixels(frame.record, FramePlane::Mono8, 4, 3), frame.record.mono8);
-    EXPECT_EQ(shownPixels(frame.record, FramePlane::Raw, 4, 3), frame.record.raw);
+    EXPECT_EQ(shownPixels(frame.record, FramePlane::Rgb, 12), frame.record.rgb);
+    EXPECT_EQ(shownPixels(frame.record, FramePlane::Mono8, 12), frame.record.mono8);
+    EXPECT_EQ(shownPixels(frame.record, FramePlane::Raw, 12), frame.record.raw);
 }
 
 struct Refusal {
@@ -77,7 +77,8 @@ class Refused : public testing::TestWithParam<Refusal> {};
 TEST_P(Refused, frameIsLeftAlone)
 {
     const Refusal &refusal = GetParam();
-    EXPECT_EQ(shownPixels(refusal.frame, refusal.plane, refusal.regionWidth, refusal.regionHeight),
+    EXPECT_EQ(shownPixels(refusal.frame, refusal.plane,
+                          regionPixels(refusal.regionWidth, refusal.regionHeight)),
               nullptr);
     FrameBuffer buffer(refusal.regionWidth, refusal.regionHeight);
     EXPECT_FALSE(buffer.copyFrom(refusal.frame, refusal.plane));
@@ -170,7 +171,7 @@ struct RawSize {
 
 class RawPlaneBytes : public testing::TestWithParam<RawSize> {};
 
-TEST_P(RawPlaneBytes, neverExceedWhatThePixelsTake)
+TEST_P(RawPlaneBytes, areThoseThatTheFrameClaimsUnlessAbsurd)
 {
     OImageFrame frame{GetParam().claimed, 10, 10, GetParam().bits, nowhere(), nullptr, nullptr};
     EXPECT_EQ(rawPlaneBytes(frame), GetParam().readable);
@@ -180,7 +181,8 @@ INSTANTIATE_TEST_SUITE_P(Claims, RawPlaneBytes,
                          testing::Values(RawSize{100, 8, 100}, RawSize{200, 16, 200},
                                          RawSize{50, 8, 50}, RawSize{most, 8, 100},
                                          RawSize{most, 0, 100}, RawSize{most, most, 800},
-                                         RawSize{0, 8, 0}, RawSize{300, 24, 300}));
+                                         RawSize{0, 8, 0}, RawSize{300, 24, 300},
+                                         RawSize{200, 12, 200}, RawSize{4196, 8, 4196}));
 
 TEST(RawPlaneBytesOf, aMissingPlaneIsNone)
 {
