@@ -4,23 +4,30 @@
 
 #include "ui_CameraList.h"
 
-#include <QShortcut>
+#include <QKeyEvent>
 
 CameraList::CameraList(QWidget *parent)
     : QDockWidget(parent), ui(std::make_unique<Ui::CameraList>())
 {
     ui->setupUi(this);
     setFocusProxy(ui->listWidget);
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
-        auto *open = new QShortcut(key, ui->listWidget);
-        open->setContext(Qt::WidgetShortcut);
-        connect(open, &QShortcut::activated, this, &CameraList::openCurrent);
-    }
+    ui->listWidget->installEventFilter(this);
 }
 
 CameraList::~CameraList() = default;
 
 int CameraList::currentCameraIdx() const { return ui->listWidget->currentIndex().row(); }
+
+bool CameraList::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress)
+        return QDockWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent *>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        return false;
+    openCurrent();
+    return true;
+}
 
 void CameraList::openCurrent()
 {
@@ -28,10 +35,21 @@ void CameraList::openCurrent()
         emit sigOpenCamera(currentCameraIdx());
 }
 
+QStringList CameraList::shownNames() const
+{
+    QStringList names;
+    for (int row = 0; row < ui->listWidget->count(); ++row)
+        names.append(ui->listWidget->item(row)->text());
+    return names;
+}
+
 void CameraList::slotUpdateCameraList(QStringList names)
 {
-    ui->listWidget->clear();
-    ui->listWidget->addItems(names);
+    // A list that has not changed stays: a double-click ends on the entry that it began on.
+    if (names != shownNames()) {
+        ui->listWidget->clear();
+        ui->listWidget->addItems(names);
+    }
     // A single camera is not preselected; kept.
     if (!m_bOpened && ui->listWidget->count() > 1)
         ui->listWidget->setCurrentRow(0);

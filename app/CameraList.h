@@ -37,8 +37,12 @@ signals:
 private slots:
     void on_listWidget_doubleClicked(const QModelIndex &index);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void openCurrent();
+    QStringList shownNames() const;
 
     std::unique_ptr<Ui::CameraList> ui;
     bool m_bOpened = false;

@@ -4,7 +4,7 @@
 
 #include <QHeaderView>
 #include <QHostAddress>
-#include <QShortcut>
+#include <QKeyEvent>
 
 #include <algorithm>
 #include <array>
@@ -46,14 +46,20 @@ XMLCtrl::XMLCtrl(QWidget *parent)
     ui->treeXML->header()->setMinimumSectionSize(shortestColumn);
     HideShowXMLCtrl(PanelNothing, true);
     setFocusProxy(ui->treeXML);
-    // What a click does. Not the keypad's Enter, which is for the value.
-    auto *choose = new QShortcut(Qt::Key_Return, ui->treeXML);
-    choose->setContext(Qt::WidgetShortcut);
-    connect(choose, &QShortcut::activated, this,
-            [this] { on_treeXML_clicked(ui->treeXML->currentIndex()); });
+    ui->treeXML->installEventFilter(this);
 }
 
 XMLCtrl::~XMLCtrl() = default;
+
+/// Return on a node does what a click does. Not the keypad's Enter, which is for the value.
+bool XMLCtrl::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress ||
+        static_cast<QKeyEvent *>(event)->key() != Qt::Key_Return)
+        return QDockWidget::eventFilter(watched, event);
+    on_treeXML_clicked(ui->treeXML->currentIndex());
+    return true;
+}
 
 void XMLCtrl::CreateXMLTree(void *handle)
 {

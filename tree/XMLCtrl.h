@@ -34,6 +34,7 @@ public:
     void UpdateAcqState(bool acquiring);
     /// Keypad Enter in the value field writes it to the current node.
     void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 public slots:
     /// Reads the node and shows it on the panel below the tree.

@@ -21,6 +21,7 @@ private slots:
     void nothingIsSelectedWhileACameraIsOpen();
     void theListIsDisabledWhileACameraIsOpen();
     void aDoubleClickOpensTheRow();
+    void aDoubleClickSurvivesARefresh();
 
     void theLogIsABottomDock();
     void linesCarryUnpaddedTimes_data();
@@ -135,6 +136,23 @@ void ListAndLogTest::aDoubleClickOpensTheRow()
     list.slotCameraOpened(true);
     QTest::mouseDClick(listOf(list)->viewport(), Qt::LeftButton, {}, middle);
     QCOMPARE(opened.size(), 1);
+}
+
+// Discovery tells the list anew between the two clicks.
+void ListAndLogTest::aDoubleClickSurvivesARefresh()
+{
+    CameraList list;
+    const QStringList names{"A", "B", "C"};
+    list.slotUpdateCameraList(names);
+    list.show();
+    QSignalSpy opened(&list, SIGNAL(sigOpenCamera(int)));
+    const QPoint middle = listOf(list)->visualItemRect(listOf(list)->item(2)).center();
+    QTest::mouseClick(listOf(list)->viewport(), Qt::LeftButton, {}, middle);
+    list.slotUpdateCameraList(names);
+    QCOMPARE(list.currentCameraIdx(), 0);
+    QMouseEvent second(QEvent::MouseButtonDblClick, middle, Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(listOf(list)->viewport(), &second);
+    QCOMPARE(opened, (QList<QVariantList>{{2}}));
 }
 
 void ListAndLogTest::theLogIsABottomDock()
