@@ -122,6 +122,7 @@ void MainWindow::createControlDock()
 {
     m_pCameraCtrl = new CameraCtrl(this);
     m_pCameraCtrl->hide();
+    m_pCameraCtrl->widget()->setEnabled(false); // until it has a camera
     addDockWidget(Qt::RightDockWidgetArea, m_pCameraCtrl);
     connect(m_pCameraCtrl->toggleViewAction(), SIGNAL(triggered(bool)), this,
             SLOT(slotShowCameraCtrl(bool)));

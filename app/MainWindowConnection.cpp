@@ -72,6 +72,7 @@ void MainWindow::attachPanels()
         ui->actionControl->setEnabled(false);
         return;
     }
+    m_pCameraCtrl->widget()->setEnabled(true);
     m_pCameraCtrl->loadConfigurationValue(m_hCamera);
     m_pCameraCtrl->CreateGrabThread();
 }
@@ -83,6 +84,7 @@ void MainWindow::detachPanels()
         m_pCameraCtrl->hide();
     m_pCameraCtrl->DeleteGrabThread();
     m_pCameraCtrl->releaseCamera();
+    m_pCameraCtrl->widget()->setEnabled(false);
 }
 
 void MainWindow::deleteRegisterDialog()
