@@ -2,65 +2,27 @@
 // Pictures for the screen, made in memory that is used again.
 #include "capture/ScreenImages.h"
 
+#include <opencv2/imgproc.hpp>
+
 #include <atomic>
 #include <cstddef>
-#include <cstring>
 #include <memory>
 
 #include <sys/mman.h>
 
 namespace {
 
-void grayRow(const uchar *__restrict in, int width, QRgb *__restrict out)
-{
-    for (int x = 0; x < width; ++x)
-        out[x] = qRgb(in[x], in[x], in[x]);
-}
-
-/// Pixels from `first` on.
-void rgbPixels(const uchar *in, int first, int width, QRgb *out)
-{
-    for (int x = first; x < width; ++x)
-        out[x] = qRgb(in[3 * x], in[3 * x + 1], in[3 * x + 2]);
-}
-
-void rgbRow(const uchar *in, int width, QRgb *out) { rgbPixels(in, 0, width, out); }
-
-#ifdef __x86_64__
-/// Four pixels at a time, by one move of bytes: in a third of the time.
-[[gnu::target("ssse3")]] void rgbRowByFour(const uchar *in, int width, QRgb *out)
-{
-    using Bytes [[gnu::vector_size(16)]] = uchar;
-    const Bytes opaque = ~Bytes{};
-    int x = 0;
-    for (; x + 6 <= width; x += 4) { // 16 bytes are read, of which 12 count
-        Bytes pixels;
-        std::memcpy(&pixels, in + 3 * x, sizeof pixels);
-        pixels = __builtin_shufflevector(pixels, opaque, 2, 1, 0, 16, 5, 4, 3, 16, 8, 7, 6, 16, 11,
-                                         10, 9, 16);
-        std::memcpy(out + x, &pixels, sizeof pixels);
-    }
-    rgbPixels(in, x, width, out);
-}
-#endif
-
-auto rgbConversion()
-{
-#ifdef __x86_64__
-    if (__builtin_cpu_supports("ssse3"))
-        return rgbRowByFour;
-#endif
-    return rgbRow;
-}
-
+/// Not by Qt, which converts large pictures on the pool, where they would wait behind files that
+/// are being saved. Format_RGB32 is B, G, R and 255 in memory.
 void convert(const QImage &image, QImage *out)
 {
-    const auto convertRow = image.format() == QImage::Format_RGB888 ? rgbConversion() : grayRow;
-    uchar *rows = out->bits();
-    for (int y = 0; y < image.height(); ++y) {
-        auto *row = reinterpret_cast<QRgb *>(rows + std::ptrdiff_t{y} * out->bytesPerLine());
-        convertRow(image.constScanLine(y), image.width(), row);
-    }
+    const bool color = image.format() == QImage::Format_RGB888;
+    const cv::Mat pixels(image.height(), image.width(), color ? CV_8UC3 : CV_8UC1,
+                         const_cast<uchar *>(image.constBits()),
+                         static_cast<std::size_t>(image.bytesPerLine()));
+    cv::Mat screen(out->height(), out->width(), CV_8UC4, out->bits(),
+                   static_cast<std::size_t>(out->bytesPerLine()));
+    cv::cvtColor(pixels, screen, color ? cv::COLOR_RGB2BGRA : cv::COLOR_GRAY2BGRA);
 }
 
 struct Mapping {
