@@ -50,9 +50,10 @@ void CameraList::slotUpdateCameraList(QStringList names)
         ui->listWidget->clear();
         ui->listWidget->addItems(names);
     }
-    // A single camera is not preselected; kept.
-    if (!m_bOpened && ui->listWidget->count() > 1)
-        ui->listWidget->setCurrentRow(0);
+    // A single camera is not preselected; kept. Nor is what the keyboard's focus had made the
+    // current.
+    const bool preselect = !m_bOpened && ui->listWidget->count() > 1;
+    ui->listWidget->setCurrentRow(preselect ? 0 : -1);
 }
 
 void CameraList::slotCameraOpened(bool opened)

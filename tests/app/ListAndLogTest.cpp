@@ -101,6 +101,10 @@ void ListAndLogTest::aSingleCameraIsNotSelected()
     list.slotUpdateCameraList({"A"});
     QCOMPARE(list.currentCameraIdx(), -1);
     QVERIFY(listOf(list)->selectedItems().isEmpty());
+    listOf(list)->setCurrentRow(0); // the keyboard's focus does so
+    list.slotUpdateCameraList({"A"});
+    QCOMPARE(list.currentCameraIdx(), -1);
+    QVERIFY(listOf(list)->selectedItems().isEmpty());
 }
 
 void ListAndLogTest::nothingIsSelectedWhileACameraIsOpen()
