@@ -40,7 +40,7 @@ QColor mixed(const QColor &from, const QColor &to, double share)
 QColor standingOut(const QColor &from, const QColor &to, const QColor &background, double contrast)
 {
     for (int step = 0; step < shares; ++step) {
-        const QColor colour = mixed(from, to, double(step) / shares);
+        QColor colour = mixed(from, to, double(step) / shares);
         if (contrastOf(colour, background) >= contrast)
             return colour;
     }

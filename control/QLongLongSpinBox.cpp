@@ -32,7 +32,7 @@ QLongLongSpinBox::QLongLongSpinBox(QWidget *parent) : QAbstractSpinBox(parent)
     // The base filters every key through validate(). "1" on the way to "12345" is Invalid with a
     // minimum of 50, so people could not type: the text is judged when they have finished instead.
     lineEdit()->setValidator(nullptr);
-    lineEdit()->setText(textFromValue(m_value));
+    lineEdit()->setText(QLongLongSpinBox::textFromValue(m_value));
     connect(lineEdit(), &QLineEdit::returnPressed, this, &QLongLongSpinBox::onReturnPressed);
 }
 

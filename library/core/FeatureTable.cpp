@@ -79,15 +79,15 @@ constexpr NumberRow kNumbers[] = {
 };
 
 constexpr ChoiceRow kChoices[] = {
-    {Choice::PixelFormat, {{"PixelFormat"}}},
-    {Choice::WhiteBalance, {{"BalanceWhiteAuto"}}},
-    {Choice::TriggerMode, {{"TriggerSelector"}}},
-    {Choice::TriggerSource, {{"TriggerSource"}}},
-    {Choice::TriggerPolarity, {{"TriggerActivation"}}},
-    {Choice::StrobeMode, {{"LineSource"}}, Selecting::OutputLine},
+    {Choice::PixelFormat, Selecting::Nothing, {{"PixelFormat"}}},
+    {Choice::WhiteBalance, Selecting::Nothing, {{"BalanceWhiteAuto"}}},
+    {Choice::TriggerMode, Selecting::Nothing, {{"TriggerSelector"}}},
+    {Choice::TriggerSource, Selecting::Nothing, {{"TriggerSource"}}},
+    {Choice::TriggerPolarity, Selecting::Nothing, {{"TriggerActivation"}}},
+    {Choice::StrobeMode, Selecting::OutputLine, {{"LineSource"}}},
     {Choice::StrobePolarity,
-     {{"LineInverter", "StrobePolarity"}},
      Selecting::OutputLine,
+     {{"LineInverter", "StrobePolarity"}},
      {{"ActiveHigh", "ActiveLow"}}},
 };
 

@@ -79,8 +79,8 @@ struct NumberRow {
 /// Where a choice of names is found on a camera.
 struct ChoiceRow {
     Choice choice;
-    std::array<const char *, 3> nodes; ///< enumerations, or a boolean for two names
-    Selecting selecting = Selecting::Nothing;
+    Selecting selecting;
+    std::array<const char *, 3> nodes;          ///< enumerations, or a boolean for two names
     std::array<const char *, 2> booleanNames{}; ///< what false and true of a boolean are called
 };
 
