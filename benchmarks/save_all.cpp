@@ -27,15 +27,6 @@ constexpr std::size_t mostWaiting = std::size_t{512} * 1024 * 1024;
 /// it.
 constexpr long encoderKiB = 64 * 1024;
 
-QByteArray grayPixels(const QImage &picture)
-{
-    const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);
-    QByteArray pixels;
-    for (int y = 0; y < gray.height(); ++y)
-        pixels.append(reinterpret_cast<const char *>(gray.constScanLine(y)), gray.width());
-    return pixels;
-}
-
 quint32 numberOf(const QImage &picture)
 {
     // The number stands in the first rows.

@@ -27,6 +27,7 @@ x11-utils               asks the display for windows and their properties
 fonts-dejavu-core       letters
 iproute2                network namespaces of the GigE Vision tests: ip
 util-linux              the same: unshare
+doxygen                 the reference of the header, made without a warning
 '
 benchmark_packages='
 libbenchmark-dev        measures conversions; only with -DORVALIS_BENCHMARKS=ON
@@ -43,7 +44,6 @@ clang-format            layout of the source
 clang-tidy              habits of the source
 cppcheck                a second opinion
 shellcheck              habits of the scripts
-doxygen                 the comments of the header
 desktop-file-utils      checks the desktop file
 appstream               checks the metadata for software centres
 man-db                  checks the manual page

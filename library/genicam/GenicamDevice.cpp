@@ -101,7 +101,7 @@ bool GenicamDevice::servesRegister(std::uint32_t address) const
     return !isFake_ || address < fakeMemory;
 }
 
-OResult GenicamDevice::readRegister(std::uint32_t address, std::uint32_t &value)
+template <class Access> OResult GenicamDevice::atRegister(std::uint32_t address, Access access)
 {
     const CameraLink::Turn turn = core_->link.turn();
     if (!turn) {
@@ -111,24 +111,25 @@ OResult GenicamDevice::readRegister(std::uint32_t address, std::uint32_t &value)
         return ORVALIS_ERROR_NOT_FOUND;
     }
     Failure failure;
-    guint32 found = 0;
-    arv_device_read_register(core_->link.device(), address, &found, failure.slot());
-    value = failure ? value : found;
+    access(core_->link.device(), failure.slot());
     return core_->link.resultOf(failure);
+}
+
+OResult GenicamDevice::readRegister(std::uint32_t address, std::uint32_t &value)
+{
+    guint32 found = 0;
+    const OResult result = atRegister(address, [&](ArvDevice *device, GError **error) {
+        arv_device_read_register(device, address, &found, error);
+    });
+    value = result == ORVALIS_OK ? found : value;
+    return result;
 }
 
 OResult GenicamDevice::writeRegister(std::uint32_t address, std::uint32_t value)
 {
-    const CameraLink::Turn turn = core_->link.turn();
-    if (!turn) {
-        return ORVALIS_ERROR_CONNECTION_LOST;
-    }
-    if (!servesRegister(address)) {
-        return ORVALIS_ERROR_NOT_FOUND;
-    }
-    Failure failure;
-    arv_device_write_register(core_->link.device(), address, value, failure.slot());
-    return core_->link.resultOf(failure);
+    return atRegister(address, [&](ArvDevice *device, GError **error) {
+        arv_device_write_register(device, address, value, error);
+    });
 }
 
 OResult GenicamDevice::reset()

@@ -82,6 +82,8 @@ private:
     bool isWrongWay(const StreamSession &session, Clock::time_point since, bool triggered) const;
     OResult tryAnotherWay();
     bool servesRegister(std::uint32_t address) const;
+    /// Calls access(device, error) when it is this caller's turn, if there is such a register.
+    template <class Access> OResult atRegister(std::uint32_t address, Access access);
 
     DeviceIdentity identity_;
     std::function<void()> onGone_;

@@ -459,15 +459,7 @@ void CameraCtrlFeatureTest::switchingAutomaticGainOffFetchesTheValue()
     QVERIFY(feature.slider()->isEnabled());
 }
 
-void CameraCtrlFeatureTest::featureDefault_data()
-{
-    QTest::addColumn<bool>("streaming");
-    QTest::addColumn<bool>("refused");
-    QTest::newRow("stopped, accepted") << false << false;
-    QTest::newRow("stopped, refused") << false << true;
-    QTest::newRow("streaming, accepted") << true << false;
-    QTest::newRow("streaming, refused") << true << true;
-}
+void CameraCtrlFeatureTest::featureDefault_data() { addStreamingAndRefusedRows(); }
 
 void CameraCtrlFeatureTest::featureDefault()
 {

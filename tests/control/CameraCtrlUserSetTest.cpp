@@ -120,15 +120,7 @@ void CameraCtrlUserSetTest::powerOnDefaultIsSent()
              QStringList("OrvalisSetNodeEnum(h1, \"UserSetDefaultSelector\", \"UserSet3\")"));
 }
 
-void CameraCtrlUserSetTest::loadButton_data()
-{
-    QTest::addColumn<bool>("streaming");
-    QTest::addColumn<bool>("refused");
-    QTest::newRow("stopped, accepted") << false << false;
-    QTest::newRow("stopped, refused") << false << true;
-    QTest::newRow("streaming, accepted") << true << false;
-    QTest::newRow("streaming, refused") << true << true;
-}
+void CameraCtrlUserSetTest::loadButton_data() { addStreamingAndRefusedRows(); }
 
 void CameraCtrlUserSetTest::loadButton()
 {

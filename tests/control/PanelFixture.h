@@ -8,6 +8,7 @@
 
 #include <QComboBox>
 #include <QStringList>
+#include <QTest>
 #include <QWidget>
 
 #include <string>
@@ -131,3 +132,14 @@ public:
     CameraCtrl panel{&window};
     OCameraHandle handle = nullptr;
 };
+
+/// Data rows: the picture stands or streams, the camera takes the call or refuses it.
+inline void addStreamingAndRefusedRows()
+{
+    QTest::addColumn<bool>("streaming");
+    QTest::addColumn<bool>("refused");
+    QTest::newRow("stopped, accepted") << false << false;
+    QTest::newRow("stopped, refused") << false << true;
+    QTest::newRow("streaming, accepted") << true << false;
+    QTest::newRow("streaming, refused") << true << true;
+}

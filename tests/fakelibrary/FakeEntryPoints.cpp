@@ -35,6 +35,20 @@ bool isOnBus(const Library &fake, const std::string &cameraId)
                                        [&](const auto &camera) { return camera.id == cameraId; });
 }
 
+/// An answer that does `access` with the register's word, if there is such a register.
+template <typename Access> auto atRegister(std::uint32_t address, Access access)
+{
+    return [address, access](State &state) -> std::int32_t {
+        if (address % 4 != 0)
+            return ORVALIS_ERROR_BAD_ARGUMENT;
+        const auto found = state.registers.find(address);
+        if (found == state.registers.end())
+            return ORVALIS_ERROR_NOT_FOUND;
+        access(found->second);
+        return ORVALIS_OK;
+    };
+}
+
 /// Handles are numbers that are never used twice, not even after a reset.
 OCameraHandle nextHandle()
 {
@@ -256,15 +270,7 @@ int32_t OrvalisReadRegister(OCameraHandle handle, uint32_t address, uint32_t *da
         .handle(handle)
         .in(address)
         .out(data)
-        .answer([=](State &state) -> std::int32_t {
-            if (address % 4 != 0)
-                return ORVALIS_ERROR_BAD_ARGUMENT;
-            const auto found = state.registers.find(address);
-            if (found == state.registers.end())
-                return ORVALIS_ERROR_NOT_FOUND;
-            *data = found->second;
-            return ORVALIS_OK;
-        });
+        .answer(atRegister(address, [data](std::uint32_t &word) { *data = word; }));
 }
 
 int32_t OrvalisWriteRegiser(OCameraHandle handle, uint32_t address, uint32_t data)
@@ -273,13 +279,5 @@ int32_t OrvalisWriteRegiser(OCameraHandle handle, uint32_t address, uint32_t dat
         .handle(handle)
         .in(address)
         .in(data)
-        .answer([=](State &state) -> std::int32_t {
-            if (address % 4 != 0)
-                return ORVALIS_ERROR_BAD_ARGUMENT;
-            const auto found = state.registers.find(address);
-            if (found == state.registers.end())
-                return ORVALIS_ERROR_NOT_FOUND;
-            found->second = data;
-            return ORVALIS_OK;
-        });
+        .answer(atRegister(address, [data](std::uint32_t &word) { word = data; }));
 }

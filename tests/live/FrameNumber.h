@@ -3,6 +3,17 @@
 #pragma once
 
 #include <QByteArray>
+#include <QImage>
+
+/// The 8-bit grey pixels of a picture, without row padding.
+inline QByteArray grayPixels(const QImage &picture)
+{
+    const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);
+    QByteArray pixels;
+    for (int y = 0; y < gray.height(); ++y)
+        pixels.append(reinterpret_cast<const char *>(gray.constScanLine(y)), gray.width());
+    return pixels;
+}
 
 /// The number in the picture's upper left corner (node "FrameNumberOverlay"): 32 squares of 8 x 8
 /// pixels side by side, lowest bit first, white for 1. `pixels` is 8-bit grey without row padding.

@@ -15,16 +15,6 @@ namespace {
 
 constexpr int framesToSave = 1000;
 
-/// The 8-bit grey pixels of a picture, without row padding.
-QByteArray grayPixels(const QImage &picture)
-{
-    const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);
-    QByteArray pixels;
-    for (int y = 0; y < gray.height(); ++y)
-        pixels.append(reinterpret_cast<const char *>(gray.constScanLine(y)), gray.width());
-    return pixels;
-}
-
 QByteArray digest(const QByteArray &pixels)
 {
     return QCryptographicHash::hash(pixels, QCryptographicHash::Md5);

@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Start, stop and delivery of one stream.
-#include "library/core/Acquisition.h"
-#include "tests/library/core/CallbackHook.h"
-#include "tests/library/core/ScriptedCamera.h"
-
-#include <gtest/gtest.h>
+#include "tests/library/core/AcquisitionFixture.h"
 
 #include <new>
 #include <thread>
@@ -14,24 +10,7 @@ using namespace orvalis::test;
 
 namespace {
 
-class AcquisitionTest : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        onFrame = [this](OImageFrame *) { frames_.add(); };
-    }
-    void TearDown() override
-    {
-        acquisition_.close();
-        onFrame = nullptr;
-    }
-
-    std::shared_ptr<Script> script_ = std::make_shared<Script>();
-    ScriptedDevice device_{script_};
-    std::atomic<bool> lost_{false};
-    Counter frames_;
-    Acquisition acquisition_{device_, lost_};
-};
+class AcquisitionTest : public AcquisitionFixture {};
 
 } // namespace
 
@@ -147,17 +126,11 @@ TEST_F(AcquisitionTest, startAfterAStopFromTheCallback)
 
 TEST_F(AcquisitionTest, startFromTheCallbackIsBusy)
 {
-    OResult result = ORVALIS_OK;
-    onFrame = [&](OImageFrame *) {
-        acquisition_.stop();
-        result = acquisition_.start(frameCallback);
-        frames_.add();
-    };
-    ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
-    script_->pushFrame(monoImage(1));
-    frames_.waitFor(1);
-    acquisition_.stop();
-    EXPECT_EQ(result, ORVALIS_ERROR_BUSY);
+    EXPECT_EQ(fromTheCallback([this] {
+                  acquisition_.stop();
+                  return acquisition_.start(frameCallback);
+              }),
+              ORVALIS_ERROR_BUSY);
 }
 
 TEST_F(AcquisitionTest, stopsFromSeveralThreadsAtOnce)

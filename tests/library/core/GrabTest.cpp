@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Grabs beside a stream and without one.
-#include "library/core/Acquisition.h"
-#include "tests/library/core/CallbackHook.h"
-#include "tests/library/core/ScriptedCamera.h"
-
-#include <gtest/gtest.h>
+#include "tests/library/core/AcquisitionFixture.h"
 
 #include <thread>
 
@@ -17,17 +13,8 @@ namespace {
 /// Longer than any test may take: results never depend on it.
 Clock::time_point farAway() { return Clock::now() + 10min; }
 
-class GrabTest : public testing::Test {
+class GrabTest : public AcquisitionFixture {
 protected:
-    void SetUp() override
-    {
-        onFrame = [this](OImageFrame *) { frames_.add(); };
-    }
-    void TearDown() override
-    {
-        acquisition_.close();
-        onFrame = nullptr;
-    }
     /// Runs a grab on a thread of its own.
     void grabAside()
     {
@@ -55,11 +42,6 @@ protected:
         return result;
     }
 
-    std::shared_ptr<Script> script_ = std::make_shared<Script>();
-    ScriptedDevice device_{script_};
-    std::atomic<bool> lost_{false};
-    Counter frames_;
-    Acquisition acquisition_{device_, lost_};
     std::thread grabber_;
     GrabbedImage image_;
     OResult result_ = ORVALIS_ERROR_DEVICE;
@@ -211,15 +193,8 @@ TEST_F(GrabTest, twoIdleGrabsTakeTurns)
 
 TEST_F(GrabTest, grabInsideTheCallbackTimesOutAtOnce)
 {
-    onFrame = [this](OImageFrame *) {
-        result_ = acquisition_.grab(image_, farAway());
-        frames_.add();
-    };
-    ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
-    script_->pushFrame(monoImage(1));
-    frames_.waitFor(1);
-    acquisition_.stop();
-    EXPECT_EQ(result_, ORVALIS_ERROR_TIMEOUT);
+    EXPECT_EQ(fromTheCallback([this] { return acquisition_.grab(image_, farAway()); }),
+              ORVALIS_ERROR_TIMEOUT);
 }
 
 TEST_F(GrabTest, lostCameraSaysSo)

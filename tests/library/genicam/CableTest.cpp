@@ -9,27 +9,18 @@ using namespace genicamtest;
 
 namespace {
 
-using Milliseconds = std::chrono::duration<double, std::milli>;
-
 /// With Aravis' packet socket, and without it.
-class AcrossTheCable : public testing::TestWithParam<bool> {
+class AcrossTheCable : public GigeFixture, public testing::WithParamInterface<bool> {
 protected:
     void SetUp() override
     {
+        GigeFixture::SetUp();
         if (std::getenv("ORVALIS_CABLE_PID") == nullptr) {
             GTEST_SKIP() << "needs a cable: tests/contract/run_gige.sh --cable";
         }
         setenv("ORVALIS_PACKET_SOCKET", GetParam() ? "1" : "0", 1);
     }
     void TearDown() override { unsetenv("ORVALIS_PACKET_SOCKET"); }
-
-    std::unique_ptr<Device> discoveredAndOpened(const CameraProcess &camera)
-    {
-        backend_->discover();
-        return openCamera(*backend_, camera.id());
-    }
-
-    std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(false);
 };
 
 void expectWholePictures(Device &device, int count)
@@ -39,14 +30,6 @@ void expectWholePictures(Device &device, int count)
         ASSERT_EQ(nextImage(device, image), ORVALIS_OK);
         EXPECT_TRUE(isWhole(image));
     }
-}
-
-/// How long a call took is printed; what it said is tested.
-template <typename Call> void expectLost(const char *what, Call call)
-{
-    const Clock::time_point begin = Clock::now();
-    EXPECT_EQ(call(), ORVALIS_ERROR_CONNECTION_LOST) << what;
-    std::printf("%-24s %8.2f ms\n", what, Milliseconds(Clock::now() - begin).count());
 }
 
 TEST_P(AcrossTheCable, aCameraIsFoundAndStreams)
@@ -121,9 +104,9 @@ TEST_P(AcrossTheCable, aCameraBehindACableThatIsOutIsNotFoundAtOnce)
     backend_->discover();
     cable.pullOut();
     std::unique_ptr<Device> device;
-    const Clock::time_point begin = Clock::now();
-    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND);
-    std::printf("told after %.2f ms\n", Milliseconds(Clock::now() - begin).count());
+    printTime("told", [&] {
+        EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND);
+    });
 }
 
 TEST_P(AcrossTheCable, aCameraThatDoesNotStreamIsLostAtItsNextImage)
@@ -157,12 +140,8 @@ TEST_P(AcrossTheCable, aCableThatIsPulledOutIsALoss)
         std::uint32_t value = 0;
         return device->readRegister(0x100, value);
     });
-    Clock::time_point begin = Clock::now();
-    device->stopStream();
-    std::printf("stop %.2f ms\n", Milliseconds(Clock::now() - begin).count());
-    begin = Clock::now();
-    device.reset();
-    std::printf("close %.2f ms\n", Milliseconds(Clock::now() - begin).count());
+    printTime("stop", [&] { device->stopStream(); });
+    printTime("close", [&] { device.reset(); });
 
     cable.plugIn();
     backend_->discover();
@@ -184,9 +163,7 @@ TEST_P(AcrossTheCable, packetsThatAreTooLargeForTheWayGiveWayToSmallerOnes)
     cable.setMtuHere(1500);
     ASSERT_EQ(device->nodes().setInteger("GevSCPSPacketSize", 8000), ORVALIS_OK);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    const Clock::time_point begin = Clock::now();
-    expectWholePictures(*device, 1);
-    std::printf("first picture after %.0f ms\n", Milliseconds(Clock::now() - begin).count());
+    printTime("first picture", [&] { expectWholePictures(*device, 1); });
     expectWholePictures(*device, 5);
     EXPECT_LE(integer(*device, "GevSCPSPacketSize"), 1500);
 }
@@ -202,9 +179,7 @@ TEST_P(AcrossTheCable, aWayThatGetsNarrowWhileItStreams)
     expectWholePictures(*device, 5);
     std::printf("packets of %d bytes\n", int(integer(*device, "GevSCPSPacketSize")));
     cable.setMtuHere(1500);
-    const Clock::time_point begin = Clock::now();
-    expectWholePictures(*device, 10);
-    std::printf("pictures again after %.0f ms\n", Milliseconds(Clock::now() - begin).count());
+    printTime("pictures again", [&] { expectWholePictures(*device, 10); });
     EXPECT_LE(integer(*device, "GevSCPSPacketSize"), 1500);
 }
 

@@ -113,6 +113,40 @@ inline OResult nextImage(Device &device, RawImage &image)
     return device.nextImage(image, Clock::now() + 30s);
 }
 
+/// Tests of cameras in other processes, which have a network of their own.
+class GigeFixture : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
+            GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
+        }
+    }
+    std::unique_ptr<Device> discoveredAndOpened(const CameraProcess &camera)
+    {
+        backend_->discover();
+        return openCamera(*backend_, camera.id());
+    }
+
+    std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(false);
+};
+
+/// Does `call` and prints how long it took.
+template <typename Call> void printTime(const char *what, Call call)
+{
+    const Clock::time_point begin = Clock::now();
+    call();
+    const std::chrono::duration<double, std::milli> time = Clock::now() - begin;
+    std::printf("%-24s %8.2f ms\n", what, time.count());
+}
+
+/// Aravis takes 2.5 s for a call that is not answered; calls to a lost camera are answered by
+/// ourselves. How long that took is printed, what it said is tested.
+template <typename Call> void expectLost(const char *what, Call call)
+{
+    printTime(what, [&] { EXPECT_EQ(call(), ORVALIS_ERROR_CONNECTION_LOST) << what; });
+}
+
 /// The result that ends a stream.
 inline OResult streamUntilItEnds(Device &device)
 {

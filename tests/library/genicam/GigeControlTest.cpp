@@ -6,17 +6,7 @@ using namespace genicamtest;
 
 namespace {
 
-class GigeControl : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
-            GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
-        }
-    }
-
-    std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(false);
-};
+class GigeControl : public GigeFixture {};
 
 TEST_F(GigeControl, aCameraOfAnotherProgramIsBusyUntilThatHasLeftIt)
 {

@@ -70,20 +70,18 @@ void streamUntilLost(Device &device, CameraProcess &camera, Stopwatch &watch)
     });
 }
 
-TEST(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
+class GigeEndurance : public GigeFixture {};
+
+TEST_F(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
 {
-    if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
-        GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
-    }
     CameraProcess camera(1);
-    const auto backend = orvalis::makeGenicamBackend(false);
-    ASSERT_EQ(backend->discover().size(), 1U);
+    ASSERT_EQ(backend_->discover().size(), 1U);
     Stopwatch watch;
     long early = 0;
     const int cycles = setting("ORVALIS_GIGE_CYCLES", 3);
     for (int i = 0; i < cycles; ++i) {
         std::unique_ptr<Device> device;
-        ASSERT_EQ(watch("open", [&] { return backend->open(camera.id(), device); }), ORVALIS_OK)
+        ASSERT_EQ(watch("open", [&] { return backend_->open(camera.id(), device); }), ORVALIS_OK)
             << "cycle " << i;
         streamUntilLost(*device, camera, watch);
         watch("close after the loss", [&] {
@@ -101,19 +99,14 @@ TEST(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
     }
 }
 
-TEST(GigeEndurance, nothingIsLostAtAHundredFramesASecond)
+TEST_F(GigeEndurance, nothingIsLostAtAHundredFramesASecond)
 {
-    if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
-        GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
-    }
     if (std::getenv("ORVALIS_GIGE_SECONDS") == nullptr) {
         GTEST_SKIP() << "needs a machine with nothing else to do: ORVALIS_GIGE_SECONDS";
     }
     constexpr int rate = 100;
     const CameraProcess camera(1);
-    const auto backend = orvalis::makeGenicamBackend(false);
-    backend->discover();
-    const auto device = openCamera(*backend, camera.id());
+    const auto device = discoveredAndOpened(camera);
     ASSERT_TRUE(device);
     ASSERT_EQ(device->nodes().setFloat("AcquisitionFrameRate", rate), ORVALIS_OK);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);

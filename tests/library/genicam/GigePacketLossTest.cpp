@@ -64,15 +64,7 @@ long overrunPackets()
     return value;
 }
 
-class GigePacketLoss : public testing::TestWithParam<std::uint32_t> {
-protected:
-    void SetUp() override
-    {
-        if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
-            GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
-        }
-    }
-};
+class GigePacketLoss : public GigeFixture, public testing::WithParamInterface<std::uint32_t> {};
 
 /// Delivers pictures until `enough()`; none of them may be torn. The number of pictures.
 template <class Enough> int streamUntil(Device &device, Enough enough)
@@ -93,9 +85,7 @@ TEST_P(GigePacketLoss, noTornPictureIsDeliveredAndTheCountersAgreeWithTheSender)
 {
     const Loss loss(GetParam());
     CameraProcess camera(1);
-    const auto backend = orvalis::makeGenicamBackend(false);
-    backend->discover();
-    const auto device = openCamera(*backend, camera.id());
+    const auto device = discoveredAndOpened(camera);
     ASSERT_TRUE(device);
     ASSERT_EQ(device->nodes().setFloat("AcquisitionFrameRate", 100), ORVALIS_OK);
     const long overrunBefore = overrunPackets();
@@ -143,10 +133,8 @@ TEST_P(GigeResend, lostPacketsAreAskedForOnceMoreAndNoPictureIsMissing)
     const Loss loss(0);
     loss->resends = true;
     CameraProcess camera(1);
-    const auto backend = orvalis::makeGenicamBackend(false);
-    backend->discover();
-    claimResends(*openCamera(*backend, camera.id())); // it is read at the next opening
-    const auto device = openCamera(*backend, camera.id());
+    claimResends(*discoveredAndOpened(camera)); // it is read at the next opening
+    const auto device = openCamera(*backend_, camera.id());
     ASSERT_TRUE(device);
     ASSERT_EQ(device->nodes().setFloat("AcquisitionFrameRate", 100), ORVALIS_OK);
     const long overrunBefore = overrunPackets();

@@ -8,22 +8,7 @@ using namespace genicamtest;
 
 namespace {
 
-class Gige : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
-            GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
-        }
-    }
-    std::unique_ptr<Device> discoveredAndOpened(const std::string &id)
-    {
-        backend_->discover();
-        return openCamera(*backend_, id);
-    }
-
-    std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(false);
-};
+class Gige : public GigeFixture {};
 
 TEST_F(Gige, discoveryFindsTheCamera)
 {
@@ -57,7 +42,7 @@ TEST_F(Gige, aCameraThatWasNeverSeenIsNotFound)
 TEST_F(Gige, opensTellsWhoItIsAndStreams)
 {
     const CameraProcess camera(1);
-    const auto device = discoveredAndOpened(camera.id());
+    const auto device = discoveredAndOpened(camera);
     ASSERT_TRUE(device);
     EXPECT_EQ(device->identity().id, camera.id());
     EXPECT_EQ(device->identity().vendor, "Aravis");
@@ -104,7 +89,7 @@ TEST_F(Gige, twoCamerasStreamAtTheSameTime)
 {
     const CameraProcess one(1);
     const CameraProcess two(2);
-    const auto first = discoveredAndOpened(one.id());
+    const auto first = discoveredAndOpened(one);
     const auto second = openCamera(*backend_, two.id());
     ASSERT_TRUE(first && second);
     ASSERT_EQ(first->nodes().setInteger("Width", 256), ORVALIS_OK);
@@ -142,7 +127,7 @@ TEST_F(Gige, camerasAreSwappedWhileTheyStream)
 TEST_F(Gige, nodesAndRegistersAreTheSameMemory)
 {
     const CameraProcess camera(1);
-    const auto device = discoveredAndOpened(camera.id());
+    const auto device = discoveredAndOpened(camera);
     ASSERT_TRUE(device);
     std::uint32_t value = 0;
     ASSERT_EQ(device->readRegister(0x1F0, value), ORVALIS_OK);
@@ -164,7 +149,7 @@ TEST_F(Gige, nodesAndRegistersAreTheSameMemory)
 TEST_F(Gige, aSingleImageNeedsNoStreamAndEndsByWake)
 {
     const CameraProcess camera(1);
-    const auto device = discoveredAndOpened(camera.id());
+    const auto device = discoveredAndOpened(camera);
     ASSERT_TRUE(device);
     RawImage image;
     ASSERT_EQ(device->takeImage(image, Clock::now() + 30s), ORVALIS_OK);
@@ -181,7 +166,7 @@ TEST_F(Gige, aSingleImageNeedsNoStreamAndEndsByWake)
 TEST_F(Gige, colourFormatsKeepTheirCode)
 {
     const CameraProcess camera(1);
-    const auto device = discoveredAndOpened(camera.id());
+    const auto device = discoveredAndOpened(camera);
     ASSERT_TRUE(device);
     for (const auto &[name, code] :
          {std::pair{"BayerGR8", 0x01080008U}, std::pair{"RGB8", 0x02180014U},
