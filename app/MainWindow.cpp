@@ -14,6 +14,7 @@
 #include "ui_MainWindow.h"
 #include "view/DrawCenterDlg.h"
 #include "view/HintLabel.h"
+#include "view/ScaleWatch.h"
 
 #include <QLabel>
 #include <QStatusBar>
@@ -182,6 +183,9 @@ void MainWindow::createGuidance()
     ui->graphicsView->setAccessibleName(tr("Picture"));
     ui->graphicsView->setBackgroundRole(QPalette::Window); // quieter around a picture than white
     m_pHint = new HintLabel(ui->graphicsView);
+    const auto *scale = new ScaleWatch(ui->graphicsView);
+    connect(scale, &ScaleWatch::sigScaleChanged, this, &MainWindow::updateGuidance,
+            Qt::QueuedConnection);
     connect(this, &MainWindow::sigUpdateCameraList, this, [this](const QStringList &names) {
         m_nCameras = static_cast<int>(names.size());
         updateGuidance();

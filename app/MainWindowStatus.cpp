@@ -53,6 +53,13 @@ Change changeAt(const ActionRule &rule, int stage)
     return stage == 1 ? rule.justOpened : rule.streaming;
 }
 
+/// "43 %", and below ten "4.3 %".
+QString percentText(qreal factor)
+{
+    const qreal percent = 100 * factor;
+    return QString::number(percent, 'f', percent < 9.95 ? 1 : 0) + QStringLiteral(" %");
+}
+
 qint64 wholeNumber(double value)
 {
     constexpr double limit = 9.2e18;
@@ -112,7 +119,10 @@ void MainWindow::updateGuidance()
         m_pHint->showHint({}, {});
     else
         m_pHint->showHint(QLatin1String(guidance.title), QLatin1String(guidance.detail));
-    statusBar()->showMessage(QLatin1String(guidance.status));
+    QString status = QLatin1String(guidance.status);
+    if (m_bPicture)
+        status += QStringLiteral(", zoom ") + percentText(ui->graphicsView->transform().m11());
+    statusBar()->showMessage(status);
 }
 
 void MainWindow::streamBegins()

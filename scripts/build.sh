@@ -1,6 +1,9 @@
 # SPDX-License-Identifier: MIT
 # Sourced by the scripts beside it: configures and builds a preset, quietly when there is nothing to do.
 
+# shellcheck disable=SC2034 # for those who source this
+test_jobs=${ORVALIS_TEST_JOBS:-$((2 * $(nproc)))} # most tests wait more than they compute
+
 # quietly <what> <command>...: shows the command's output only if it fails.
 quietly() {
     local what=$1 log

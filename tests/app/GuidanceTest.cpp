@@ -3,6 +3,7 @@
 #include "tests/app/Shell.h"
 
 #include <QStatusTipEvent>
+#include <QTimeLine>
 
 using shell::Frame;
 using shell::Shell;
@@ -19,6 +20,7 @@ private slots:
     void aStreamWithoutPicturesIsWaitedFor();
     void aPictureTakesThePlaceOfTheHint();
     void savingIsSaid();
+    void theZoomIsSaidWhoeverChangedIt();
     void aStoppedPictureIsSaidToStand();
     void aLostCameraIsSaidToBeGone();
     void aCameraThatWasClosedIsNotLost();
@@ -75,7 +77,7 @@ void GuidanceTest::aPictureTakesThePlaceOfTheHint()
     Frame frame(64, 48, 100);
     QVERIFY(shell::shows(shell, frame, shell::gray(100)));
     QVERIFY(!hintIsShown(shell));
-    QCOMPARE(status(shell), QString("Streaming"));
+    QCOMPARE(status(shell), QString("Streaming, zoom 100 %"));
 }
 
 void GuidanceTest::savingIsSaid()
@@ -85,9 +87,30 @@ void GuidanceTest::savingIsSaid()
     Frame frame(64, 48, 100);
     QVERIFY(shell::shows(shell, frame, shell::gray(100)));
     shell.action("actionSave")->setChecked(true);
-    QCOMPARE(status(shell), QString("Streaming, saving pictures"));
+    QCOMPARE(status(shell), QString("Streaming, saving pictures, zoom 100 %"));
     shell.action("actionSave")->setChecked(false);
-    QCOMPARE(status(shell), QString("Streaming"));
+    QCOMPARE(status(shell), QString("Streaming, zoom 100 %"));
+}
+
+void GuidanceTest::theZoomIsSaidWhoeverChangedIt()
+{
+    const Shell shell;
+    shell->show();
+    shell.play();
+    Frame frame(64, 48, 100);
+    QVERIFY(shell::shows(shell, frame, shell::gray(100)));
+    shell.view()->scale(0.043, 0.043);
+    QTRY_COMPARE(status(shell), QString("Streaming, zoom 4.3 %"));
+    shell->slotZoom100();
+    QTRY_COMPARE(status(shell), QString("Streaming, zoom 100 %"));
+    shell->slotZoomIn();
+    QTRY_VERIFY(status(shell).section(' ', -2, -2).toInt() > 100);
+    QTRY_VERIFY(shell.view()->findChildren<QTimeLine *>().isEmpty());
+    shell->slotStopCamera();
+    shell.view()->resetTransform();
+    QTRY_COMPARE(status(shell), QString("Stopped, zoom 100 %"));
+    shell->slotCloseCamera();
+    QCOMPARE(status(shell), QString("No camera open"));
 }
 
 void GuidanceTest::aStoppedPictureIsSaidToStand()
@@ -97,7 +120,7 @@ void GuidanceTest::aStoppedPictureIsSaidToStand()
     Frame frame(64, 48, 100);
     QVERIFY(shell::shows(shell, frame, shell::gray(100)));
     shell->slotStopCamera();
-    QCOMPARE(status(shell), QString("Stopped"));
+    QCOMPARE(status(shell), QString("Stopped, zoom 100 %"));
     QVERIFY(!hintIsShown(shell));
 }
 
