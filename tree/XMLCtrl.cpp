@@ -18,9 +18,6 @@
 
 namespace {
 
-/// Pixels: short names still fill the dock, with a scroll bar beside them.
-constexpr int shortestColumn = 280;
-
 /// Layouts of the value panel, numbers as HideShowXMLCtrl() takes them.
 enum PanelMode { PanelNothing = 0, PanelValue = 1, PanelEnumeration = 2, PanelCommand = 3 };
 
@@ -42,8 +39,8 @@ XMLCtrl::XMLCtrl(QWidget *parent)
     ui->setupUi(this);
     // The dock's width is fixed: names that are wider have to be reached by scrolling.
     ui->treeXML->header()->setStretchLastSection(false);
-    ui->treeXML->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    ui->treeXML->header()->setMinimumSectionSize(shortestColumn);
+    fillHeader();
+    ui->treeXML->header()->installEventFilter(this);
     HideShowXMLCtrl(PanelNothing, true);
     setFocusProxy(ui->treeXML);
     ui->treeXML->installEventFilter(this);
@@ -51,10 +48,20 @@ XMLCtrl::XMLCtrl(QWidget *parent)
 
 XMLCtrl::~XMLCtrl() = default;
 
+/// Short names fill the dock, beside a scroll bar or without one.
+void XMLCtrl::fillHeader()
+{
+    QHeaderView *header = ui->treeXML->header();
+    header->setMinimumSectionSize(header->width());
+    header->setSectionResizeMode(QHeaderView::ResizeToContents); // also looks at the sizes anew
+}
+
 /// Return on a node does what a click does. Not the keypad's Enter, which is for the value.
 bool XMLCtrl::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() != QEvent::KeyPress ||
+    if (watched == ui->treeXML->header() && event->type() == QEvent::Resize)
+        fillHeader();
+    if (watched != ui->treeXML || event->type() != QEvent::KeyPress ||
         static_cast<QKeyEvent *>(event)->key() != Qt::Key_Return)
         return QDockWidget::eventFilter(watched, event);
     on_treeXML_clicked(ui->treeXML->currentIndex());

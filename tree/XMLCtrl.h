@@ -60,6 +60,7 @@ signals:
 private:
     struct NotificationRule;
 
+    void fillHeader();
     void showNode(const QByteArray &name, int type, bool readWrite);
     void showText(bool readable, bool readWrite, const QString &text);
     void showInteger(const QByteArray &name, bool readWrite);

@@ -49,6 +49,7 @@ bool LiveSession::open(const QString &name)
         10000);
     if (!listed)
         return false;
+    list->setCurrentItem(found.first()); // as the first click of a double-click does
     m_window.slotOpenCamera(list->row(found.first()));
     widget<QLineEdit>("edSavePath")->setText(m_folder.path());
     return m_window.windowTitle().contains(name);

@@ -25,6 +25,7 @@ private slots:
     void hideShowArrangesThePanel_data();
     void hideShowArrangesThePanel();
     void longNamesCanBeScrolledTo();
+    void shortNamesFillTheDock();
 };
 
 void XMLCtrlFormTest::formIsAsDesigned()
@@ -178,6 +179,18 @@ void XMLCtrlFormTest::longNamesCanBeScrolledTo()
     bench.tree()->expandAll();
     QCoreApplication::processEvents();
     QVERIFY(bench.tree()->header()->sectionSize(0) > bench.tree()->viewport()->width());
+}
+
+void XMLCtrlFormTest::shortNamesFillTheDock()
+{
+    setOnlyNode("Short", integerNode(1, 0, 2));
+    const DockBench bench;
+    const QHeaderView *header = bench.tree()->header();
+    QTRY_COMPARE(header->sectionSize(0), bench.tree()->viewport()->width());
+    const int withoutScrollBar = header->sectionSize(0);
+    bench.tree()->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    QTRY_VERIFY(bench.tree()->viewport()->width() < withoutScrollBar);
+    QTRY_COMPARE(header->sectionSize(0), bench.tree()->viewport()->width());
 }
 
 ORVALIS_QTEST_MAIN(XMLCtrlFormTest)
