@@ -16,7 +16,8 @@ enum class Situation {
 
 /// Texts of one situation.
 struct Guidance {
-    const char *status; ///< for the status bar; never empty. The zoom follows if a picture is on show
+    const char
+        *status; ///< for the status bar; never empty. The zoom follows if a picture is on show
     const char *title;  ///< in place of a picture, one line; empty where a picture is on show
     const char *detail; ///< below the title
 };

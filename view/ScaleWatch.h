@@ -6,8 +6,8 @@
 
 class QGraphicsView;
 
-/// Tells when the scale of a view has changed, whoever changed it: the view is painted anew then. GUI
-/// thread.
+/// Tells when the scale of a view has changed, whoever changed it: the view is painted anew then.
+/// GUI thread.
 class ScaleWatch : public QObject {
     Q_OBJECT
 

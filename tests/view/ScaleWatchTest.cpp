@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The scale of a view is told when it changes, and only then.
-#include "tests/support/QtTestMain.h"
 #include "view/ScaleWatch.h"
+#include "tests/support/QtTestMain.h"
 
 #include <QGraphicsView>
 #include <QSignalSpy>

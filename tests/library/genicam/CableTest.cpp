@@ -104,9 +104,8 @@ TEST_P(AcrossTheCable, aCameraBehindACableThatIsOutIsNotFoundAtOnce)
     backend_->discover();
     cable.pullOut();
     std::unique_ptr<Device> device;
-    printTime("told", [&] {
-        EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND);
-    });
+    printTime("told",
+              [&] { EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND); });
 }
 
 TEST_P(AcrossTheCable, aCameraThatDoesNotStreamIsLostAtItsNextImage)

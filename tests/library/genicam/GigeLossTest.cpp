@@ -34,8 +34,8 @@ TEST_F(GigeLoss, aKilledCameraIsLostAndComesBack)
     std::vector<std::string> names;
     std::uint32_t data = 0;
     expectLost("getInteger", [&] { return device->nodes().getInteger("Width", value); });
-    expectLost(
-        "counter", [&] { return device->nodes().getInteger("StreamDeliveredFrameCount", value); });
+    expectLost("counter",
+               [&] { return device->nodes().getInteger("StreamDeliveredFrameCount", value); });
     expectLost("info", [&] { return device->nodes().info("Width", info); });
     expectLost("list", [&] { return device->nodes().list("Root", names); });
     expectLost("readRegister", [&] { return device->readRegister(0x100, data); });
