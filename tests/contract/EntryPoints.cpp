@@ -51,7 +51,7 @@ private:
 
     OImageFrame *frame()
     {
-        static std::vector<std::uint8_t> plane(kPlaneBytes);
+        static thread_local std::vector<std::uint8_t> plane(kPlaneBytes);
         frame_.raw = frame_.rgb = plane.data();
         return &frame_;
     }
