@@ -21,6 +21,9 @@ constexpr std::array guidance = {
              "Double-click one in the camera list, or press Open (Ctrl+O)."},
     Guidance{"Camera open", "Press Play (F6)",
              "The live picture appears here. Control (F4) opens the settings."},
+    Guidance{
+        "Camera open", "Press Play (F6)",
+        "The live picture appears here. The settings of this camera are in the tree on the left."},
     Guidance{"Stopped", "", ""},
     Guidance{"Streaming, no picture yet", "Waiting for the first picture",
              "With a trigger enabled, a picture comes only when the trigger fires."},

@@ -8,6 +8,7 @@ enum class Situation {
     CameraLost,    ///< the open camera has left the bus
     NotOpen,       ///< cameras are listed, none is open
     NotStarted,    ///< a camera is open and has shown nothing yet
+    NoPanel,       ///< the same, and the camera has no control panel
     Stopped,       ///< the last picture is still on show
     NoPictureYet,  ///< started, and no picture came so far
     Live,          ///< pictures come

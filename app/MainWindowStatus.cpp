@@ -105,8 +105,10 @@ Situation MainWindow::situation() const
         return Situation::CameraLost;
     if (m_hCamera == nullptr)
         return m_nCameras == 0 ? Situation::NoCamera : Situation::NotOpen;
+    if (!m_bStreaming && m_bPicture)
+        return Situation::Stopped;
     if (!m_bStreaming)
-        return m_bPicture ? Situation::Stopped : Situation::NotStarted;
+        return m_bNUCCamera ? Situation::NoPanel : Situation::NotStarted;
     if (!m_bPicture && m_sinceStart.hasExpired(patienceMs))
         return Situation::NoPictureYet;
     return ui->actionSave->isChecked() ? Situation::LiveAndSaving : Situation::Live;

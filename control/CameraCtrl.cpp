@@ -32,6 +32,8 @@ CameraCtrl::CameraCtrl(QWidget *parent)
     leaveWheelToScrolling();
     scrollByFocus();
     alignRangeLabels();
+    if (parentWidget() != nullptr)
+        parentWidget()->installEventFilter(this);
 }
 
 CameraCtrl::~CameraCtrl() { DeleteGrabThread(); }
@@ -82,6 +84,11 @@ void CameraCtrl::leaveWheelToScrolling()
 
 bool CameraCtrl::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == parentWidget()) {
+        if (event->type() == QEvent::Resize)
+            QMetaObject::invokeMethod(this, &CameraCtrl::goBackToWidth, Qt::QueuedConnection);
+        return QDockWidget::eventFilter(watched, event);
+    }
     if (event->type() != QEvent::Wheel || static_cast<QWidget *>(watched)->hasFocus())
         return QDockWidget::eventFilter(watched, event);
     event->ignore(); // goes on to the scroll area
@@ -137,6 +144,22 @@ void CameraCtrl::widenToTabs()
     if (window == nullptr || !isVisible() || isFloating() || wanted <= m_nWidened)
         return;
     m_nWidened = wanted;
-    if (width() < wanted)
-        window->resizeDocks({this}, {wanted}, Qt::Horizontal);
+    m_nKept = std::max(width(), wanted);
+    goBackToWidth();
+}
+
+/// A width that the user gives the dock is one to go back to, unlike that which a narrow window
+/// leaves.
+void CameraCtrl::resizeEvent(QResizeEvent *event)
+{
+    QDockWidget::resizeEvent(event);
+    if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
+        m_nKept = width();
+}
+
+void CameraCtrl::goBackToWidth()
+{
+    auto *window = qobject_cast<QMainWindow *>(parentWidget());
+    if (window != nullptr && isVisible() && !isFloating() && width() < m_nKept)
+        window->resizeDocks({this}, {m_nKept}, Qt::Horizontal);
 }

@@ -149,6 +149,7 @@ private slots: // "Miscellaneous"
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
@@ -180,6 +181,7 @@ private:
     void leaveWheelToScrolling();
     void scrollByFocus();
     void widenToTabs();
+    void goBackToWidth();
     void alignRangeLabels();
     void setSaveCount(int count);
     void publishSaveOpt();
@@ -199,6 +201,7 @@ private:
     std::mutex m_saveMutex; // guards m_saveOption
     SaveOption m_saveOption;
     int m_nWidened = 0;  // width asked for since the panel was shown
+    int m_nKept = 0;     // width to go back to when there is room again
     int m_saveCount = 1; // the GUI thread's own: 1 for "Once", -1 for "All"
 
     bool m_bGrabRunning = false;

@@ -42,10 +42,11 @@ int main(int argc, char **argv)
         result = grab(camera, &frame);
         OrvalisCloseCamera(camera);
     }
-    if (result == ORVALIS_OK)
-        result = save(&frame, argc > 1 ? argv[1] : "picture.ppm");
+    const char *path = argc > 1 ? argv[1] : "picture.ppm";
     if (result != ORVALIS_OK)
-        fprintf(stderr, "failed with %d\n", result);
+        fprintf(stderr, count ? "the camera answers with error %d\n" : "no camera\n", result);
+    else if ((result = save(&frame, path)) != 0)
+        perror(path);
     free(frame.rgb);
     OrvalisUninit();
     return result == ORVALIS_OK ? 0 : 1;

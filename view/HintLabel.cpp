@@ -26,10 +26,9 @@ HintLabel::HintLabel(QGraphicsView *view) : QLabel(view), m_pView(view)
 {
     setObjectName(QStringLiteral("laHint"));
     setTextFormat(Qt::RichText);
-    setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     setWordWrap(true);
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setAutoFillBackground(true); // where there is no room below the picture
+    setAutoFillBackground(true); // where there is no room for the picture
     hide();
     view->viewport()->installEventFilter(this);
 }
@@ -50,12 +49,15 @@ bool HintLabel::eventFilter(QObject *watched, QEvent *event)
 
 void HintLabel::place()
 {
-    const QRect room = m_pView->viewport()->geometry().adjusted(gap, gap, -gap, -gap);
+    const QRect all = m_pView->viewport()->geometry();
+    const QRect room = all.adjusted(gap, gap, -gap, -gap);
     const int width = std::clamp(room.width(), 1, widest);
     const int height = heightForWidth(width);
     // What is smaller than the view stands in its middle.
     const int below = room.center().y() + qRound(m_pView->sceneRect().height() / 2) + gap;
-    const int lowest = room.bottom() + 1 - height;
-    setGeometry(room.center().x() - width / 2, std::max(std::min(below, lowest), room.top()), width,
-                height);
+    const bool fits =
+        below + height <= room.bottom() + 1 && m_pView->sceneRect().width() <= all.width();
+    setMargin(fits ? 0 : gap);
+    setAlignment(Qt::AlignHCenter | (fits ? Qt::AlignTop : Qt::AlignVCenter));
+    setGeometry(fits ? QRect(room.center().x() - width / 2, below, width, height) : all);
 }

@@ -6,8 +6,8 @@
 
 class QGraphicsView;
 
-/// Lies over a view, below what its scene shows, and lets the mouse through. Hidden while it has no
-/// text. GUI thread.
+/// Lies over a view, below what its scene shows, or in its place where there is no room for both.
+/// Lets the mouse through. Hidden while it has no text. GUI thread.
 class HintLabel : public QLabel {
     Q_OBJECT
 

@@ -17,6 +17,7 @@ private slots:
     void withoutCamerasItSaysWhatToConnect();
     void withCamerasItSaysHowToOpenOne();
     void withAnOpenCameraItSaysHowToStart();
+    void withoutAPanelItSaysWhereTheSettingsAre();
     void aStreamWithoutPicturesIsWaitedFor();
     void aPictureTakesThePlaceOfTheHint();
     void savingIsSaid();
@@ -25,11 +26,12 @@ private slots:
     void aLostCameraIsSaidToBeGone();
     void aCameraThatWasClosedIsNotLost();
     void menusDoNotTakeTheStatusAway();
-    void theHintLiesBelowTheLogo_data();
-    void theHintLiesBelowTheLogo();
+    void theHintLiesBelowTheLogoOrInItsPlace_data();
+    void theHintLiesBelowTheLogoOrInItsPlace();
     void theHintLetsTheMouseThrough();
     void numbersInTheStatusBarMoveNothing();
     void everythingFitsASmallScreen();
+    void thePanelGoesBackToItsWidth();
 
 private:
     static QString status(const Shell &shell) { return shell->statusBar()->currentMessage(); }
@@ -60,6 +62,18 @@ void GuidanceTest::withAnOpenCameraItSaysHowToStart()
     QVERIFY(hint(shell)->text().contains("Press Play"));
     shell->slotCloseCamera();
     QCOMPARE(status(shell), QString("No camera open"));
+}
+
+void GuidanceTest::withoutAPanelItSaysWhereTheSettingsAre()
+{
+    const Shell shell([] {
+        fakeorvalis::withState(
+            [](fakeorvalis::State &state) { state.nodes["NUCMode"].type = ORVALIS_NODE_STRING; });
+    });
+    shell.open();
+    QVERIFY(!shell.action("actionControl")->isEnabled());
+    QCOMPARE(status(shell), QString("Camera open"));
+    QVERIFY(hint(shell)->text().contains("in the tree"));
 }
 
 void GuidanceTest::aStreamWithoutPicturesIsWaitedFor()
@@ -158,17 +172,17 @@ void GuidanceTest::menusDoNotTakeTheStatusAway()
     QCOMPARE(status(shell), QString("No camera open"));
 }
 
-void GuidanceTest::theHintLiesBelowTheLogo_data()
+void GuidanceTest::theHintLiesBelowTheLogoOrInItsPlace_data()
 {
     QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("hasRoom"); // whatever the font, which is large on some machines
+    QTest::addColumn<bool>("hasRoom"); // else the hint takes the logo's place
     QTest::newRow("tiny") << QSize(640, 400) << false;
     QTest::newRow("small") << QSize(800, 480) << false;
     QTest::newRow("ordinary") << QSize(1280, 780) << true;
     QTest::newRow("large") << QSize(3840, 2140) << true;
 }
 
-void GuidanceTest::theHintLiesBelowTheLogo()
+void GuidanceTest::theHintLiesBelowTheLogoOrInItsPlace()
 {
     QFETCH(QSize, size);
     QFETCH(bool, hasRoom);
@@ -184,6 +198,7 @@ void GuidanceTest::theHintLiesBelowTheLogo()
     QVERIFY(shell.view()->rect().contains(label));
     QVERIFY(hint(shell)->autoFillBackground());
     QVERIFY(label.height() >= hint(shell)->heightForWidth(label.width()));
+    QVERIFY(hasRoom || label == shell.view()->viewport()->geometry());
     QVERIFY(!hasRoom || label.top() >= logo.bottom());
     QVERIFY(qAbs(label.center().x() - shell.view()->viewport()->geometry().center().x()) <= 2);
 }
@@ -223,6 +238,23 @@ void GuidanceTest::everythingFitsASmallScreen()
     QVERIFY(
         shell->rect().contains(QRect(shell.dock("CameraCtrl")->mapTo(shell.window.get(), QPoint()),
                                      shell.dock("CameraCtrl")->size())));
+}
+
+void GuidanceTest::thePanelGoesBackToItsWidth()
+{
+    const Shell shell;
+    shell.open();
+    shell.action("actionControl")->trigger();
+    shell->resize(1280, 780);
+    shell->show();
+    QVERIFY(QTest::qWaitForWindowExposed(shell.window.get()));
+    const QDockWidget *panel = shell.dock("CameraCtrl");
+    const int wide = panel->sizeHint().width();
+    QTRY_VERIFY(panel->width() >= wide);
+    shell->resize(shell->minimumSizeHint());
+    QTRY_VERIFY(panel->width() < wide);
+    shell->resize(1280, 780);
+    QTRY_VERIFY(panel->width() >= wide);
 }
 
 ORVALIS_QTEST_MAIN(GuidanceTest)

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 using namespace converttest;
 using namespace std::string_view_literals;
 using orvalis::findPixelFormat;
@@ -22,10 +24,9 @@ void expectUnpacked(const PixelFormat &format, std::uint32_t width, std::uint32_
     const Exact<std::uint8_t> bytes(encode(format, samples));
     Exact<std::uint16_t> words(samples.size());
     ASSERT_TRUE(unpackToWords(view(format, bytes, width, height), words.data()));
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        ASSERT_EQ(words[i], samples[i])
-            << format.name << ' ' << width << 'x' << height << " @" << i;
-    }
+    const auto wrong = std::mismatch(samples.begin(), samples.end(), words.data()).first;
+    ASSERT_TRUE(wrong == samples.end())
+        << format.name << ' ' << width << 'x' << height << " @" << wrong - samples.begin();
 }
 
 TEST_P(PackedFormat, unpacksEverySmallSize)
