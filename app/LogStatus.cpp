@@ -14,6 +14,7 @@ LogStatus::LogStatus(QWidget *parent) : QDockWidget(parent), ui(std::make_unique
 {
     ui->setupUi(this);
     setFocusProxy(ui->listWidget);
+    ui->listWidget->setTextElideMode(Qt::ElideNone); // long lines are scrolled to
 }
 
 LogStatus::~LogStatus() = default;
