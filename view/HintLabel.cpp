@@ -52,6 +52,7 @@ void HintLabel::place()
     const QRect all = m_pView->viewport()->geometry();
     const QRect room = all.adjusted(gap, gap, -gap, -gap);
     const int width = std::clamp(room.width(), 1, widest);
+    setMargin(0); // else what it was before would count
     const int height = heightForWidth(width);
     // What is smaller than the view stands in its middle.
     const int below = room.center().y() + qRound(m_pView->sceneRect().height() / 2) + gap;

@@ -187,9 +187,11 @@ void GuidanceTest::theHintLiesBelowTheLogoOrInItsPlace()
     QFETCH(QSize, size);
     QFETCH(bool, hasRoom);
     const Shell shell([] { shell::setCameras({}); });
-    shell->resize(size);
+    shell->resize(640, 400); // what is shown does not depend on what was before
     shell->show();
     QVERIFY(QTest::qWaitForWindowExposed(shell.window.get()));
+    shell->resize(size);
+    QCoreApplication::processEvents();
     const QRect label = hint(shell)->geometry();
     const QRect logo = shell.view()
                            ->mapFromScene(shell.view()->sceneRect())
