@@ -17,8 +17,7 @@ enum class Situation {
 
 /// Texts of one situation.
 struct Guidance {
-    const char
-        *status; ///< for the status bar; never empty. The zoom follows if a picture is on show
+    const char *status; ///< for the status bar, where the zoom of a picture follows; never empty
     const char *title;  ///< in place of a picture, one line; empty where a picture is on show
     const char *detail; ///< below the title
 };

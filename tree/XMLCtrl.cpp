@@ -56,11 +56,11 @@ void XMLCtrl::fillHeader()
     header->setSectionResizeMode(QHeaderView::ResizeToContents); // also looks at the sizes anew
 }
 
-/// Return on a node does what a click does. Not the keypad's Enter, which is for the value.
 bool XMLCtrl::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == ui->treeXML->header() && event->type() == QEvent::Resize)
         fillHeader();
+    // Return on a node does what a click does. Not the keypad's Enter, which is for the value.
     if (watched != ui->treeXML || event->type() != QEvent::KeyPress ||
         static_cast<QKeyEvent *>(event)->key() != Qt::Key_Return)
         return QDockWidget::eventFilter(watched, event);
