@@ -27,8 +27,9 @@ LIBRARY_VERSION=1.2.0.0
  *   function come on top of those that any call with the same kind of argument can return:
  *   #ORVALIS_ERROR_NOT_INITIALIZED outside OrvalisInit() ... OrvalisUninit(),
  *   #ORVALIS_ERROR_BAD_HANDLE for a handle that is null, closed or was never given out,
- *   #ORVALIS_ERROR_BAD_ARGUMENT for a null pointer where data is expected, and
- *   #ORVALIS_ERROR_CONNECTION_LOST once an open camera has left the bus.
+ *   #ORVALIS_ERROR_BAD_ARGUMENT for a null pointer where data is expected,
+ *   #ORVALIS_ERROR_CONNECTION_LOST once an open camera has left the bus, and
+ *   #ORVALIS_ERROR_TIMEOUT if an open camera that is there has not answered in time.
  * - After a failure output arguments are unchanged, with one exception: OrvalisGetNodeList() sets
  *   its count to 0.
  * - Every function may be called from any thread, at the same time as any other, also from inside a
@@ -43,6 +44,15 @@ LIBRARY_VERSION=1.2.0.0
  * - A typed setter applies the camera's bounds strictly: a value outside of them is refused with
  *   #ORVALIS_ERROR_OUT_OF_RANGE and the camera is unchanged. A value between two increments is
  *   rounded down to the increment.
+ *
+ * **How long a call lasts.** OrvalisStopAcquisition(), OrvalisCloseCamera() and OrvalisUninit() return
+ * within a second whatever the camera does, longer only by as long as a frame callback that runs.
+ * OrvalisInit() returns at once. A grab returns at its timeout. OrvalisOpenCamera() and
+ * OrvalisStartAcquisition() last as long as what they ask the camera: on a camera that answers, a few
+ * round trips for each and, for the first opening, the transfer of its description; 10 s at most on one
+ * that answers each question within 100 ms. A question that is not answered is given up after 3 s, and
+ * 1.5 s later, if the camera does not answer a second one either, it counts as lost: then all calls
+ * return at once.
  *
  * **Which cameras are seen** is chosen by the environment variable `ORVALIS_BACKENDS`, read by
  * OrvalisInit(): a comma-separated list of `simulated` (four built-in cameras), `genicam` (GigE
@@ -113,8 +123,8 @@ typedef struct OImageFrame {
                          little-endian words; rows follow each other without padding */
     uint8_t *rgb;   /**< R, G, B, 8 bits each, width x height x 3 bytes; null unless the format is RGB
                          or YUV, or Bayer with the conversion on */
-    uint8_t *mono8; /**< the upper 8 bits of formats deeper than 8 bits, width x height bytes; null
-                         for the others */
+    uint8_t *mono8; /**< the upper 8 bits of Mono and Bayer formats deeper than 8 bits, width x height
+                         bytes; null for the others */
 } OImageFrame;
 
 /** What the library knows of an open camera. */
@@ -140,8 +150,9 @@ typedef struct OSizeInfo {
     int32_t offsetY;   /**< upper edge */
     int32_t width;     /**< width of the region */
     int32_t height;    /**< height of the region */
-    int32_t maxWidth;  /**< width of the whole sensor; ignored by OrvalisSetSizeInfo() */
-    int32_t maxHeight; /**< height of the whole sensor; ignored by OrvalisSetSizeInfo() */
+    int32_t maxWidth;  /**< width of the whole sensor as it is read out at present: less with binning
+                            or decimation; ignored by OrvalisSetSizeInfo() */
+    int32_t maxHeight; /**< likewise its height */
 } OSizeInfo;
 
 /** Names of the nodes below a category. */
@@ -183,7 +194,12 @@ typedef struct ONodeInfo {
     char unit[ORVALIS_NAME_SIZE];        /**< unit of the value, empty if it has none */
 } ONodeInfo;
 
-/** Value and bounds of an integer node. Values beyond 32 bits are cut to the nearest 32-bit value. */
+/** Value and bounds of an integer node.
+ *  A node of unsigned 32-bit numbers (0 <= minimum, INT32_MAX < maximum <= UINT32_MAX), such as an IPv4
+ *  address, travels as its bit pattern: 3232235777, which is 192.168.1.1, as -1062731519. Its bounds here
+ *  are INT32_MIN and INT32_MAX, for every pattern may be one of its numbers; the camera refuses those
+ *  beyond its real bounds. OrvalisGetNodeString() has the number itself.
+ *  Of nodes that need more bits, value and bounds are cut to the nearest 32-bit value. */
 typedef struct OIntNode {
     int32_t value;     /**< present value */
     int32_t minimum;   /**< smallest value allowed */
@@ -225,7 +241,8 @@ ORVALIS_EXPORT int32_t OrvalisInit(void);
 
 /** Ends the library. Cameras that are still open stop streaming (no callback runs when this returns;
  *  called from inside a callback, none after that one), and their frames stay readable until
- *  OrvalisCloseCamera(), which, like OrvalisStopAcquisition(), still works on their handles.
+ *  OrvalisCloseCamera(), which, like OrvalisStopAcquisition(), still works on their handles. Returns within
+ *  a second whatever the cameras do.
  *  @return #ORVALIS_OK; #ORVALIS_ERROR_NOT_INITIALIZED without a matching OrvalisInit(). */
 ORVALIS_EXPORT int32_t OrvalisUninit(void);
 /** @} */
@@ -234,7 +251,9 @@ ORVALIS_EXPORT int32_t OrvalisUninit(void);
 /** @name Enumeration
  *  A call to OrvalisNumberOfCameras() takes a snapshot of the bus. For half a second the names and IDs
  *  that the same thread reads are those of its snapshot; after that those of the newest one. A camera
- *  that was lost, but is there again, may stay out of the list until its old handle is closed.
+ *  that was lost, but is there again, may stay out of the list until its old handle is closed. Real
+ *  cameras come before simulated ones, and the cameras of each kind keep their order for as long as
+ *  they stay.
  *  @{ */
 
 /** Tells how many cameras are on the bus. Answers at once from the latest look at the bus, taken in
@@ -244,7 +263,9 @@ ORVALIS_EXPORT int32_t OrvalisUninit(void);
  *  @return #ORVALIS_OK. */
 ORVALIS_EXPORT int32_t OrvalisNumberOfCameras(uint32_t *count);
 
-/** Gives the name that people know a camera by.
+/** Gives the name that people know a camera by: the name that the user gave it (DeviceUserID), if any,
+ *  maker, model and serial number, and why it cannot be opened where that is known. Latin-1: one byte a
+ *  character. The name of a camera may change while it is listed; its ID does not.
  *  @param index 0 to count - 1
  *  @param[out] name at least #ORVALIS_NAME_SIZE bytes
  *  @return #ORVALIS_OK; #ORVALIS_ERROR_NOT_FOUND for an index beyond the count. */
@@ -264,8 +285,9 @@ ORVALIS_EXPORT int32_t OrvalisGetCameraID(uint32_t index, char *cameraId);
 /** Opens a camera and takes control of it. Never waits for discovery.
  *  @param cameraId as OrvalisGetCameraID() gave it
  *  @param[out] handle the open camera
- *  @return #ORVALIS_OK; #ORVALIS_ERROR_NOT_FOUND; #ORVALIS_ERROR_BUSY if this or another program has
- *          it open; #ORVALIS_ERROR_ACCESS_DENIED without permission for the device;
+ *  @return #ORVALIS_OK; #ORVALIS_ERROR_NOT_FOUND, also for a GigE Vision camera that is in another
+ *          subnet than the network interface it was seen on; #ORVALIS_ERROR_BUSY if this or another
+ *          program has it open; #ORVALIS_ERROR_ACCESS_DENIED without permission for its USB device;
  *          #ORVALIS_ERROR_DEVICE; #ORVALIS_ERROR_OUT_OF_MEMORY. */
 ORVALIS_EXPORT int32_t OrvalisOpenCamera(const char *cameraId, OCameraHandle *handle);
 
@@ -300,7 +322,8 @@ ORVALIS_EXPORT int32_t OrvalisSetBayerConversion(OCameraHandle handle, int32_t e
  *  @param callback receives the frames
  *  @return #ORVALIS_OK; #ORVALIS_ERROR_BUSY if it streams already, and always inside a frame callback
  *          of the same camera; #ORVALIS_ERROR_NOT_SUPPORTED for a pixel format that the library cannot
- *          deliver; #ORVALIS_ERROR_OUT_OF_MEMORY; #ORVALIS_ERROR_DEVICE. */
+ *          deliver; #ORVALIS_ERROR_ABORTED by OrvalisStopAcquisition() on another thread meanwhile;
+ *          #ORVALIS_ERROR_OUT_OF_MEMORY; #ORVALIS_ERROR_DEVICE. */
 ORVALIS_EXPORT int32_t OrvalisStartAcquisition(OCameraHandle handle, OFrameCallback callback);
 
 /** Stops streaming. When it returns no callback runs and none will; called from inside the callback it
@@ -361,7 +384,9 @@ ORVALIS_EXPORT int32_t OrvalisSetPixelFormatStr(OCameraHandle handle, const char
  *  @return #ORVALIS_OK; #ORVALIS_ERROR_DEVICE. */
 ORVALIS_EXPORT int32_t OrvalisGetNumAvailablePixelFormats(OCameraHandle handle, int32_t *count);
 
-/** Gives the name of a pixel format that the camera offers.
+/** Gives the name of a pixel format that the camera offers. As with every list that is read name by name,
+ *  the names are those of the list that was counted last, which costs the camera nothing. Where something
+ *  was written to the camera since, or it was started or stopped, the list is read again.
  *  @param index 0 to count - 1
  *  @param[out] name at least #ORVALIS_NAME_SIZE bytes
  *  @return #ORVALIS_OK; #ORVALIS_ERROR_NOT_FOUND for an index beyond the count. */
@@ -369,7 +394,7 @@ ORVALIS_EXPORT int32_t OrvalisGetAvailablePixelFormatsIdxToStr(OCameraHandle han
                                                                char *name);
 
 /** Reads the frame rate in frames per second (AcquisitionFrameRate), as set: exposure time and
- *  read-out may hold the camera below it.
+ *  read-out may hold the camera below it, and it counts only while the control of the frame rate is on.
  *  @return #ORVALIS_OK; #ORVALIS_ERROR_NOT_SUPPORTED; #ORVALIS_ERROR_DEVICE. */
 ORVALIS_EXPORT int32_t OrvalisGetFrameRate(OCameraHandle handle, float *rate);
 
@@ -488,8 +513,8 @@ ORVALIS_EXPORT int32_t OrvalisSetBGain(OCameraHandle handle, int32_t value);
 
 /* ------------------------------------------------------------------------------------------------ */
 /** @name White balance
- *  Modes are the entries of BalanceWhiteAuto: "Off", "Once", "Continuous". Results as for the image
- *  features.
+ *  Modes are the entries of BalanceWhiteAuto: "Off", "Once", "Continuous". Results as for
+ *  OrvalisSetGain().
  *  @{ */
 
 /** Counts the white balance modes that the camera offers. */
@@ -516,13 +541,16 @@ ORVALIS_EXPORT int32_t OrvalisSetWhiteBalanceStr(OCameraHandle handle, const cha
  *  buffers of at least #ORVALIS_NAME_SIZE bytes.
  *  @{ */
 
-/** Reads whether the camera waits for triggers (TriggerMode). */
+/** Reads whether the camera waits for triggers: whether TriggerMode is on for any entry of
+ *  TriggerSelector. */
 ORVALIS_EXPORT int32_t OrvalisGetTriggerEnable(OCameraHandle handle, bool *enable);
-/** Sets whether the camera waits for triggers (TriggerMode). */
+/** Sets whether the camera waits for triggers. On: TriggerMode is on for the chosen entry of
+ *  TriggerSelector alone; off: for none. */
 ORVALIS_EXPORT int32_t OrvalisSetTriggerEnable(OCameraHandle handle, bool enable);
 /** Gives what one trigger starts (TriggerSelector): a frame, or a burst of frames. */
 ORVALIS_EXPORT int32_t OrvalisGetTriggerModeStr(OCameraHandle handle, char *name);
-/** Sets what one trigger starts (TriggerSelector). */
+/** Sets what one trigger starts (TriggerSelector). A trigger that is on goes with it, so that no other
+ *  entry of TriggerSelector stays on. */
 ORVALIS_EXPORT int32_t OrvalisSetTriggerModeStr(OCameraHandle handle, const char *name);
 /** Gives where triggers come from (TriggerSource). */
 ORVALIS_EXPORT int32_t OrvalisGetTriggerSourceStr(OCameraHandle handle, char *name);
@@ -540,9 +568,10 @@ ORVALIS_EXPORT int32_t OrvalisSetTriggerParameter(OCameraHandle handle, int32_t 
 ORVALIS_EXPORT int32_t OrvalisGetTriggerDelay(OCameraHandle handle, int32_t *value);
 /** Sets the time from trigger to exposure in microseconds (TriggerDelay). */
 ORVALIS_EXPORT int32_t OrvalisSetTriggerDelay(OCameraHandle handle, int32_t value);
-/** Reads how long a signal must last to count, in microseconds (LineDebouncerTime). */
+/** Reads how long a signal must last to count (LineDebouncerTime), in microseconds; on some older
+ *  cameras (LineFilterWidth) in steps of their own. */
 ORVALIS_EXPORT int32_t OrvalisGetTriggerNoiseFilter(OCameraHandle handle, int32_t *value);
-/** Sets how long a signal must last to count, in microseconds (LineDebouncerTime). */
+/** Sets how long a signal must last to count; units as OrvalisGetTriggerNoiseFilter(). */
 ORVALIS_EXPORT int32_t OrvalisSetTriggerNoiseFilter(OCameraHandle handle, int32_t value);
 /** Counts the trigger modes. */
 ORVALIS_EXPORT int32_t OrvalisGetNumAvailableTriggerModes(OCameraHandle handle, int32_t *count);
@@ -560,13 +589,16 @@ ORVALIS_EXPORT int32_t OrvalisGetNumAvailableTriggerPolaritys(OCameraHandle hand
 ORVALIS_EXPORT int32_t OrvalisGetAvailableTriggerPolaritysIdxToStr(OCameraHandle handle, int32_t index,
                                                                    char *name);
 /** Fires the trigger by software. It counts only while the camera streams with the trigger enabled and
- *  the source "Software"; otherwise the camera ignores it and the result is #ORVALIS_OK. */
+ *  a source that software can fire: "Software", "Any", "All" (TriggerSoftware), "SoftwareSignal0" and
+ *  so on (SoftwareSignalPulse). Otherwise nothing happens and the result is #ORVALIS_OK. */
 ORVALIS_EXPORT int32_t OrvalisRunSoftwareTrigger(OCameraHandle handle);
 /** @} */
 
 /* ------------------------------------------------------------------------------------------------ */
 /** @name Strobe
- *  The output that tells a lamp when to flash. Results and buffers as for the trigger.
+ *  The output that tells a lamp when to flash: the line in LineMode "Strobe", else the first output,
+ *  wherever LineSelector stands. Results as for OrvalisSetTriggerDelay() and
+ *  OrvalisSetTriggerModeStr(), buffers too.
  *  @{ */
 
 /** Reads whether the strobe output is on. */
@@ -618,7 +650,13 @@ ORVALIS_EXPORT int32_t OrvalisSetUserDefault(OCameraHandle handle);
  *  A camera describes everything that it can do as a tree of named nodes (GenICam; names follow the
  *  Standard Features Naming Convention). All functions return #ORVALIS_OK; #ORVALIS_ERROR_NOT_FOUND
  *  for a name that the camera does not have; #ORVALIS_ERROR_WRONG_TYPE; #ORVALIS_ERROR_ACCESS_DENIED
- *  for a node that may not be read or written at present; #ORVALIS_ERROR_DEVICE.
+ *  for a node that may not be read or written at present; #ORVALIS_ERROR_DEVICE, also for a node of
+ *  which the camera's description makes no sense: it leads to itself, takes more than 1000 registers, or
+ *  its register has a length that no value has.
+ *
+ *  However long a camera says that its texts and lists are, no more is read than fits: the first 255
+ *  bytes of a text, the first 512 entries of an enumeration. A call on a camera that answers lasts as
+ *  long as it takes to read 1000 registers at the most, and two seconds more for a list.
  *  @{ */
 
 /** Lists the nodes below a category. The top is the category "Root". Nodes beyond the capacity are left
@@ -630,8 +668,10 @@ ORVALIS_EXPORT int32_t OrvalisGetNodeList(OCameraHandle handle, const char *pare
 ORVALIS_EXPORT int32_t OrvalisGetNodeInfo(OCameraHandle handle, const char *name, ONodeInfo *info);
 /** Reads an integer node and its present bounds. */
 ORVALIS_EXPORT int32_t OrvalisGetNodeInt(OCameraHandle handle, const char *name, OIntNode *node);
-/** Writes an integer node. Outside the bounds: #ORVALIS_ERROR_OUT_OF_RANGE; between two increments the
- *  value is rounded down. */
+/** Writes an integer node. Outside the camera's bounds: #ORVALIS_ERROR_OUT_OF_RANGE; between two
+ *  increments the value is rounded down. A node that needs more than 32 bits can only be written by
+ *  OrvalisSetNodeString(), here it is #ORVALIS_ERROR_ACCESS_DENIED.
+ *  @param value of a node of unsigned 32-bit numbers the bit pattern, as in #OIntNode */
 ORVALIS_EXPORT int32_t OrvalisSetNodeInt(OCameraHandle handle, const char *name, int32_t value);
 /** Reads a floating-point node and its present bounds. */
 ORVALIS_EXPORT int32_t OrvalisGetNodeFloat(OCameraHandle handle, const char *name, OFloatNode *node);
@@ -653,9 +693,12 @@ ORVALIS_EXPORT int32_t OrvalisSetNodeEnum(OCameraHandle handle, const char *name
 ORVALIS_EXPORT int32_t OrvalisGetNodeString(OCameraHandle handle, const char *name, char *text);
 /** Writes any node that has a value from text, as OrvalisGetNodeString() would show it. Text that is no
  *  number for a number: #ORVALIS_ERROR_BAD_ARGUMENT; too long for a string node:
- *  #ORVALIS_ERROR_OUT_OF_RANGE. */
+ *  #ORVALIS_ERROR_OUT_OF_RANGE. Of a string node longer than 255 bytes only the text and a NUL are
+ *  written. */
 ORVALIS_EXPORT int32_t OrvalisSetNodeString(OCameraHandle handle, const char *name, const char *text);
-/** Executes a command node. */
+/** Executes a command node and waits until it is done, where the camera says so: five seconds at most for
+ *  commands on user sets, one second for others. Longer commands go on after the call, which is
+ *  #ORVALIS_OK then as well, and are not awaited again. DeviceReset is not awaited. */
 ORVALIS_EXPORT int32_t OrvalisSetNodeCommand(OCameraHandle handle, const char *name);
 /** @} */
 

@@ -46,10 +46,23 @@ template <class Body> std::int32_t reading(OCameraHandle handle, bool complete, 
     });
 }
 
+/// Marks the time of a change of the camera: lists that were read before or meanwhile may be old.
+class ChangeScope {
+public:
+    explicit ChangeScope(Camera &camera) : camera_(camera) { camera_.lists().changed(); }
+    ~ChangeScope() { camera_.lists().changed(); }
+    ChangeScope(const ChangeScope &) = delete;
+    ChangeScope &operator=(const ChangeScope &) = delete;
+
+private:
+    Camera &camera_;
+};
+
 /// The same for a call that changes the camera: a grab under way is given up for it.
 template <class Body> std::int32_t writing(OCameraHandle handle, bool complete, Body body) noexcept
 {
     return reading(handle, complete, [&](Camera &camera) {
+        const ChangeScope change(camera);
         const Acquisition::WriteScope scope(camera.acquisition());
         return body(camera);
     });
@@ -67,26 +80,20 @@ inline void copyName(char *out, std::string_view name) { copyText(out, ORVALIS_N
 inline std::int32_t countOf(OCameraHandle handle, Choice choice, std::int32_t *count) noexcept
 {
     return reading(handle, count, [&](Camera &camera) {
-        std::vector<std::string> names;
-        const OResult result = camera.features().list(choice, names);
-        if (result == ORVALIS_OK)
-            *count = static_cast<std::int32_t>(names.size());
-        return result;
+        return camera.lists().count(choice, camera.acquisition().streaming(), *count);
     });
 }
 
 inline std::int32_t nameAt(OCameraHandle handle, Choice choice, std::int32_t index,
                            char *name) noexcept
 {
-    return reading(handle, name, [&](Camera &camera) -> OResult {
-        std::vector<std::string> names;
-        const OResult result = camera.features().list(choice, names);
-        if (result != ORVALIS_OK)
-            return result;
-        if (index < 0 || static_cast<std::size_t>(index) >= names.size())
-            return ORVALIS_ERROR_NOT_FOUND;
-        copyName(name, names[static_cast<std::size_t>(index)]);
-        return ORVALIS_OK;
+    return reading(handle, name, [&](Camera &camera) {
+        std::string found;
+        const OResult result =
+            camera.lists().name(choice, camera.acquisition().streaming(), index, found);
+        if (result == ORVALIS_OK)
+            copyName(name, found);
+        return result;
     });
 }
 
@@ -108,13 +115,14 @@ inline std::int32_t choose(OCameraHandle handle, Choice choice, const char *name
     });
 }
 
-/// Reads a number and passes what was read to `use`.
+/// Reads a part of a number and passes what was read to `use`.
 template <class Use>
-std::int32_t readNumber(OCameraHandle handle, Number number, bool complete, Use use) noexcept
+std::int32_t readNumber(OCameraHandle handle, Number number, NumberPart part, bool complete,
+                        Use use) noexcept
 {
     return reading(handle, complete, [&](Camera &camera) {
         NumberValue value;
-        const OResult result = camera.features().get(number, value);
+        const OResult result = camera.features().get(number, part, value);
         if (result == ORVALIS_OK)
             use(value);
         return result;
@@ -123,32 +131,34 @@ std::int32_t readNumber(OCameraHandle handle, Number number, bool complete, Use 
 
 inline std::int32_t getInteger(OCameraHandle handle, Number number, std::int32_t *value) noexcept
 {
-    return readNumber(handle, number, value,
+    return readNumber(handle, number, NumberPart::Value, value,
                       [&](const NumberValue &now) { *value = toInt32(now.value); });
 }
 
 inline std::int32_t getBounds(OCameraHandle handle, Number number, std::int32_t *minimum,
                               std::int32_t *maximum) noexcept
 {
-    return readNumber(handle, number, minimum && maximum, [&](const NumberValue &now) {
-        *minimum = toInt32(now.minimum);
-        *maximum = toInt32(now.maximum);
-    });
+    return readNumber(handle, number, NumberPart::Bounds, minimum && maximum,
+                      [&](const NumberValue &now) {
+                          *minimum = toInt32(now.minimum);
+                          *maximum = toInt32(now.maximum);
+                      });
 }
 
 inline std::int32_t getFloat(OCameraHandle handle, Number number, float *value) noexcept
 {
-    return readNumber(handle, number, value,
+    return readNumber(handle, number, NumberPart::Value, value,
                       [&](const NumberValue &now) { *value = static_cast<float>(now.value); });
 }
 
 inline std::int32_t getBounds(OCameraHandle handle, Number number, float *minimum,
                               float *maximum) noexcept
 {
-    return readNumber(handle, number, minimum && maximum, [&](const NumberValue &now) {
-        *minimum = static_cast<float>(now.minimum);
-        *maximum = static_cast<float>(now.maximum);
-    });
+    return readNumber(handle, number, NumberPart::Bounds, minimum && maximum,
+                      [&](const NumberValue &now) {
+                          *minimum = static_cast<float>(now.minimum);
+                          *maximum = static_cast<float>(now.maximum);
+                      });
 }
 
 inline std::int32_t setNumber(OCameraHandle handle, Number number, double value,

@@ -33,6 +33,18 @@ std::int32_t writeNode(OCameraHandle handle, const char *name, bool complete, Wr
                    [&](Camera &camera) { return camera.withNode(boundedText(name), write); });
 }
 
+OResult writeInteger(NodeMap &nodes, std::string_view name, std::int32_t bits)
+{
+    IntegerValue present;
+    std::int64_t number = bits;
+    OResult result = nodes.getInteger(name, present);
+    if (result == ORVALIS_OK)
+        result = fromInt32(bits, present, number);
+    else if (result == ORVALIS_ERROR_ACCESS_DENIED)
+        result = ORVALIS_OK; // a node that is only written has no bounds to look at
+    return result == ORVALIS_OK ? nodes.setInteger(name, number) : result;
+}
+
 bool isRegisterAddress(std::uint32_t address) { return address % 4 == 0; }
 
 } // namespace
@@ -58,7 +70,7 @@ std::int32_t OrvalisGetNodeInt(OCameraHandle handle, const char *name, OIntNode 
 std::int32_t OrvalisSetNodeInt(OCameraHandle handle, const char *name, std::int32_t value)
 {
     return writeNode(handle, name, true, [&](NodeMap &nodes, std::string_view node) {
-        return nodes.setInteger(node, value);
+        return writeInteger(nodes, node, value);
     });
 }
 

@@ -9,9 +9,9 @@
 namespace orvalis {
 
 /// Bilinear interpolation of an 8-bit mosaic. Each missing colour is the rounded mean of the
-/// samples of that colour among the eight neighbours; at the border of those that exist. In images
-/// with a single row or column, which lack a colour altogether, the pixel's own sample stands in.
-/// `out` has width x height x 3 bytes (R, G, B).
+/// samples of that colour among the eight neighbours. Beyond its edges the mosaic is mirrored about
+/// the outermost pixels, so that each colour meets its own; in images with a single row or column
+/// that pixel is repeated. `out` has width x height x 3 bytes (R, G, B).
 void demosaic(PixelKind order, const std::uint8_t *mosaic, int width, int height,
               std::uint8_t *out);
 

@@ -12,6 +12,7 @@ namespace {
 
 using enum PixelKind;
 using enum PixelPacking;
+using enum YuvCoding;
 
 constexpr std::array formats{
     PixelFormat{0x01080001, "Mono8", Mono, Bytes, 8, 8},
@@ -22,6 +23,7 @@ constexpr std::array formats{
     PixelFormat{0x010C0006, "Mono12Packed", Mono, GigePacked, 12, 12},
     PixelFormat{0x010C0047, "Mono12p", Mono, LsbPacked, 12, 12},
     PixelFormat{0x01100025, "Mono14", Mono, Words, 14, 16},
+    PixelFormat{0x010E0104, "Mono14p", Mono, LsbPacked, 14, 14},
     PixelFormat{0x01100007, "Mono16", Mono, Words, 16, 16},
 
     PixelFormat{0x01080008, "BayerGR8", BayerGR, Bytes, 8, 8},
@@ -56,14 +58,63 @@ constexpr std::array formats{
     PixelFormat{0x010C0059, "BayerRG12p", BayerRG, LsbPacked, 12, 12},
     PixelFormat{0x010C0055, "BayerGB12p", BayerGB, LsbPacked, 12, 12},
     PixelFormat{0x010C0053, "BayerBG12p", BayerBG, LsbPacked, 12, 12},
+    PixelFormat{0x01100109, "BayerGR14", BayerGR, Words, 14, 16},
+    PixelFormat{0x0110010A, "BayerRG14", BayerRG, Words, 14, 16},
+    PixelFormat{0x0110010B, "BayerGB14", BayerGB, Words, 14, 16},
+    PixelFormat{0x0110010C, "BayerBG14", BayerBG, Words, 14, 16},
+    PixelFormat{0x010E0105, "BayerGR14p", BayerGR, LsbPacked, 14, 14},
+    PixelFormat{0x010E0106, "BayerRG14p", BayerRG, LsbPacked, 14, 14},
+    PixelFormat{0x010E0107, "BayerGB14p", BayerGB, LsbPacked, 14, 14},
+    PixelFormat{0x010E0108, "BayerBG14p", BayerBG, LsbPacked, 14, 14},
 
     PixelFormat{0x02180014, "RGB8", Rgb, Bytes, 8, 24},
     PixelFormat{0x02180015, "BGR8", Bgr, Bytes, 8, 24},
+    PixelFormat{0x02200016, "RGBa8", Rgba, Bytes, 8, 32},
+    PixelFormat{0x02200017, "BGRa8", Bgra, Bytes, 8, 32},
+    PixelFormat{0x02300018, "RGB10", Rgb, Words, 10, 48},
+    PixelFormat{0x0230001A, "RGB12", Rgb, Words, 12, 48},
+    PixelFormat{0x0230005E, "RGB14", Rgb, Words, 14, 48},
+    PixelFormat{0x02300033, "RGB16", Rgb, Words, 16, 48},
+    PixelFormat{0x021E005C, "RGB10p", Rgb, LsbPacked, 10, 30},
+    PixelFormat{0x0224005D, "RGB12p", Rgb, LsbPacked, 12, 36},
+    PixelFormat{0x02300019, "BGR10", Bgr, Words, 10, 48},
+    PixelFormat{0x0230001B, "BGR12", Bgr, Words, 12, 48},
+    PixelFormat{0x0230004A, "BGR14", Bgr, Words, 14, 48},
+    PixelFormat{0x0230004B, "BGR16", Bgr, Words, 16, 48},
+    PixelFormat{0x021E0048, "BGR10p", Bgr, LsbPacked, 10, 30},
+    PixelFormat{0x02240049, "BGR12p", Bgr, LsbPacked, 12, 36},
+    PixelFormat{0x0240005F, "RGBa10", Rgba, Words, 10, 64},
+    PixelFormat{0x02400061, "RGBa12", Rgba, Words, 12, 64},
+    PixelFormat{0x02400063, "RGBa14", Rgba, Words, 14, 64},
+    PixelFormat{0x02400064, "RGBa16", Rgba, Words, 16, 64},
+    PixelFormat{0x02280060, "RGBa10p", Rgba, LsbPacked, 10, 40},
+    PixelFormat{0x02300062, "RGBa12p", Rgba, LsbPacked, 12, 48},
+    PixelFormat{0x0240004C, "BGRa10", Bgra, Words, 10, 64},
+    PixelFormat{0x0240004E, "BGRa12", Bgra, Words, 12, 64},
+    PixelFormat{0x02400050, "BGRa14", Bgra, Words, 14, 64},
+    PixelFormat{0x02400051, "BGRa16", Bgra, Words, 16, 64},
+    PixelFormat{0x0228004D, "BGRa10p", Bgra, LsbPacked, 10, 40},
+    PixelFormat{0x0230004F, "BGRa12p", Bgra, LsbPacked, 12, 48},
     PixelFormat{0x02180021, "RGB8_Planar", RgbPlanar, Bytes, 8, 24},
+
+    PixelFormat{0x02180020, "YUV8_UYV", Uyv, Bytes, 8, 24},
     PixelFormat{0x02100032, "YUV422_8", Yuyv, Bytes, 8, 16},
     PixelFormat{0x0210001F, "YUV422_8_UYVY", Uyvy, Bytes, 8, 16},
+    PixelFormat{0x020C001E, "YUV411_8_UYYVYY", Uyyvyy, Bytes, 8, 12},
+    PixelFormat{0x0218005B, "YCbCr8", Yuv, Bytes, 8, 24},
+    PixelFormat{0x0218003A, "YCbCr8_CbYCr", Uyv, Bytes, 8, 24},
     PixelFormat{0x0210003B, "YCbCr422_8", Yuyv, Bytes, 8, 16},
     PixelFormat{0x02100043, "YCbCr422_8_CbYCrY", Uyvy, Bytes, 8, 16},
+    PixelFormat{0x020C005A, "YCbCr411_8", Yyuyyv, Bytes, 8, 12},
+    PixelFormat{0x020C003C, "YCbCr411_8_CbYYCrYY", Uyyvyy, Bytes, 8, 12},
+    PixelFormat{0x0218003D, "YCbCr601_8_CbYCr", Uyv, Bytes, 8, 24, Bt601},
+    PixelFormat{0x0210003E, "YCbCr601_422_8", Yuyv, Bytes, 8, 16, Bt601},
+    PixelFormat{0x02100044, "YCbCr601_422_8_CbYCrY", Uyvy, Bytes, 8, 16, Bt601},
+    PixelFormat{0x020C003F, "YCbCr601_411_8_CbYYCrYY", Uyyvyy, Bytes, 8, 12, Bt601},
+    PixelFormat{0x02180040, "YCbCr709_8_CbYCr", Uyv, Bytes, 8, 24, Bt709},
+    PixelFormat{0x02100041, "YCbCr709_422_8", Yuyv, Bytes, 8, 16, Bt709},
+    PixelFormat{0x02100045, "YCbCr709_422_8_CbYCrY", Uyvy, Bytes, 8, 16, Bt709},
+    PixelFormat{0x020C0042, "YCbCr709_411_8_CbYYCrYY", Uyyvyy, Bytes, 8, 12, Bt709},
 };
 
 struct OlderName {
@@ -72,11 +123,16 @@ struct OlderName {
 };
 
 constexpr std::array olderNames{
-    OlderName{"RGB8Packed", 0x02180014},  OlderName{"BGR8Packed", 0x02180015},
-    OlderName{"RGB8Planar", 0x02180021},  OlderName{"YUV422Packed", 0x0210001F},
-    OlderName{"YUYVPacked", 0x02100032},  OlderName{"YUV422_YUYV_Packed", 0x02100032},
-    OlderName{"YUV422", 0x02100032},      OlderName{"YUV422_8_YUYV", 0x02100032},
-    OlderName{"YUV422_UYVY", 0x0210001F}, OlderName{"YCbCr422_8_YCbYCr", 0x0210003B},
+    OlderName{"RGB8Packed", 0x02180014},         OlderName{"BGR8Packed", 0x02180015},
+    OlderName{"RGBA8Packed", 0x02200016},        OlderName{"BGRA8Packed", 0x02200017},
+    OlderName{"RGB10Packed", 0x02300018},        OlderName{"BGR10Packed", 0x02300019},
+    OlderName{"RGB12Packed", 0x0230001A},        OlderName{"BGR12Packed", 0x0230001B},
+    OlderName{"RGB16Packed", 0x02300033},        OlderName{"RGB8Planar", 0x02180021},
+    OlderName{"YUV411Packed", 0x020C001E},       OlderName{"YUV422Packed", 0x0210001F},
+    OlderName{"YUV444Packed", 0x02180020},       OlderName{"YUYVPacked", 0x02100032},
+    OlderName{"YUV422_YUYV_Packed", 0x02100032}, OlderName{"YUV422", 0x02100032},
+    OlderName{"YUV422_8_YUYV", 0x02100032},      OlderName{"YUV422_UYVY", 0x0210001F},
+    OlderName{"YCbCr422_8_YCbYCr", 0x0210003B},
 };
 
 } // namespace
@@ -111,6 +167,18 @@ const PixelFormat *unpackedFormat(const PixelFormat &format)
         return other.kind == format.kind && other.depth == format.depth && other.packing == Words;
     });
     return found == formats.end() ? nullptr : found;
+}
+
+unsigned samplesPerPixel(const PixelFormat &format)
+{
+    switch (format.packing) {
+    case LsbPacked:
+        return format.bitsPerPixel / format.depth;
+    case Words:
+        return format.bitsPerPixel / 16;
+    default:
+        return format.packing == Bytes ? format.bitsPerPixel / 8 : 1;
+    }
 }
 
 std::size_t imageBytes(const PixelFormat &format, std::uint32_t width, std::uint32_t height)

@@ -9,7 +9,31 @@
 namespace orvalis {
 
 /// Colour layout of a format.
-enum class PixelKind { Mono, BayerGR, BayerRG, BayerGB, BayerBG, Rgb, Bgr, RgbPlanar, Yuyv, Uyvy };
+enum class PixelKind {
+    Mono,
+    BayerGR,
+    BayerRG,
+    BayerGB,
+    BayerBG,
+    Rgb,
+    Bgr,
+    Rgba, ///< the fourth sample is opacity, which nothing here looks at
+    Bgra,
+    RgbPlanar,
+    Yuv, ///< 4:4:4
+    Uyv,
+    Yuyv, ///< 4:2:2
+    Uyvy,
+    Yyuyyv, ///< 4:1:1
+    Uyyvyy
+};
+
+/// What Y, U (Cb) and V (Cr) of a format mean, by the PFNC's component names.
+enum class YuvCoding {
+    FullBt601, ///< "YUV" and "YCbCr": ITU-T T.871, that is ITU-R BT.601 with all of 0 to 255
+    Bt601,     ///< "YCbCr601": ITU-R BT.601-7 clause 2.5, Y 16 to 235, Cb and Cr 16 to 240
+    Bt709      ///< "YCbCr709": ITU-R BT.709-6 items 3 and 4, the same ranges
+};
 
 /// How samples lie in memory.
 enum class PixelPacking {
@@ -28,6 +52,7 @@ struct PixelFormat {
     PixelPacking packing;
     unsigned depth;        ///< significant bits of a sample
     unsigned bitsPerPixel; ///< bits that a pixel takes in memory, padding included
+    YuvCoding coding = YuvCoding::FullBt601; ///< of the YUV kinds
 
     /// One sample for each pixel: brightness.
     bool isMono() const { return kind == PixelKind::Mono; }
@@ -35,6 +60,8 @@ struct PixelFormat {
     bool isBayer() const { return kind >= PixelKind::BayerGR && kind <= PixelKind::BayerBG; }
     /// Colour without a mosaic: RGB, BGR, YUV.
     bool hasDirectColor() const { return kind >= PixelKind::Rgb; }
+    /// Brightness apart from colour, which several pixels may share.
+    bool isYuv() const { return kind >= PixelKind::Yuv; }
 };
 
 /// The format with that PFNC code or name; null for one that the library cannot deliver. Older GigE

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Packed samples to 16-bit words, and words to their upper 8 bits.
-#include "library/convert/Convert.h"
-
-#include "library/convert/ImageChecks.h"
+#include "library/convert/Image.h"
 
 #include <opencv2/core/utility.hpp>
 
@@ -31,6 +29,15 @@ struct Lsb12 {
     {
         return (x & 0xFFF) | (x & 0xFFF000) << 4 | (x & 0xFFF000000) << 8 |
                (x & 0xFFF000000000) << 12;
+    }
+};
+
+struct Lsb14 {
+    static constexpr std::size_t bytes = 7;
+    static std::uint64_t spread(std::uint64_t x)
+    {
+        return (x & 0x3FFF) | (x & 0xFFFC000) << 2 | (x & 0x3FFF0000000) << 4 |
+               (x & 0xFFFC0000000000) << 6;
     }
 };
 
@@ -151,18 +158,34 @@ auto shiftFrom(unsigned depth)
     }
 }
 
+auto unpackerOf(const PixelFormat &format)
+{
+    if (format.packing == PixelPacking::GigePacked)
+        return format.depth == 10 ? unpackAll<Gige10> : unpackAll<Gige12>;
+    switch (format.depth) {
+    case 10:
+        return unpackAll<Lsb10>;
+    case 12:
+        return unpackAll<Lsb12>;
+    default:
+        return unpackAll<Lsb14>;
+    }
+}
+
 } // namespace
+
+void upperEight(unsigned depth, const std::uint8_t *words, std::size_t count, std::uint8_t *out)
+{
+    shiftFrom(depth)(words, count, out);
+}
 
 bool unpackToWords(const ImageView &image, std::uint16_t *out)
 {
     if (out == nullptr || !fits(image) || !isPacked(*image.format)) {
         return false;
     }
-    const bool lsb = image.format->packing == PixelPacking::LsbPacked;
-    const auto unpack = image.format->depth == 10 ? (lsb ? unpackAll<Lsb10> : unpackAll<Gige10>)
-                                                  : (lsb ? unpackAll<Lsb12> : unpackAll<Gige12>);
-    unpack(image.data, imageBytes(*image.format, image.width, image.height), pixelCount(image),
-           out);
+    unpackerOf (*image.format)(image.data, imageBytes(*image.format, image.width, image.height),
+                               pixelCount(image) * samplesPerPixel(*image.format), out);
     return true;
 }
 
@@ -177,13 +200,12 @@ bool toGray8(const ImageView &image, std::uint8_t *out)
         std::memcpy(out, image.data, pixels);
         return true;
     }
-    const auto shift = shiftFrom(image.format->depth);
     cv::parallel_for_(
         cv::Range(0, stripes(pixels)),
         [&](const cv::Range &range) {
             const Stripe stripe = stripeOf(range, pixels);
-            shift(image.data + stripe.first * sizeof(std::uint16_t), stripe.count,
-                  out + stripe.first);
+            upperEight(image.format->depth, image.data + stripe.first * sizeof(std::uint16_t),
+                       stripe.count, out + stripe.first);
         },
         static_cast<double>(pixels) / (16 * stripePixels));
     return true;

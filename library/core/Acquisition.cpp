@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The stream of one camera: start, stop and the delivery thread.
+// The stream of one camera: what callers ask for, and how long they wait for it.
 #include "library/core/Acquisition.h"
 
-#include "library/core/Debug.h"
-
 #include <algorithm>
-#include <new>
 #include <utility>
 
 namespace orvalis {
@@ -14,240 +11,138 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long the delivery thread waits at a time; wake() ends a wait sooner.
-constexpr auto kPatience = 500ms;
 /// A wake() that came a moment too early is repeated.
 constexpr auto kWakeAgain = 20ms;
-/// A device that fails at once, again and again, must not keep a processor busy.
-constexpr auto kAfterError = 20ms;
-
-/// Whose frames the present thread delivers.
-thread_local const Acquisition *t_delivering = nullptr;
 
 } // namespace
 
 Acquisition::Acquisition(Device &device, std::atomic<bool> &lost) : device_(device), lost_(lost) {}
 
-Acquisition::~Acquisition() { close(); }
-
-bool Acquisition::onDeliveryThread() const { return t_delivering == this; }
-
 bool Acquisition::streaming() const
 {
     const std::lock_guard lock(mutex_);
-    return state_ != State::Idle && state_ != State::Ended;
+    return state_ != State::Idle;
 }
 
-OResult Acquisition::start(OFrameCallback callback, std::uint64_t session)
-{
-    if (const OResult result = claimStart(session); result != ORVALIS_OK)
-        return result;
-    callback_ = callback;
-    ring_.clear();
-    try {
-        const OResult result = launch();
-        if (result != ORVALIS_OK)
-            failStart();
-        return result;
-    } catch (...) {
-        failStart();
-        throw;
-    }
-}
-
-/// From Idle or Ended to Starting, with no idle grab under way.
-OResult Acquisition::claimStart(std::uint64_t session)
+OResult Acquisition::start(OFrameCallback callback, std::uint64_t session, Check check)
 {
     if (onDeliveryThread())
         return ORVALIS_ERROR_BUSY; // the old stream ends with this very callback
+    const auto order = std::make_shared<Start>();
+    order->callback = callback;
+    order->check = std::move(check);
     Lock lock(mutex_);
-    for (;;) {
-        changed_.wait(lock, [this] { return state_ != State::Stopping; });
-        if (closed_)
-            return ORVALIS_ERROR_BAD_HANDLE;
-        if (session <= endedSession_)
-            return ORVALIS_ERROR_NOT_INITIALIZED;
-        if (state_ == State::Starting || state_ == State::Streaming)
-            return ORVALIS_ERROR_BUSY;
-        if (state_ == State::Idle)
-            break;
-        joinEnded(lock);
-    }
-    state_ = State::Starting;
-    ++epoch_;
-    endIdleGrab(lock, Clock::time_point::max());
-    return ORVALIS_OK;
-}
-
-OResult Acquisition::launch()
-{
-    if (const OResult result = device_.startStream(); result != ORVALIS_OK)
+    const std::uint64_t stops = stops_;
+    const auto refused = [&] { return refusal(session, stops); };
+    changed_.wait(lock, [&] { return state_ != State::Stopping || refused(); });
+    if (const OResult result = refused(); result != ORVALIS_OK)
         return result;
-    const Lock lock(mutex_);
-    try {
-        // Under the lock: whoever meets the state Streaming meets the thread.
-        thread_ = std::thread(&Acquisition::deliverFrames, this);
-    } catch (...) {
-        endStream();
-        throw std::bad_alloc(); // no more threads: the system is out of something
-    }
-    ++stream_;
-    state_ = State::Streaming;
-    changed_.notify_all();
-    return ORVALIS_OK;
+    if (state_ != State::Idle)
+        return ORVALIS_ERROR_BUSY;
+    state_ = State::Starting;
+    start_ = order;
+    ++epoch_;
+    const auto settled = [&] { return order->done || refused(); };
+    endIdleGrab(lock, settled);
+    changed_.wait(lock, settled);
+    return order->done ? order->result : refused();
 }
 
-void Acquisition::failStart()
+/// Why a start comes to nothing that began when there had been so many stops; under the lock.
+OResult Acquisition::refusal(std::uint64_t session, std::uint64_t stops) const
 {
-    const Lock lock(mutex_);
-    state_ = State::Idle;
-    changed_.notify_all();
+    if (closed_)
+        return ORVALIS_ERROR_BAD_HANDLE;
+    if (session <= endedSession_)
+        return ORVALIS_ERROR_NOT_INITIALIZED;
+    return stops != stops_ ? ORVALIS_ERROR_ABORTED : ORVALIS_OK;
 }
 
-/// Joins a thread that has ended; `lock` is released meanwhile.
-void Acquisition::joinEnded(Lock &lock)
+/// A start that the camera's thread has not begun with comes to nothing at once. Under the lock.
+void Acquisition::askToStop()
 {
-    std::thread ended = std::move(thread_);
-    state_ = State::Idle;
-    lock.unlock();
-    if (ended.joinable())
-        ended.join();
-    lock.lock();
-    changed_.notify_all();
-}
-
-void Acquisition::stop()
-{
-    Lock lock(mutex_);
-    if (onDeliveryThread()) {
-        if (state_ == State::Streaming)
-            state_ = State::Stopping;
-        changed_.notify_all();
-        return;
-    }
-    changed_.wait(lock, [this] { return state_ != State::Starting; });
-    if (state_ == State::Streaming) {
+    ++stops_;
+    if (start_) {
+        start_ = nullptr;
+        state_ = State::Idle;
+    } else if (state_ != State::Idle) {
         state_ = State::Stopping;
-        changed_.notify_all();
     }
-    while (state_ == State::Stopping) {
+    changed_.notify_all();
+}
+
+Clock::time_point Acquisition::waitUntilStopped(Clock::time_point limit)
+{
+    if (onDeliveryThread())
+        return limit;
+    Lock lock(mutex_);
+    const auto isOver = [this] { return state_ != State::Stopping && !endsIdleGrab(); };
+    const auto patience = [this] { return Clock::now() + (lost_ ? kPatienceIfLost : kPatience); };
+    limit = std::min(limit, patience());
+    while (!isOver() && Clock::now() < limit) {
+        if (inCallback_)
+            limit = patience();
         lock.unlock();
         device_.wake();
         lock.lock();
-        changed_.wait_for(lock, kWakeAgain, [this] { return state_ != State::Stopping; });
+        changed_.wait_for(lock, kWakeAgain, isOver);
     }
-    if (state_ == State::Ended)
-        joinEnded(lock);
+    return limit;
+}
+
+/// True while an idle grab runs that has been given up. Under the lock.
+bool Acquisition::endsIdleGrab() const { return idleGrab_ && shotEpoch_ != epoch_; }
+
+void Acquisition::stop()
+{
+    {
+        const Lock lock(mutex_);
+        askToStop();
+    }
+    waitUntilStopped(Clock::now() + kPatience);
 }
 
 void Acquisition::endSession(std::uint64_t session)
 {
-    {
-        const Lock lock(mutex_);
-        endedSession_ = std::max(endedSession_, session);
-    }
-    stop();
+    const Lock lock(mutex_);
+    endedSession_ = std::max(endedSession_, session);
+    ++epoch_;
+    askToStop();
+}
+
+void Acquisition::beginClose()
+{
+    const Lock lock(mutex_);
+    closed_ = true;
+    ++epoch_;
+    askToStop();
 }
 
 void Acquisition::close()
 {
-    {
-        Lock lock(mutex_);
-        closed_ = true;
-        ++epoch_;
-        changed_.notify_all();
-        if (!onDeliveryThread())
-            endIdleGrab(lock, Clock::now() + kPatience);
-    }
-    stop();
+    beginClose();
+    waitUntilStopped(Clock::now() + kPatience);
 }
 
-bool Acquisition::stopAsked() const
+void Acquisition::leave() noexcept
 {
-    const std::lock_guard lock(mutex_);
-    return state_ == State::Stopping;
-}
-
-void Acquisition::pauseUnlessStopped(std::chrono::milliseconds time)
-{
-    Lock lock(mutex_);
-    changed_.wait_for(lock, time, [this] { return state_ == State::Stopping; });
-}
-
-/// The delivery thread.
-void Acquisition::deliverFrames()
-{
-    t_delivering = this;
-    while (!stopAsked()) {
-        RawImage image;
-        const OResult result = nextImage(image);
-        if (stopAsked())
-            break;
-        if (result == ORVALIS_OK) {
-            deliver(image);
-        } else if (result == ORVALIS_ERROR_CONNECTION_LOST) {
-            lost_ = true;
-            break;
-        } else if (result != ORVALIS_ERROR_TIMEOUT) {
-            pauseUnlessStopped(kAfterError);
-        }
-    }
-    endStream();
+    beginClose();
     const Lock lock(mutex_);
-    newest_.reset();
-    state_ = State::Ended;
+    device_.wake(); // under the lock: without it this object may be gone
+    leaving_ = true;
     changed_.notify_all();
 }
 
-OResult Acquisition::nextImage(RawImage &image) noexcept
+/// Wakes the device until an idle grab has given up or `over`. The epoch has been raised before.
+void Acquisition::endIdleGrab(Lock &lock, const std::function<bool()> &over)
 {
-    try {
-        return device_.nextImage(image, Clock::now() + kPatience);
-    } catch (...) {
-        return ORVALIS_ERROR_OUT_OF_MEMORY;
+    changed_.notify_all();
+    while (idleGrab_ && !over()) {
+        lock.unlock();
+        device_.wake();
+        lock.lock();
+        changed_.wait_for(lock, kWakeAgain, [&] { return !idleGrab_ || over(); });
     }
-}
-
-void Acquisition::endStream() noexcept
-{
-    try {
-        device_.stopStream();
-    } catch (...) {
-        debugPrint("the stream could not be stopped");
-    }
-}
-
-void Acquisition::deliver(const RawImage &image)
-{
-    const Clock::time_point now = Clock::now();
-    std::shared_ptr<Frame> frame;
-    try {
-        frame = ring_.next(now);
-        if (!fillFrame(*frame, image, bayerConversion_)) {
-            debugPrint("frame dropped: %u x %u, format 0x%08x, %zu bytes", image.width,
-                       image.height, image.pixelFormat, image.size);
-            ring_.giveBack(std::move(frame));
-            return;
-        }
-        ring_.deliver(frame, now);
-    } catch (...) { // mostly std::bad_alloc
-        debugPrint("frame dropped: no memory for it");
-        if (frame)
-            ring_.giveBack(std::move(frame));
-        return;
-    }
-    publish(frame);
-    callback_(&frame->record);
-}
-
-/// Hands the frame to the grabs that wait for it.
-void Acquisition::publish(const std::shared_ptr<Frame> &frame)
-{
-    const Lock lock(mutex_);
-    ++published_;
-    newest_ = streamGrabs_ > 0 ? frame : nullptr;
-    if (newest_)
-        changed_.notify_all();
 }
 
 } // namespace orvalis

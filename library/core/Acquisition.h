@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stream of one camera: its delivery thread, its frames, and grabs beside it.
+// The stream of one camera: its frames, its delivery, and grabs beside it.
 #pragma once
 
 #include "library/core/Device.h"
@@ -7,9 +7,9 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
-#include <thread>
 
 namespace orvalis {
 
@@ -23,31 +23,49 @@ struct GrabbedImage {
     std::shared_ptr<const void> owner;
 };
 
-/// Starts and stops the stream of a camera, delivers its frames and serves grabs. Every function
-/// may be called from any thread; stop() and close() from inside the callback too.
+/// Starts and stops the stream of a camera, delivers its frames and serves grabs. All of that
+/// happens on the camera's own thread, which runs serve(): a camera that does not answer holds up
+/// that thread and no caller. Every other function may be called from any thread; stop() and
+/// close() from inside the callback too.
 class Acquisition {
 public:
+    /// How long stop() and close() wait for a camera that does not answer. Callers are promised a
+    /// second.
+    static constexpr std::chrono::milliseconds kPatience{800};
+    /// Likewise, once the camera is known to be gone.
+    static constexpr std::chrono::milliseconds kPatienceIfLost{200};
+    /// What has to be true of the camera for a start. Runs on the camera's thread.
+    using Check = std::function<OResult()>;
+
     /// `lost` is set when the device reports that it is gone. Both outlive this object.
     Acquisition(Device &device, std::atomic<bool> &lost);
-    /// Stops the stream. Never on the delivery thread.
-    ~Acquisition();
     Acquisition(const Acquisition &) = delete;
     Acquisition &operator=(const Acquisition &) = delete;
 
+    /// Does the work until leave(). Not before it has returned may this object be destroyed.
+    void serve();
+    /// Ends serve(); nobody calls anything any more.
+    void leave() noexcept;
+
     /// ORVALIS_ERROR_BUSY while it streams, also from inside the callback; the frames of the last
     /// stream end. ORVALIS_ERROR_NOT_INITIALIZED after endSession() of the same or a later
-    /// `session`.
-    OResult start(OFrameCallback callback, std::uint64_t session = kLastSession);
+    /// `session`. ORVALIS_ERROR_ABORTED by a stop() meanwhile.
+    OResult start(OFrameCallback callback, std::uint64_t session = kLastSession, Check check = {});
     /// When it returns no callback runs and none will; from inside the callback it returns at once
-    /// and that callback is the last. The frames stay.
+    /// and that callback is the last. The frames stay. A camera that does not answer stops later.
     void stop();
-    /// Stops, and lets nobody start who came in a session of the library that has ended. Sessions
-    /// are numbered from 1 upwards.
+    /// Begins to stop, and lets nobody start who came in a session of the library that has ended.
+    /// Ends an idle grab. Sessions are numbered from 1 upwards.
     void endSession(std::uint64_t session);
-    /// Stops for ever and ends all waits. Frames stay until destruction.
+    /// Begins to stop for ever and ends all waits. Frames stay until destruction.
+    void beginClose();
+    /// Waits for a callback that runs, and until `limit` for the camera: later by as long as the
+    /// callback takes. Returns when it gives up, or would have.
+    Clock::time_point waitUntilStopped(Clock::time_point limit);
+    /// beginClose(), and waits as stop() does.
     void close();
 
-    /// True from start() to stop().
+    /// True from start() until the camera has stopped.
     bool streaming() const;
     /// True inside the callback of this stream.
     bool onDeliveryThread() const;
@@ -76,49 +94,72 @@ private:
 
     enum class State {
         Idle,
-        Starting,  // start() is at work
-        Streaming, // the delivery thread runs
-        Stopping,  // it has been asked to end
-        Ended      // it has nothing left to do and waits to be joined
+        Starting,  // start() waits for the camera
+        Streaming, // frames are delivered
+        Stopping   // that has been asked to end
     };
     using Lock = std::unique_lock<std::mutex>;
+    /// What start() asks the camera's thread for.
+    struct Start {
+        OFrameCallback callback = nullptr;
+        Check check;
+        bool done = false;
+        OResult result = ORVALIS_OK;
+    };
+    /// What an idle grab asks the camera's thread for.
+    struct Shot {
+        Clock::time_point deadline;
+        std::uint64_t epoch = 0;
+        bool done = false;
+        OResult result = ORVALIS_OK;
+        GrabbedImage image;
+    };
 
-    OResult claimStart(std::uint64_t session);
-    OResult launch();
-    void failStart();
-    void joinEnded(Lock &lock);
-    void deliverFrames();
-    OResult nextImage(RawImage &image) noexcept;
-    void endStream() noexcept;
-    void deliver(const RawImage &image);
-    void publish(const std::shared_ptr<Frame> &frame);
-    bool stopAsked() const;
-    void pauseUnlessStopped(std::chrono::milliseconds time);
-
+    // Of the callers:
+    OResult refusal(std::uint64_t session, std::uint64_t stops) const;
+    void askToStop();
+    bool endsIdleGrab() const;
     OResult grabFromStream(Lock &lock, GrabbedImage &image, Clock::time_point deadline);
     OResult grabIdle(Lock &lock, GrabbedImage &image, Clock::time_point deadline);
-    OResult takeImage(RawImage &image, Clock::time_point deadline, std::uint64_t epoch);
-    void endIdleGrab(Lock &lock, Clock::time_point limit);
+    void endIdleGrab(Lock &lock, const std::function<bool()> &over);
+
+    // Of the camera's thread:
+    void runStream(Lock &lock);
+    OResult begin(const Start &start) noexcept;
+    void deliverFrames();
+    void endStream() noexcept;
+    void deliver(const RawImage &image);
+    bool publish(const std::shared_ptr<Frame> &frame);
+    void callbackReturned();
+    bool stopAsked() const;
+    void pauseUnlessStopped(std::chrono::milliseconds time);
+    void takeShot(Lock &lock);
+    OResult takeImage(RawImage &image, const Shot &shot);
 
     Device &device_;
     std::atomic<bool> &lost_;
     std::atomic<bool> bayerConversion_{false};
 
-    FrameRing ring_;                    // delivery thread; without one, whoever is in Starting
-    OFrameCallback callback_ = nullptr; // written in Starting
+    FrameRing ring_;                    // of the camera's thread
+    OFrameCallback callback_ = nullptr; // likewise
 
     mutable std::mutex mutex_; // guards everything below
     std::condition_variable changed_;
     State state_ = State::Idle;
-    std::thread thread_;
+    std::shared_ptr<Start> start_; // for the camera's thread to take
+    std::shared_ptr<Shot> shot_;   // likewise
+    bool inCallback_ = false;
+    bool leaving_ = false;
     bool closed_ = false;
     std::uint64_t endedSession_ = 0; // the latest one that has ended
+    std::uint64_t stops_ = 0;        // counts stops, with and without a stream
     std::uint64_t stream_ = 0;       // counts starts
     std::uint64_t published_ = 0;    // counts frames of all streams
     int streamGrabs_ = 0;            // grabs that wait for the next frame
     std::shared_ptr<Frame> newest_;  // only while such grabs wait
     std::uint64_t epoch_ = 0;        // an idle grab of an older epoch gives up
-    bool idleGrab_ = false;          // Device::takeImage() runs
+    bool idleGrab_ = false;          // from its order to the end of Device::takeImage()
+    std::uint64_t shotEpoch_ = 0;    // of that grab
     int writers_ = 0;                // WriteScopes
 };
 

@@ -2,16 +2,12 @@
 // Grabs: the next frame of a running stream, or an image taken for the purpose.
 #include "library/core/Acquisition.h"
 
-#include <cstring>
-#include <vector>
-
 namespace orvalis {
 
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kWakeAgain = 20ms;
 /// A write goes on after this even if the device does not let go of its grab.
 constexpr auto kWriterPatience = 500ms;
 
@@ -19,23 +15,6 @@ GrabbedImage grabbed(const std::shared_ptr<Frame> &frame)
 {
     const OImageFrame &record = frame->record;
     return {frame->format, record.raw, record.rawSize, record.width, record.height, frame};
-}
-
-GrabbedImage grabbed(const RawImage &image)
-{
-    GrabbedImage result{findPixelFormat(image.pixelFormat),
-                        image.data,
-                        image.size,
-                        image.width,
-                        image.height,
-                        image.owner};
-    if (!image.owner && image.data) {
-        auto copy =
-            std::make_shared<std::vector<std::uint8_t>>(image.data, image.data + image.size);
-        result.data = copy->data();
-        result.owner = std::move(copy);
-    }
-    return result;
 }
 
 } // namespace
@@ -82,53 +61,29 @@ OResult Acquisition::grabFromStream(Lock &lock, GrabbedImage &image, Clock::time
 OResult Acquisition::grabIdle(Lock &lock, GrabbedImage &image, Clock::time_point deadline)
 {
     const std::uint64_t epoch = epoch_;
-    const auto mayBegin = [&] { return closed_ || epoch_ != epoch || (!idleGrab_ && !writers_); };
+    const auto givenUp = [&] { return closed_ || epoch_ != epoch; };
+    const auto mayBegin = [&] { return givenUp() || (!idleGrab_ && !writers_); };
     if (!changed_.wait_until(lock, deadline, mayBegin))
         return ORVALIS_ERROR_TIMEOUT;
-    if (closed_ || epoch_ != epoch)
+    if (givenUp())
         return ORVALIS_ERROR_ABORTED;
+    const auto shot = std::make_shared<Shot>();
+    shot->deadline = deadline;
+    shot->epoch = shotEpoch_ = epoch;
+    shot_ = shot;
     idleGrab_ = true;
-    lock.unlock();
-    RawImage raw;
-    OResult result = ORVALIS_ERROR_DEVICE;
-    try {
-        result = takeImage(raw, deadline, epoch);
-        if (result == ORVALIS_OK)
-            image = grabbed(raw);
-    } catch (...) {
-        result = ORVALIS_ERROR_OUT_OF_MEMORY;
-    }
-    lock.lock();
-    idleGrab_ = false;
     changed_.notify_all();
-    return result;
-}
-
-/// Device::takeImage() without the wakes that were meant for somebody else.
-OResult Acquisition::takeImage(RawImage &image, Clock::time_point deadline, std::uint64_t epoch)
-{
-    for (;;) {
-        const OResult result = device_.takeImage(image, deadline);
-        if (result != ORVALIS_ERROR_ABORTED)
-            return result;
-        Lock lock(mutex_);
-        if (changed_.wait_for(lock, 1ms, [&] { return closed_ || epoch_ != epoch; }))
-            return ORVALIS_ERROR_ABORTED;
-        if (Clock::now() >= deadline)
-            return ORVALIS_ERROR_TIMEOUT;
+    changed_.wait_until(lock, deadline, [&] { return shot->done || givenUp(); });
+    if (shot->done) {
+        image = std::move(shot->image);
+        return shot->result;
     }
-}
-
-/// Waits, until `limit` at most, for an idle grab to give up. The epoch has been raised before.
-void Acquisition::endIdleGrab(Lock &lock, Clock::time_point limit)
-{
-    changed_.notify_all();
-    while (idleGrab_ && Clock::now() < limit) {
-        lock.unlock();
-        device_.wake();
-        lock.lock();
-        changed_.wait_for(lock, kWakeAgain, [this] { return !idleGrab_; });
+    if (shot_ == shot) { // not begun
+        shot_ = nullptr;
+        idleGrab_ = false;
+        changed_.notify_all();
     }
+    return givenUp() ? ORVALIS_ERROR_ABORTED : ORVALIS_ERROR_TIMEOUT;
 }
 
 Acquisition::WriteScope::WriteScope(Acquisition &acquisition) : acquisition_(acquisition)
@@ -136,7 +91,8 @@ Acquisition::WriteScope::WriteScope(Acquisition &acquisition) : acquisition_(acq
     Lock lock(acquisition_.mutex_);
     ++acquisition_.writers_;
     ++acquisition_.epoch_;
-    acquisition_.endIdleGrab(lock, Clock::now() + kWriterPatience);
+    const Clock::time_point limit = Clock::now() + kWriterPatience;
+    acquisition_.endIdleGrab(lock, [&] { return Clock::now() >= limit; });
 }
 
 Acquisition::WriteScope::~WriteScope()

@@ -4,11 +4,14 @@
 
 #include "library/core/Debug.h"
 
+#include <algorithm>
 #include <exception>
 
 namespace orvalis {
 
 namespace {
+
+constexpr std::string_view kSimulated = "simulated";
 
 std::string_view trimmed(std::string_view text)
 {
@@ -21,7 +24,7 @@ std::string_view trimmed(std::string_view text)
 
 void addBackend(Backends &backends, std::string_view name)
 {
-    if (name == "simulated")
+    if (name == kSimulated)
         backends.push_back(makeSimulatedBackend());
 #ifdef ORVALIS_WITH_GENICAM
     else if (name == "genicam" || name == "fake")
@@ -41,6 +44,8 @@ Backends makeBackends(std::string_view list)
         addBackend(backends, trimmed(list.substr(0, comma)));
         list.remove_prefix(comma == std::string_view::npos ? list.size() : comma + 1);
     }
+    std::stable_partition(backends.begin(), backends.end(),
+                          [](const auto &backend) { return backend->name() != kSimulated; });
     return backends;
 }
 

@@ -16,7 +16,8 @@ namespace orvalis {
 using Backends = std::vector<std::unique_ptr<Backend>>;
 using BackendFactory = std::function<Backends()>;
 
-/// The back ends that `list` names, as ORVALIS_BACKENDS does. Unknown names are left out.
+/// The back ends that `list` names, as ORVALIS_BACKENDS does: real cameras first, so that
+/// simulated ones are never in their way. Unknown names are left out.
 Backends makeBackends(std::string_view list);
 
 /// All back ends in use. Outlives every camera that was opened on it. Any thread.

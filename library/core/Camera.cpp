@@ -3,6 +3,7 @@
 #include "library/core/Camera.h"
 
 #include "library/convert/Convert.h"
+#include "library/core/Background.h"
 #include "library/core/GrabConversion.h"
 #include "library/core/Records.h"
 
@@ -27,40 +28,24 @@ std::uint32_t deliveredCode(const PresentFormat &present)
 
 } // namespace
 
-void Gate::open()
-{
-    const std::lock_guard lock(mutex_);
-    open_ = true;
-    opened_.notify_all();
-}
-
-bool Gate::waitUntil(Clock::time_point deadline)
-{
-    std::unique_lock lock(mutex_);
-    return opened_.wait_until(lock, deadline, [this] { return open_; });
-}
-
 std::shared_ptr<Camera> Camera::create(std::unique_ptr<Device> device,
-                                       std::shared_ptr<const void> bus, Reaper &reaper)
+                                       std::shared_ptr<const void> bus)
 {
-    reaper.start();
-    // Nobody knows which thread lets go last; it may be the camera's own delivery thread.
-    return {new Camera(std::move(device), std::move(bus)),
-            [&reaper](Camera *camera) { reaper.take(camera); }};
+    std::unique_ptr<Camera> camera(new Camera(std::move(device), std::move(bus)));
+    const auto gone = std::make_shared<std::promise<void>>();
+    camera->gone_ = gone->get_future();
+    Background::instance().run([served = camera.get(), gone] {
+        served->acquisition_.serve();
+        delete served;
+        gone->set_value();
+    });
+    return {camera.release(), [](Camera *served) { served->acquisition_.leave(); }};
 }
 
 Camera::Camera(std::unique_ptr<Device> device, std::shared_ptr<const void> bus)
     : bus_(std::move(bus)), device_(std::move(device)), features_(device_->nodes(), nodesMutex_),
       acquisition_(*device_, lost_)
 {
-}
-
-Camera::~Camera()
-{
-    acquisition_.close();
-    device_.reset();
-    bus_.reset();
-    gone_->open();
 }
 
 std::string Camera::spelling(std::string_view name)
@@ -93,13 +78,13 @@ OResult Camera::cameraInfo(OCameraInfo &info)
 
 OResult Camera::start(OFrameCallback callback, std::uint64_t session)
 {
-    PresentFormat present;
-    const OResult result = features_.presentFormat(present);
-    if (result == ORVALIS_ERROR_CONNECTION_LOST)
-        return result;
-    if (result == ORVALIS_OK && !present.format)
-        return ORVALIS_ERROR_NOT_SUPPORTED;
-    return acquisition_.start(callback, session);
+    return acquisition_.start(callback, session, [this]() -> OResult {
+        PresentFormat present;
+        const OResult result = features_.presentFormat(present);
+        if (result == ORVALIS_ERROR_CONNECTION_LOST)
+            return result;
+        return result == ORVALIS_OK && !present.format ? ORVALIS_ERROR_NOT_SUPPORTED : ORVALIS_OK;
+    });
 }
 
 OResult Camera::reset()

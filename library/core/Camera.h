@@ -3,12 +3,12 @@
 #pragma once
 
 #include "library/core/Acquisition.h"
+#include "library/core/ChoiceLists.h"
 #include "library/core/Device.h"
 #include "library/core/Features.h"
-#include "library/core/Reaper.h"
 
 #include <atomic>
-#include <condition_variable>
+#include <future>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -16,35 +16,29 @@
 
 namespace orvalis {
 
-/// Opens once and stays open.
-class Gate {
-public:
-    /// Lets everyone through who waits, and who comes later.
-    void open();
-    /// True if it is open by `deadline`.
-    bool waitUntil(Clock::time_point deadline);
-
-private:
-    std::mutex mutex_; // guards open_
-    std::condition_variable opened_;
-    bool open_ = false;
-};
-
 /// An open camera. Every function may be called from any thread. A call in flight holds a
 /// shared_ptr, so that the camera outlives it when another thread closes it.
-class Camera : public Reapable {
+///
+/// Each has a thread of its own from the first to the last, which streams, grabs, and destroys the
+/// camera when the last shared_ptr has gone: to leave a camera that does not answer takes seconds,
+/// and the last one to let go may be that very thread, inside the callback.
+class Camera {
 public:
-    /// `bus` is whatever has to outlive `device`.
+    /// `bus` is whatever has to outlive `device`. Throws std::bad_alloc without a thread for it.
     static std::shared_ptr<Camera> create(std::unique_ptr<Device> device,
-                                          std::shared_ptr<const void> bus, Reaper &reaper);
-    ~Camera() override;
+                                          std::shared_ptr<const void> bus);
+    ~Camera() = default;
+    Camera(const Camera &) = delete;
+    Camera &operator=(const Camera &) = delete;
 
     /// Who it is.
     const DeviceIdentity &identity() const { return device_->identity(); }
-    /// Good for as long as the camera, as are the two below.
+    /// Good for as long as the camera, as are the three below.
     Device &device() { return *device_; }
     /// The typed features.
     Features &features() { return features_; }
+    /// The names that can be chosen, one by one.
+    ChoiceLists &lists() { return lists_; }
     /// The stream and the grabs.
     Acquisition &acquisition() { return acquisition_; }
 
@@ -52,8 +46,8 @@ public:
     bool lost() const { return lost_; }
     /// From now on lost().
     void markLost() { lost_ = true; }
-    /// Opens when nothing is left of the camera.
-    std::shared_ptr<Gate> gone() const { return gone_; }
+    /// Ready when nothing is left of the camera.
+    std::shared_future<void> gone() const { return gone_; }
 
     /// ORVALIS_ERROR_CONNECTION_LOST or ORVALIS_ERROR_DEVICE if the pixel format cannot be read.
     OResult cameraInfo(OCameraInfo &info);
@@ -72,7 +66,7 @@ public:
     /// camera has that one only.
     template <class Access> OResult withNode(std::string_view name, Access access)
     {
-        const std::lock_guard lock(nodesMutex_);
+        const NodeAccess hold(device_->nodes(), nodesMutex_);
         const std::string spelled = spelling(name);
         return access(device_->nodes(), std::string_view(spelled));
     }
@@ -84,12 +78,13 @@ private:
     using Writer = OResult (*)(const GrabbedImage &, std::size_t, OImageFrame &);
     OResult grab(OImageFrame &frame, std::uint32_t timeoutMs, Writer write);
 
-    std::shared_ptr<Gate> gone_ = std::make_shared<Gate>();
+    std::shared_future<void> gone_;
     std::shared_ptr<const void> bus_;
     std::unique_ptr<Device> device_;
     std::atomic<bool> lost_{false};
     std::mutex nodesMutex_; // one access to the nodes, selectors included
     Features features_;
+    ChoiceLists lists_{features_};
     Acquisition acquisition_;
 };
 

@@ -41,8 +41,10 @@ struct RawImage {
         owner; ///< keeps `data` alive and unchanged for as long as it is held
 };
 
-/// One open camera. Every function may be called from any thread, at the same time as others, and
-/// reports ORVALIS_ERROR_CONNECTION_LOST at once when the camera is known to be lost.
+/// One open camera. Reports ORVALIS_ERROR_CONNECTION_LOST at once when the camera is known to be
+/// lost. What streams and takes images is called by one thread, the camera's own; everything else
+/// by any thread, at the same time as others. A call may last for seconds if the camera does not
+/// answer: nobody waits for that thread (Acquisition).
 class Device {
 public:
     virtual ~Device() = default; ///< leaves the camera; called with no other call under way
@@ -52,19 +54,20 @@ public:
     /// Good for as long as the device.
     virtual NodeMap &nodes() = 0;
 
-    /// Starts the camera's acquisition. Never called while it streams.
+    /// Starts the camera's acquisition. Never called while it streams. Camera's thread, as are
+    /// nextImage(), stopStream() and takeImage().
     virtual OResult startStream() = 0;
-    /// Waits for the next complete picture. Called by one thread at a time, between startStream()
-    /// and stopStream(). ORVALIS_ERROR_TIMEOUT when `deadline` has passed, ORVALIS_ERROR_ABORTED
-    /// after wake(), ORVALIS_ERROR_CONNECTION_LOST.
+    /// Waits for the next complete picture between startStream() and stopStream().
+    /// ORVALIS_ERROR_TIMEOUT when `deadline` has passed, ORVALIS_ERROR_ABORTED after wake(),
+    /// ORVALIS_ERROR_CONNECTION_LOST.
     virtual OResult nextImage(RawImage &image, Clock::time_point deadline) = 0;
-    /// Makes the present or the next nextImage() return ORVALIS_ERROR_ABORTED soon.
+    /// Makes the present or the next nextImage() or takeImage() return ORVALIS_ERROR_ABORTED soon.
+    /// Any thread; does not wait for the camera.
     virtual void wake() = 0;
-    /// Ends the acquisition. Called with no nextImage() under way. Returns within a second.
+    /// Ends the acquisition.
     virtual void stopStream() = 0;
 
-    /// Takes one picture while no stream runs: nothing that a user sets is locked meanwhile, and
-    /// wake() ends it.
+    /// Takes one picture while no stream runs: nothing that a user sets is locked meanwhile.
     virtual OResult takeImage(RawImage &image, Clock::time_point deadline) = 0;
 
     /// Reads 32 bits. ORVALIS_ERROR_NOT_FOUND where the camera has no register.

@@ -2,12 +2,13 @@
 // Which cameras there are, without ever making a caller wait for a slow bus.
 #include "library/core/Discovery.h"
 
+#include "library/core/Background.h"
 #include "library/core/Debug.h"
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <new>
-#include <system_error>
 
 namespace orvalis {
 
@@ -38,40 +39,51 @@ bool contains(const std::vector<DeviceDescription> &cameras, const std::string &
                        [&](const DeviceDescription &camera) { return camera.id == id; });
 }
 
+bool hasSlowBackend(const Bus &bus)
+{
+    for (std::size_t i = 0; i < bus.size(); ++i)
+        if (!bus.discoversAtOnce(i))
+            return true;
+    return false;
+}
+
 } // namespace
 
-Discovery::Discovery(std::shared_ptr<Bus> bus, Now now)
-    : bus_(std::move(bus)), now_(std::move(now)), id_(nextId()), known_(bus_->size())
-{
-    bool slow = false;
-    for (std::size_t i = 0; i < bus_->size(); ++i)
-        slow = slow || !bus_->discoversAtOnce(i);
-    firstPassDone_ = !slow;
-    if (!slow)
-        return;
-    try {
-        thread_ = std::thread(&Discovery::run, this);
-    } catch (const std::system_error &) {
-        throw std::bad_alloc(); // no more threads
-    }
-}
+/// The look at the slow back ends: what the thread and its owner share.
+class Discovery::Watch {
+public:
+    explicit Watch(std::shared_ptr<Bus> bus);
 
-Discovery::~Discovery() { stop(); }
+    /// The thread. Ends after beginStop().
+    void run();
+    void beginStop();
+    void waitUntilEnded(Clock::time_point limit);
+    /// What a slow back end showed last.
+    std::vector<DeviceDescription> cameras(std::size_t index) const;
+    /// True if it has waited for the first pass, which may not have ended.
+    bool waitForFirstPass(std::chrono::milliseconds patience);
 
-void Discovery::stop()
-{
-    std::thread ended;
-    {
-        const std::lock_guard lock(mutex_);
-        stopping_ = true;
-        changed_.notify_all();
-        ended = std::move(thread_);
-    }
-    if (ended.joinable())
-        ended.join();
-}
+private:
+    struct Known {
+        std::vector<DeviceDescription> cameras;
+        std::vector<std::string> order; // IDs in the order in which they were first seen
+    };
+    void pass();
+    bool keep(std::size_t index, std::vector<DeviceDescription> found);
 
-void Discovery::run()
+    const std::shared_ptr<Bus> bus_;
+
+    mutable std::mutex mutex_; // guards everything below
+    std::condition_variable changed_;
+    std::vector<Known> known_; // one for each back end; of quick ones unused
+    bool firstPassDone_ = false;
+    bool stopping_ = false;
+    bool ended_ = false;
+};
+
+Discovery::Watch::Watch(std::shared_ptr<Bus> bus) : bus_(std::move(bus)), known_(bus_->size()) {}
+
+void Discovery::Watch::run()
 {
     std::unique_lock lock(mutex_);
     while (!stopping_) {
@@ -82,9 +94,39 @@ void Discovery::run()
         changed_.notify_all();
         changed_.wait_for(lock, kBetweenPasses, [this] { return stopping_; });
     }
+    ended_ = true;
+    changed_.notify_all();
 }
 
-void Discovery::pass()
+void Discovery::Watch::beginStop()
+{
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+    changed_.notify_all();
+}
+
+void Discovery::Watch::waitUntilEnded(Clock::time_point limit)
+{
+    std::unique_lock lock(mutex_);
+    changed_.wait_until(lock, limit, [this] { return ended_; });
+}
+
+std::vector<DeviceDescription> Discovery::Watch::cameras(std::size_t index) const
+{
+    const std::lock_guard lock(mutex_);
+    return known_[index].cameras;
+}
+
+bool Discovery::Watch::waitForFirstPass(std::chrono::milliseconds patience)
+{
+    std::unique_lock lock(mutex_);
+    if (firstPassDone_)
+        return false;
+    changed_.wait_for(lock, patience, [this] { return firstPassDone_ || stopping_; });
+    return true;
+}
+
+void Discovery::Watch::pass()
 {
     for (std::size_t i = 0; i < bus_->size(); ++i) {
         if (bus_->discoversAtOnce(i))
@@ -100,7 +142,7 @@ void Discovery::pass()
 }
 
 /// Cameras keep their places while others come and go. False if the pass should end.
-bool Discovery::keep(std::size_t index, std::vector<DeviceDescription> found)
+bool Discovery::Watch::keep(std::size_t index, std::vector<DeviceDescription> found)
 {
     const std::lock_guard lock(mutex_);
     Known &known = known_[index];
@@ -118,18 +160,38 @@ bool Discovery::keep(std::size_t index, std::vector<DeviceDescription> found)
     return !stopping_;
 }
 
+Discovery::Discovery(std::shared_ptr<Bus> bus, Now now)
+    : bus_(std::move(bus)), now_(std::move(now)), id_(nextId()),
+      watch_(hasSlowBackend(*bus_) ? std::make_shared<Watch>(bus_) : nullptr)
+{
+    if (watch_)
+        Background::instance().run([watch = watch_] { watch->run(); });
+}
+
+Discovery::~Discovery() { beginStop(); }
+
+void Discovery::beginStop()
+{
+    if (watch_)
+        watch_->beginStop();
+}
+
+void Discovery::waitUntilStopped(Clock::time_point limit)
+{
+    if (watch_)
+        watch_->waitUntilEnded(limit);
+}
+
 /// All cameras of all back ends, in the order of the back ends.
 std::vector<DeviceDescription> Discovery::merge()
 {
     std::vector<DeviceDescription> all;
     for (std::size_t i = 0; i < bus_->size(); ++i) {
         std::vector<DeviceDescription> found;
-        if (bus_->discoversAtOnce(i)) {
+        if (bus_->discoversAtOnce(i))
             bus_->discover(i, found);
-        } else {
-            const std::lock_guard lock(mutex_);
-            found = known_[i].cameras;
-        }
+        else
+            found = watch_->cameras(i);
         for (DeviceDescription &camera : found)
             if (!camera.id.empty() && !contains(all, camera.id))
                 all.push_back(std::move(camera));
@@ -140,15 +202,8 @@ std::vector<DeviceDescription> Discovery::merge()
 Snapshot Discovery::take()
 {
     std::vector<DeviceDescription> cameras = merge();
-    if (cameras.empty()) {
-        std::unique_lock lock(mutex_);
-        if (!firstPassDone_) {
-            changed_.wait_for(lock, kFirstPassPatience,
-                              [this] { return firstPassDone_ || stopping_; });
-            lock.unlock();
-            cameras = merge();
-        }
-    }
+    if (cameras.empty() && watch_ && watch_->waitForFirstPass(kFirstPassPatience))
+        cameras = merge();
     auto snapshot = std::make_shared<const std::vector<DeviceDescription>>(std::move(cameras));
     t_pinned = {id_, now_(), snapshot};
     const std::lock_guard lock(mutex_);

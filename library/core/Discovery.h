@@ -4,12 +4,10 @@
 
 #include "library/core/Bus.h"
 
-#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace orvalis {
@@ -17,8 +15,8 @@ namespace orvalis {
 /// Cameras in a stable order. Never changes once it is made.
 using Snapshot = std::shared_ptr<const std::vector<DeviceDescription>>;
 
-/// Looks at the slow back ends again and again on a thread of its own, and at the quick ones when
-/// it is asked. Any thread.
+/// Looks at the slow back ends again and again on a thread of its own, which may outlive this
+/// object by one pass, and at the quick ones when it is asked. Any thread.
 class Discovery {
 public:
     /// How long the first look waits for back ends that have not answered yet.
@@ -30,7 +28,7 @@ public:
 
     /// Begins to look at once. `now` tells for how long snapshots stay pinned.
     explicit Discovery(std::shared_ptr<Bus> bus, Now now = &Clock::now);
-    /// stop()
+    /// beginStop()
     ~Discovery();
     Discovery(const Discovery &) = delete;
     Discovery &operator=(const Discovery &) = delete;
@@ -40,32 +38,23 @@ public:
     Snapshot take();
     /// The snapshot that the calling thread reads names from.
     Snapshot present();
-    /// Ends the thread; all waits end.
-    void stop();
+    /// Ends all waits, and the looking after the pass that runs now.
+    void beginStop();
+    /// After beginStop(): waits for the end of that pass, until `limit` at most. A bus may hang.
+    void waitUntilStopped(Clock::time_point limit);
 
 private:
-    /// What one slow back end showed last.
-    struct Known {
-        std::vector<DeviceDescription> cameras;
-        std::vector<std::string> order; // IDs in the order in which they were first seen
-    };
+    class Watch;
 
-    void run();
-    void pass();
-    bool keep(std::size_t index, std::vector<DeviceDescription> found);
     std::vector<DeviceDescription> merge();
 
     const std::shared_ptr<Bus> bus_;
     const Now now_;
     const std::uint64_t id_; // tells this object's snapshots from those of an earlier one
+    const std::shared_ptr<Watch> watch_;
 
-    std::mutex mutex_; // guards everything below
-    std::condition_variable changed_;
-    std::vector<Known> known_; // one for each back end; of quick ones unused
-    bool firstPassDone_ = false;
-    bool stopping_ = false;
+    std::mutex mutex_; // guards newest_
     Snapshot newest_;
-    std::thread thread_;
 };
 
 } // namespace orvalis

@@ -31,10 +31,19 @@ NumberValue inInterfaceUnits(const FloatValue &node, double units, Rounding roun
             rounded(node.maximum * units, rounding), false};
 }
 
-FloatValue asFloat(const IntegerValue &node)
+/// Microseconds in a unit of time; 0 for any other text.
+double microsecondsIn(std::string_view unit)
 {
-    return {static_cast<double>(node.value), static_cast<double>(node.minimum),
-            static_cast<double>(node.maximum), static_cast<double>(node.increment)};
+    constexpr struct {
+        std::string_view name;
+        double microseconds;
+    } units[] = {{"ns", 0.001},    {"us", 1}, {"\xC2\xB5s", 1}, // micro sign
+                 {"\xCE\xBCs", 1},                              // Greek mu
+                 {"ms", 1000},     {"s", 1e6}};
+    for (const auto &[name, microseconds] : units)
+        if (unit == name)
+            return microseconds;
+    return 0;
 }
 
 /// Down to the increment, with some tolerance for steps like 0.1 that binary cannot hold.
@@ -67,7 +76,8 @@ OResult Features::locate(const NumberRow &wanted, Located &found)
         const OResult result = inspect(node.name, found.info);
         if (result == ORVALIS_OK && isNumber(found.info)) {
             found.name = node.name;
-            found.units = node.unitsPerNodeUnit * baseOf(node);
+            found.units = unitsOf(wanted, node, found.info);
+            found.twin = node.twin;
             return ORVALIS_OK;
         }
         if (result != ORVALIS_OK && result != ORVALIS_ERROR_NOT_SUPPORTED)
@@ -76,12 +86,15 @@ OResult Features::locate(const NumberRow &wanted, Located &found)
     return ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
-/// What one step of a raw value stands for; 1 where the camera does not tell.
-double Features::baseOf(const NumberNode &node)
+/// A unit that the camera names counts more than the table; a base more than a unit, as raw values
+/// are often described with the unit of what they stand for.
+double Features::unitsOf(const NumberRow &wanted, const NumberNode &node, const NodeInfo &info)
 {
     FloatValue base;
-    const bool known = node.base && nodes_.getFloat(node.base, base) == ORVALIS_OK;
-    return known && base.value > 0 ? base.value : 1;
+    if (node.base && nodes_.getFloat(node.base, base) == ORVALIS_OK && base.value > 0)
+        return node.unitsPerNodeUnit * base.value;
+    const double named = wanted.quantity == Quantity::Time ? microsecondsIn(info.unit) : 0;
+    return named > 0 ? named : node.unitsPerNodeUnit;
 }
 
 OResult Features::read(const NumberRow &wanted, const Located &node, NumberValue &value)
@@ -98,6 +111,50 @@ OResult Features::read(const NumberRow &wanted, const Located &node, NumberValue
     if (result == ORVALIS_OK)
         value = inInterfaceUnits(real, node.units, wanted.rounding);
     return result;
+}
+
+OResult Features::readPart(const NumberRow &wanted, NumberPart part, NumberValue &value)
+{
+    Located node;
+    OResult result = locate(wanted, node);
+    if (result == ORVALIS_ERROR_NOT_SUPPORTED)
+        return readHidden(wanted, value);
+    FloatValue real;
+    if (result == ORVALIS_OK)
+        result = nodes_.getPart(node.name, part, real);
+    if (result == ORVALIS_OK)
+        value = inInterfaceUnits(real, node.units, wanted.rounding);
+    return result;
+}
+
+OResult Features::readPresent(const NumberRow &wanted, NumberValue &value)
+{
+    Located node;
+    const OResult result = locate(wanted, node);
+    if (result == ORVALIS_OK)
+        return read(wanted, node, value);
+    return result == ORVALIS_ERROR_NOT_SUPPORTED ? readHidden(wanted, value) : result;
+}
+
+/// A number that is not available while its switch is off has a value and bounds all the same. To
+/// put the switch on for reading would change how the camera works.
+OResult Features::readHidden(const NumberRow &wanted, NumberValue &value)
+{
+    if (!isSwitchedOff(wanted))
+        return ORVALIS_ERROR_NOT_SUPPORTED;
+    for (const NumberNode &node : wanted.nodes) {
+        NodeInfo info;
+        FloatValue kept;
+        if (!node.name)
+            break;
+        const bool hidden = nodes_.info(node.name, info) == ORVALIS_OK && isNumber(info) &&
+                            info.access == ORVALIS_ACCESS_NOT_AVAILABLE;
+        if (!hidden || nodes_.peekNumber(node.name, kept) != ORVALIS_OK)
+            continue;
+        value = inInterfaceUnits(kept, unitsOf(wanted, node, info), wanted.rounding);
+        return ORVALIS_OK;
+    }
+    return ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
 /// Writes a value that lies within the rounded bounds, hence at most half a unit outside the true
@@ -123,18 +180,30 @@ OResult Features::write(const NumberRow &wanted, const Located &node, double val
     return nodes_.setFloat(node.name, aligned(bounded, now));
 }
 
+/// What goes with a number follows it as far as it can; the number itself is what counts.
+void Features::writeTwin(const Located &node, double value)
+{
+    NumberRow row{};
+    Located twin;
+    twin.name = node.twin;
+    twin.units = node.units;
+    NumberValue now;
+    const bool there = twin.name && inspect(twin.name, twin.info) == ORVALIS_OK &&
+                       isNumber(twin.info) && read(row, twin, now) == ORVALIS_OK;
+    if (there && now.minimum <= now.maximum)
+        write(row, twin, std::clamp(value, now.minimum, now.maximum));
+}
+
 OResult Features::readAutomatic(const NumberRow &wanted, bool &automatic)
 {
     automatic = false;
     NodeInfo info;
     if (!wanted.automatic || inspect(wanted.automatic, info) == ORVALIS_ERROR_NOT_SUPPORTED)
         return ORVALIS_OK;
-    EnumerationValue value;
-    const OResult result = nodes_.getEnumeration(wanted.automatic, value);
-    const bool known =
-        value.current >= 0 && static_cast<std::size_t>(value.current) < value.entries.size();
-    if (result == ORVALIS_OK && known)
-        automatic = value.entries[static_cast<std::size_t>(value.current)].name != kOff;
+    std::string entry;
+    const OResult result = nodes_.getEntry(wanted.automatic, entry);
+    if (result == ORVALIS_OK && !entry.empty())
+        automatic = entry != kOff;
     return result;
 }
 
@@ -154,33 +223,62 @@ OResult Features::setAutomatic(const NumberRow &wanted, bool automatic)
     return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;
 }
 
-/// Puts on what has to be on. A camera without a switch, or with one that is locked, may do anyway.
-void Features::enable(const NumberRow &wanted)
+namespace {
+
+SwitchNode switchOf(const EnableNode &node)
 {
-    for (const char *name : wanted.enables) {
+    return {node.name, Selecting::Nothing, node.on, node.off, false};
+}
+
+} // namespace
+
+/// Whether the camera has a switch for the number, and it is off.
+bool Features::isSwitchedOff(const NumberRow &wanted)
+{
+    for (const EnableNode &enable : wanted.enables) {
         Located node;
-        if (name && inspect(name, node.info) == ORVALIS_OK) {
-            node.name = name;
-            bool on = false;
-            if (readSwitch(node, on) == ORVALIS_OK && !on)
-                writeSwitch(node, true);
-        }
+        bool on = true;
+        if (!enable.name || inspect(enable.name, node.info) != ORVALIS_OK)
+            continue;
+        node.name = enable.name;
+        if (readSwitch(node, switchOf(enable), on) == ORVALIS_OK && !on)
+            return true;
     }
+    return false;
+}
+
+/// Puts on what has to be on. A camera without a switch, or with one that is locked, may do anyway.
+void Features::enable(const NumberRow &wanted, bool changes, std::vector<Enabled> &enabled)
+{
+    for (const EnableNode &enable : wanted.enables) {
+        Located node;
+        bool on = true;
+        if (!enable.name || (enable.onlyForChanges && !changes) ||
+            inspect(enable.name, node.info) != ORVALIS_OK)
+            continue;
+        node.name = enable.name;
+        if (readSwitch(node, switchOf(enable), on) == ORVALIS_OK && !on &&
+            writeSwitch(node, switchOf(enable), true) == ORVALIS_OK)
+            enabled.push_back({node, &enable});
+    }
+}
+
+void Features::disable(const std::vector<Enabled> &enabled)
+{
+    for (const Enabled &done : enabled)
+        writeSwitch(done.node, switchOf(*done.wanted), false);
 }
 
 OResult Features::get(Number number, NumberValue &value)
 {
-    const std::lock_guard lock(mutex_);
+    const NodeAccess access(nodes_, mutex_);
     const NumberRow &wanted = row(number);
-    Selection selection(nodes_);
+    Selection selection(nodes_, &strobeLine_);
     if (const OResult result = selection.select(wanted.selecting); result != ORVALIS_OK)
-        return result;
-    Located node;
-    if (const OResult result = locate(wanted, node); result != ORVALIS_OK)
         return result;
     NumberValue now;
     bool automatic = false;
-    if (const OResult result = read(wanted, node, now); result != ORVALIS_OK)
+    if (const OResult result = readPresent(wanted, now); result != ORVALIS_OK)
         return result;
     if (const OResult result = readAutomatic(wanted, automatic); result != ORVALIS_OK)
         return result;
@@ -189,11 +287,30 @@ OResult Features::get(Number number, NumberValue &value)
     return ORVALIS_OK;
 }
 
+OResult Features::get(Number number, NumberPart part, NumberValue &value)
+{
+    const NodeAccess access(nodes_, mutex_);
+    const NumberRow &wanted = row(number);
+    Selection selection(nodes_, &strobeLine_);
+    NumberValue now;
+    OResult result = selection.select(wanted.selecting);
+    if (result == ORVALIS_OK)
+        result = readPart(wanted, part, now);
+    bool automatic = false;
+    if (result == ORVALIS_OK && part == NumberPart::Value)
+        result = readAutomatic(wanted, automatic);
+    if (result != ORVALIS_OK)
+        return result;
+    now.automatic = automatic;
+    value = now;
+    return ORVALIS_OK;
+}
+
 OResult Features::set(Number number, double value, bool automatic)
 {
-    const std::lock_guard lock(mutex_);
+    const NodeAccess access(nodes_, mutex_);
     const NumberRow &wanted = row(number);
-    Selection selection(nodes_);
+    Selection selection(nodes_, &strobeLine_);
     if (const OResult result = selection.select(wanted.selecting); result != ORVALIS_OK)
         return result;
     if (automatic)
@@ -202,15 +319,13 @@ OResult Features::set(Number number, double value, bool automatic)
 }
 
 /// ORVALIS_OK also where the camera does not tell its bounds before the feature is switched on.
-OResult Features::checkRange(const NumberRow &wanted, double value)
+OResult Features::checkRange(const NumberRow &wanted, double value, bool &changes)
 {
-    Located node;
-    OResult result = locate(wanted, node);
     NumberValue now;
-    if (result == ORVALIS_OK)
-        result = read(wanted, node, now);
+    const OResult result = readPresent(wanted, now);
     if (result != ORVALIS_OK)
-        return wanted.enables[0] && result == ORVALIS_ERROR_NOT_SUPPORTED ? ORVALIS_OK : result;
+        return result == ORVALIS_ERROR_NOT_SUPPORTED && isSwitchedOff(wanted) ? ORVALIS_OK : result;
+    changes = value != now.value;
     const bool inside = value >= now.minimum && value <= now.maximum; // false for NaN
     return inside ? ORVALIS_OK : ORVALIS_ERROR_OUT_OF_RANGE;
 }
@@ -218,22 +333,45 @@ OResult Features::checkRange(const NumberRow &wanted, double value)
 OResult Features::setValue(const NumberRow &wanted, double value)
 {
     // Before anything is switched: a value that is refused leaves the camera as it was.
-    if (const OResult result = checkRange(wanted, value); result != ORVALIS_OK)
+    bool changes = true;
+    if (const OResult result = checkRange(wanted, value, changes); result != ORVALIS_OK)
         return result;
     bool wasAutomatic = false;
-    if (const OResult result = readAutomatic(wanted, wasAutomatic); result != ORVALIS_OK)
+    std::vector<Enabled> enabled;
+    OResult result = readAutomatic(wanted, wasAutomatic);
+    if (result != ORVALIS_OK)
         return result;
-    if (const OResult result = setAutomatic(wanted, false); result != ORVALIS_OK)
-        return result;
-    enable(wanted);
+    // A switch may hide the automatic control, and the control may lock the switch.
+    enable(wanted, changes, enabled);
+    bool appeared = false;
+    readAutomatic(wanted, appeared);
+    result = setAutomatic(wanted, false);
+    if (result == ORVALIS_OK) {
+        enable(wanted, changes, enabled);
+        result = writeEnabled(wanted, value);
+    }
+    if (result != ORVALIS_OK) {
+        if (wasAutomatic || appeared)
+            setAutomatic(wanted, true);
+        disable(enabled);
+    }
+    return result;
+}
+
+OResult Features::writeEnabled(const NumberRow &wanted, double value)
+{
     Located node;
+    NumberValue now;
     OResult result = locate(wanted, node);
     if (result == ORVALIS_OK)
-        result = checkRange(wanted, value);
-    if (result == ORVALIS_OK)
-        result = write(wanted, node, value);
-    if (result != ORVALIS_OK && wasAutomatic)
-        setAutomatic(wanted, true);
+        result = read(wanted, node, now);
+    if (result != ORVALIS_OK)
+        return result;
+    if (!(value >= now.minimum && value <= now.maximum))
+        return ORVALIS_ERROR_OUT_OF_RANGE;
+    result = write(wanted, node, value);
+    if (result == ORVALIS_OK && node.twin)
+        writeTwin(node, value);
     return result;
 }
 

@@ -5,6 +5,7 @@
 #include "library/convert/PixelFormat.h"
 #include "library/core/FeatureTable.h"
 #include "library/core/NodeMap.h"
+#include "library/core/Selection.h"
 
 #include <mutex>
 #include <string>
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace orvalis {
-
-class Selection;
 
 /// A number and its bounds in the units of the interface, rounded as it asks.
 struct NumberValue {
@@ -41,6 +40,8 @@ public:
 
     /// ORVALIS_ERROR_NOT_SUPPORTED for what this camera does not have, here and below.
     OResult get(Number number, NumberValue &value);
+    /// The same for one part; whether it is automatic belongs to the value.
+    OResult get(Number number, NumberPart part, NumberValue &value);
     /// Only a feature with an automatic control can be `automatic`; `value` does not count then.
     OResult set(Number number, double value, bool automatic = false);
 
@@ -48,16 +49,18 @@ public:
     OResult list(Choice choice, std::vector<std::string> &names);
     /// The name that is chosen.
     OResult get(Choice choice, std::string &name);
-    /// ORVALIS_ERROR_NOT_FOUND for a name that is not offered at present.
+    /// ORVALIS_ERROR_NOT_FOUND for a name that is not offered at present. Another trigger mode
+    /// takes the trigger's switch along.
     OResult set(Choice choice, std::string_view name);
 
-    /// Whether the switch is on.
+    /// Whether the switch is on. The trigger is on if it is for any entry of TriggerSelector.
     OResult get(Switch which, bool &on);
-    /// Switches on or off.
+    /// Switches on or off: the trigger on for the entry that is chosen and off for every other one,
+    /// or off for all of them.
     OResult set(Switch which, bool on);
 
-    /// Nothing happens, with ORVALIS_OK, where the trigger is not set up for it, or not
-    /// `streaming`.
+    /// By the command that its source calls for. Nothing happens, with ORVALIS_OK, where the
+    /// trigger is not set up for software, or not `streaming`.
     OResult fireSoftwareTrigger(bool streaming);
     /// Loads the maker's settings.
     OResult loadDefaults();
@@ -74,28 +77,52 @@ private:
     struct Located {
         const char *name = nullptr;
         double units = 1;
-        NodeInfo info;
+        const char *twin = nullptr;
+        NodeInfo info{};
+    };
+    /// A switch that was put on for a number, to be put off again if the number is refused.
+    struct Enabled {
+        Located node;
+        const EnableNode *wanted = nullptr;
     };
     OResult inspect(const char *name, NodeInfo &info);
     OResult locate(const NumberRow &wanted, Located &found);
-    double baseOf(const NumberNode &node);
-    template <class Names> OResult locateAny(const Names &names, Located &found);
-    template <class Body> OResult withChoice(Choice choice, Body body);
-    template <class Own, class Source> OResult withSwitch(Switch which, Own own, Source source);
+    double unitsOf(const NumberRow &wanted, const NumberNode &node, const NodeInfo &info);
     OResult read(const NumberRow &wanted, const Located &node, NumberValue &value);
+    OResult readPart(const NumberRow &wanted, NumberPart part, NumberValue &value);
+    OResult readPresent(const NumberRow &wanted, NumberValue &value);
+    OResult readHidden(const NumberRow &wanted, NumberValue &value);
     OResult write(const NumberRow &wanted, const Located &node, double value);
+    void writeTwin(const Located &node, double value);
     OResult readAutomatic(const NumberRow &wanted, bool &automatic);
     OResult setAutomatic(const NumberRow &wanted, bool automatic);
-    OResult checkRange(const NumberRow &wanted, double value);
+    OResult checkRange(const NumberRow &wanted, double value, bool &changes);
     OResult setValue(const NumberRow &wanted, double value);
-    void enable(const NumberRow &wanted);
+    OResult writeEnabled(const NumberRow &wanted, double value);
+    bool isSwitchedOff(const NumberRow &wanted);
+    void enable(const NumberRow &wanted, bool changes, std::vector<Enabled> &enabled);
+    void disable(const std::vector<Enabled> &enabled);
 
-    OResult readSwitch(const Located &node, bool &on);
-    OResult writeSwitch(const Located &node, bool on);
-    OResult writeSource(const SwitchRow &wanted, bool on);
+    template <class Body> OResult withChoice(Choice choice, Body body);
+    template <class Body> OResult withSwitch(Switch which, Body body);
+    template <class Node>
+    OResult locateSwitch(const Node &wanted, Selection &selection, Located &found);
+    OResult readSwitch(const Located &node, const SwitchNode &wanted, bool &on);
+    OResult writeSwitch(const Located &node, const SwitchNode &wanted, bool on);
+
+    OResult readTrigger(bool &on);
+    OResult writeTrigger(Selection &selection, const std::string &entry, bool on);
+    OResult findTriggers(std::vector<std::string> &on);
+    OResult leaveOn(const std::string *wanted, const std::vector<std::string> &on);
+    OResult getTrigger(bool &on);
+    OResult setTrigger(bool on);
+    OResult setTriggerMode(std::string_view name);
+    OResult moveTrigger(const std::string &chosen, const std::vector<std::string> &on);
+    bool waitsForSoftware(std::string &source);
 
     NodeMap &nodes_;
-    std::mutex &mutex_; // one access to the camera's nodes, selectors included
+    std::mutex &mutex_; // guards one access to the camera's nodes, selectors included, and:
+    Selection::StrobeLine strobeLine_;
 };
 
 } // namespace orvalis

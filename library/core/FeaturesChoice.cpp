@@ -1,21 +1,11 @@
 // SPDX-License-Identifier: MIT
-// The typed features that are names, switches and commands.
+// The typed features that are names and switches, and user sets.
 #include "library/core/Features.h"
 #include "library/core/Selection.h"
 
 namespace orvalis {
 
 namespace {
-
-constexpr const char *kOff = "Off";
-constexpr const char *kOn = "On";
-
-std::string presentName(const EnumerationValue &value)
-{
-    const bool known =
-        value.current >= 0 && static_cast<std::size_t>(value.current) < value.entries.size();
-    return known ? value.entries[static_cast<std::size_t>(value.current)].name : std::string();
-}
 
 bool isSwitch(const NodeInfo &info)
 {
@@ -24,33 +14,40 @@ bool isSwitch(const NodeInfo &info)
 
 } // namespace
 
-template <class Names> OResult Features::locateAny(const Names &names, Located &found)
+/// Finds the node with its selectors turned; ORVALIS_ERROR_NOT_SUPPORTED where the camera has it
+/// not, or not for what is to be selected.
+template <class Node>
+OResult Features::locateSwitch(const Node &wanted, Selection &selection, Located &found)
 {
-    for (const char *name : names) {
-        if (!name)
-            break;
-        const OResult result = inspect(name, found.info);
-        if (result == ORVALIS_OK && isSwitch(found.info)) {
-            found.name = name;
-            return ORVALIS_OK;
-        }
-        if (result != ORVALIS_OK && result != ORVALIS_ERROR_NOT_SUPPORTED)
-            return result;
-    }
-    return ORVALIS_ERROR_NOT_SUPPORTED;
+    OResult result = nodes_.info(wanted.name, found.info);
+    const bool missing =
+        result == ORVALIS_ERROR_NOT_FOUND ||
+        (result == ORVALIS_OK &&
+         (found.info.access == ORVALIS_ACCESS_NOT_IMPLEMENTED || !isSwitch(found.info)));
+    if (missing)
+        return ORVALIS_ERROR_NOT_SUPPORTED;
+    if (result == ORVALIS_OK)
+        result = selection.select(wanted.selecting);
+    if (result == ORVALIS_OK)
+        result = inspect(wanted.name, found.info);
+    found.name = wanted.name;
+    return result;
 }
 
-/// Turns the choice's selectors, finds its node and returns what `body` does with row and node.
+/// Finds the choice's node and returns what `body` does with row and node.
 template <class Body> OResult Features::withChoice(Choice choice, Body body)
 {
-    const std::lock_guard lock(mutex_);
+    const NodeAccess access(nodes_, mutex_);
     const ChoiceRow &wanted = row(choice);
-    Selection selection(nodes_);
-    Located node;
-    OResult result = selection.select(wanted.selecting);
-    if (result == ORVALIS_OK)
-        result = locateAny(wanted.nodes, node);
-    return result == ORVALIS_OK ? body(wanted, node) : result;
+    Selection selection(nodes_, &strobeLine_);
+    for (const ChoiceNode &node : wanted.nodes) {
+        Located found;
+        const OResult result =
+            node.name ? locateSwitch(node, selection, found) : ORVALIS_ERROR_NOT_SUPPORTED;
+        if (result != ORVALIS_ERROR_NOT_SUPPORTED)
+            return result == ORVALIS_OK ? body(wanted, found) : result;
+    }
+    return ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
 OResult Features::list(Choice choice, std::vector<std::string> &names)
@@ -62,14 +59,7 @@ OResult Features::list(Choice choice, std::vector<std::string> &names)
             names.assign(wanted.booleanNames.begin(), wanted.booleanNames.end());
             return ORVALIS_OK;
         }
-        EnumerationValue value;
-        const OResult result = nodes_.getEnumeration(node.name, value);
-        if (result != ORVALIS_OK)
-            return result;
-        names.clear();
-        for (auto &entry : value.entries)
-            names.push_back(std::move(entry.name));
-        return ORVALIS_OK;
+        return nodes_.getEntries(node.name, names);
     });
 }
 
@@ -85,16 +75,14 @@ OResult Features::get(Choice choice, std::string &name)
                 name = wanted.booleanNames[value ? 1 : 0];
             return result;
         }
-        EnumerationValue value;
-        const OResult result = nodes_.getEnumeration(node.name, value);
-        if (result == ORVALIS_OK)
-            name = presentName(value);
-        return result;
+        return nodes_.getEntry(node.name, name);
     });
 }
 
 OResult Features::set(Choice choice, std::string_view name)
 {
+    if (choice == Choice::TriggerMode)
+        return setTriggerMode(name);
     return withChoice(choice, [&](const ChoiceRow &wanted, const Located &node) -> OResult {
         if (node.info.type == ORVALIS_NODE_ENUMERATION)
             return nodes_.setEnumeration(node.name, name);
@@ -107,122 +95,90 @@ OResult Features::set(Choice choice, std::string_view name)
     });
 }
 
-OResult Features::readSwitch(const Located &node, bool &on)
+OResult Features::readSwitch(const Located &node, const SwitchNode &wanted, bool &on)
 {
     if (node.info.type == ORVALIS_NODE_BOOLEAN)
         return nodes_.getBoolean(node.name, on);
-    EnumerationValue value;
-    const OResult result = nodes_.getEnumeration(node.name, value);
+    std::string entry;
+    const OResult result = nodes_.getEntry(node.name, entry);
     if (result == ORVALIS_OK)
-        on = presentName(value) != kOff;
+        on = wanted.onlyOnIsOn ? entry == wanted.on : entry != wanted.off;
     return result;
 }
 
-OResult Features::writeSwitch(const Located &node, bool on)
+OResult Features::writeSwitch(const Located &node, const SwitchNode &wanted, bool on)
 {
     if (node.info.type == ORVALIS_NODE_BOOLEAN)
         return nodes_.setBoolean(node.name, on);
-    return nodes_.setEnumeration(node.name, on ? kOn : kOff);
+    bool isOn = !on;
+    OResult result = readSwitch(node, wanted, isOn);
+    EnumerationValue value;
+    if (result == ORVALIS_OK)
+        result = nodes_.getEnumeration(node.name, value);
+    if (result != ORVALIS_OK || isOn == on)
+        return result;
+    std::string target = on ? "" : wanted.off;
+    for (const auto &entry : value.entries)
+        if (on && entry.name != wanted.off && (target.empty() || entry.name == wanted.on))
+            target = entry.name;
+    result = nodes_.setEnumeration(node.name, target);
+    return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;
 }
 
-/// Returns what `own` does with the node that switches the feature; where a camera has none, and
-/// the row names a source in its place, what `source` does, with the source's selectors turned.
-template <class Own, class Source>
-OResult Features::withSwitch(Switch which, Own own, Source source)
+/// Finds the switch's node and returns what `body` does with it.
+template <class Body> OResult Features::withSwitch(Switch which, Body body)
 {
-    const std::lock_guard lock(mutex_);
-    const SwitchRow &wanted = row(which);
-    Located node;
-    OResult result = locateAny(wanted.nodes, node);
-    if (result != ORVALIS_ERROR_NOT_SUPPORTED || !wanted.source)
-        return result == ORVALIS_OK ? own(node) : result;
-    Selection selection(nodes_);
-    result = selection.select(wanted.selecting);
-    return result == ORVALIS_OK ? source(wanted) : result;
+    const NodeAccess access(nodes_, mutex_);
+    Selection selection(nodes_, &strobeLine_);
+    for (const SwitchNode &node : row(which).nodes) {
+        Located found;
+        const OResult result =
+            node.name ? locateSwitch(node, selection, found) : ORVALIS_ERROR_NOT_SUPPORTED;
+        if (result != ORVALIS_ERROR_NOT_SUPPORTED)
+            return result == ORVALIS_OK ? body(node, found) : result;
+    }
+    return ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
 OResult Features::get(Switch which, bool &on)
 {
-    const auto own = [&](const Located &node) { return readSwitch(node, on); };
-    return withSwitch(which, own, [&](const SwitchRow &wanted) {
-        Located node;
-        node.name = wanted.source;
-        const OResult result = inspect(wanted.source, node.info);
-        return result == ORVALIS_OK ? own(node) : result;
+    if (which == Switch::TriggerEnable)
+        return getTrigger(on);
+    return withSwitch(which, [&](const SwitchNode &wanted, const Located &node) {
+        return readSwitch(node, wanted, on);
     });
 }
 
 OResult Features::set(Switch which, bool on)
 {
-    return withSwitch(
-        which, [&](const Located &node) { return writeSwitch(node, on); },
-        [&](const SwitchRow &wanted) { return writeSource(wanted, on); });
-}
-
-/// An output without a switch of its own is off while nothing drives it.
-OResult Features::writeSource(const SwitchRow &wanted, bool on)
-{
-    EnumerationValue value;
-    const OResult result = nodes_.getEnumeration(wanted.source, value);
-    if (result != ORVALIS_OK)
-        return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;
-    if ((presentName(value) != kOff) == on)
-        return ORVALIS_OK;
-    std::string target = on ? "" : kOff;
-    for (const auto &entry : value.entries) {
-        if (on && entry.name != kOff && (target.empty() || entry.name == wanted.sourceOn))
-            target = entry.name;
-    }
-    const OResult written = nodes_.setEnumeration(wanted.source, target);
-    return written == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : written;
-}
-
-OResult Features::fireSoftwareTrigger(bool streaming)
-{
-    const std::lock_guard lock(mutex_);
-    NodeInfo info;
-    const OResult result = nodes_.info("TriggerSoftware", info);
-    if (result == ORVALIS_ERROR_NOT_FOUND ||
-        (result == ORVALIS_OK && info.access == ORVALIS_ACCESS_NOT_IMPLEMENTED))
-        return ORVALIS_ERROR_NOT_SUPPORTED;
-    if (result != ORVALIS_OK)
-        return result;
-    // Some cameras keep a trigger in mind that came while they did not wait for one.
-    const std::string source = currentEntry(nodes_, "TriggerSource");
-    if (!streaming || currentEntry(nodes_, "TriggerMode") == kOff ||
-        (!source.empty() && source != "Software"))
-        return ORVALIS_OK;
-    const OResult fired = nodes_.execute("TriggerSoftware");
-    return fired == ORVALIS_ERROR_ACCESS_DENIED ? ORVALIS_OK : fired; // not set up for it
+    if (which == Switch::TriggerEnable)
+        return setTrigger(on);
+    return withSwitch(which, [&](const SwitchNode &wanted, const Located &node) {
+        return writeSwitch(node, wanted, on);
+    });
 }
 
 OResult Features::loadDefaults()
 {
-    const std::lock_guard lock(mutex_);
-    EnumerationValue sets;
+    const NodeAccess access(nodes_, mutex_);
     NodeInfo info;
     OResult result = inspect("UserSetSelector", info);
     if (result == ORVALIS_OK)
         result = inspect("UserSetLoad", info);
-    if (result == ORVALIS_OK)
-        result = nodes_.getEnumeration("UserSetSelector", sets);
     if (result != ORVALIS_OK)
         return result;
-    const std::string before = presentName(sets);
-    result = nodes_.setEnumeration("UserSetSelector", "Default");
+    Selection selection(nodes_, &strobeLine_);
+    result = selection.turn("UserSetSelector", "Default");
     if (result == ORVALIS_ERROR_NOT_FOUND)
-        result = nodes_.setEnumeration("UserSetSelector", "Factory");
+        result = selection.turn("UserSetSelector", "Factory");
     if (result != ORVALIS_OK)
         return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;
-    result = nodes_.execute("UserSetLoad");
-    if (!before.empty())
-        nodes_.setEnumeration("UserSetSelector", before);
-    return result;
+    return nodes_.execute("UserSetLoad");
 }
 
 OResult Features::presentFormat(PresentFormat &present)
 {
-    const std::lock_guard lock(mutex_);
+    const NodeAccess access(nodes_, mutex_);
     EnumerationValue value;
     if (const OResult result = nodes_.getEnumeration("PixelFormat", value); result != ORVALIS_OK)
         return result;

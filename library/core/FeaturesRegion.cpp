@@ -13,11 +13,15 @@ namespace {
 struct Axis {
     const char *offset;
     const char *size;
-    const char *wholes[2]; ///< the extent that regions lie in
+    const char *whole;      ///< the extent that regions lie in
+    const char *sensor;     ///< without it: the pixels of the sensor,
+    const char *reduced[2]; ///< divided by what makes one out of several
 };
 
-constexpr Axis kHorizontal{"OffsetX", "Width", {"WidthMax", "SensorWidth"}};
-constexpr Axis kVertical{"OffsetY", "Height", {"HeightMax", "SensorHeight"}};
+constexpr Axis kHorizontal{
+    "OffsetX", "Width", "WidthMax", "SensorWidth", {"BinningHorizontal", "DecimationHorizontal"}};
+constexpr Axis kVertical{
+    "OffsetY", "Height", "HeightMax", "SensorHeight", {"BinningVertical", "DecimationVertical"}};
 
 struct Span {
     std::int64_t offset = 0;
@@ -47,6 +51,22 @@ bool isWritable(NodeMap &nodes, const char *name)
     return nodes.info(name, info) == ORVALIS_OK && info.access == ORVALIS_ACCESS_READ_WRITE;
 }
 
+/// The extent that regions lie in at present; 0 where the camera does not name it.
+std::int64_t readWhole(NodeMap &nodes, const Axis &axis)
+{
+    IntegerValue whole;
+    if (nodes.getInteger(axis.whole, whole) == ORVALIS_OK && whole.value > 0)
+        return whole.value;
+    if (nodes.getInteger(axis.sensor, whole) != ORVALIS_OK)
+        return 0;
+    for (const char *name : axis.reduced) {
+        IntegerValue factor;
+        if (nodes.getInteger(name, factor) == ORVALIS_OK && factor.value > 1)
+            whole.value /= factor.value;
+    }
+    return whole.value;
+}
+
 OResult readSpan(NodeMap &nodes, const Axis &axis, Span &span)
 {
     IntegerValue size;
@@ -57,14 +77,8 @@ OResult readSpan(NodeMap &nodes, const Axis &axis, Span &span)
     if (result == ORVALIS_ERROR_CONNECTION_LOST)
         return result; // any other failure: a camera whose regions begin at 0
     span = {offset.value, size.value, 0};
-    IntegerValue whole;
-    for (const char *name : axis.wholes) {
-        if (nodes.getInteger(name, whole) == ORVALIS_OK && whole.value > 0) {
-            span.whole = whole.value;
-            return ORVALIS_OK;
-        }
-    }
-    span.whole = std::max(size.maximum, span.offset + span.size);
+    const std::int64_t whole = readWhole(nodes, axis);
+    span.whole = whole > 0 ? whole : std::max(size.maximum, span.offset + span.size);
     return ORVALIS_OK;
 }
 
@@ -124,7 +138,7 @@ OResult readSpans(NodeMap &nodes, Span &x, Span &y)
 
 OResult Features::getRegion(OSizeInfo &size)
 {
-    const std::lock_guard lock(mutex_);
+    const NodeAccess access(nodes_, mutex_);
     Span x;
     Span y;
     const OResult result = readSpans(nodes_, x, y);
@@ -137,7 +151,7 @@ OResult Features::getRegion(OSizeInfo &size)
 
 OResult Features::setRegion(const OSizeInfo &size)
 {
-    const std::lock_guard lock(mutex_);
+    const NodeAccess access(nodes_, mutex_);
     Span x;
     Span y;
     OResult result = readSpans(nodes_, x, y);

@@ -54,13 +54,14 @@ bool fillPlanes(Frame &frame, bool bayerConversion)
     const ImageView view{&format, frame.record.raw, frame.record.rawSize, frame.record.width,
                          frame.record.height};
     const std::size_t pixels = std::size_t{view.width} * view.height;
-    std::uint8_t *gray = format.depth > 8 ? frame.mono8.reserve(pixels) : nullptr;
+    const bool deepGray = format.depth > 8 && !format.hasDirectColor();
+    std::uint8_t *gray = deepGray ? frame.mono8.reserve(pixels) : nullptr;
     if (format.hasDirectColor() || (format.isBayer() && bayerConversion)) {
         frame.record.rgb = frame.rgb.reserve(pixels * 3);
         if (!toRgb8(view, frame.record.rgb, gray)) // the gray plane serves as scratch first
             return false;
     }
-    if (gray && !format.hasDirectColor()) {
+    if (gray) {
         frame.record.mono8 = gray;
         return toGray8(view, gray);
     }

@@ -29,12 +29,16 @@ OResult unpack(const GrabbedImage &image, std::size_t maxPixels, Unpacked &out)
     out.view = {image.format, image.data, image.size, image.width, image.height};
     if (!isPacked(*image.format))
         return ORVALIS_OK;
-    auto *words = reinterpret_cast<std::uint16_t *>(out.words.reserve(pixels * 2));
+    const PixelFormat *unpacked = unpackedFormat(*image.format);
+    if (!unpacked)
+        return ORVALIS_ERROR_NOT_SUPPORTED;
+    const std::size_t size = imageBytes(*unpacked, image.width, image.height);
+    auto *words = reinterpret_cast<std::uint16_t *>(out.words.reserve(size));
     if (!unpackToWords(out.view, words))
         return ORVALIS_ERROR_NOT_SUPPORTED;
-    out.view.format = unpackedFormat(*image.format);
+    out.view.format = unpacked;
     out.view.data = reinterpret_cast<const std::uint8_t *>(words);
-    out.view.size = pixels * 2;
+    out.view.size = size;
     return ORVALIS_OK;
 }
 
@@ -47,12 +51,19 @@ void setSizes(OImageFrame &frame, const ImageView &view, unsigned bitsPerPixel)
         static_cast<std::uint32_t>(std::size_t{view.width} * view.height * (bitsPerPixel / 8));
 }
 
-/// Bits a pixel that a raw grab writes as they are; 0 where it writes brightness instead.
-unsigned plainBits(const PixelFormat &format)
+/// Bits of a pixel that a raw grab writes: its caller takes formats of 12 bits as words.
+unsigned rawBits(const PixelFormat &format) { return format.depth == 12 ? 16 : 8; }
+
+/// Writes samples as they are where a pixel is one of that size, else brightness.
+bool writeRaw(const ImageView &view, std::uint8_t *out)
 {
-    if (format.bitsPerPixel == 8)
-        return 8;
-    return format.depth == 12 && format.bitsPerPixel == 16 ? 16 : 0;
+    const unsigned bits = rawBits(*view.format);
+    if (view.format->bitsPerPixel == bits) {
+        std::memcpy(out, view.data, std::size_t{view.width} * view.height * (bits / 8));
+        return true;
+    }
+    return bits == 8 ? toBrightness8(view, out)
+                     : toBrightnessWords(view, reinterpret_cast<std::uint16_t *>(out));
 }
 
 } // namespace
@@ -64,8 +75,9 @@ OResult writeGrabbedRgb(const GrabbedImage &image, std::size_t maxPixels, OImage
         return result;
     const ImageView &view = unpacked.view;
     Buffer scratch;
+    const bool deepGray = view.format->depth > 8 && !view.format->hasDirectColor();
     std::uint8_t *gray =
-        view.format->depth > 8 ? scratch.reserve(std::size_t{view.width} * view.height) : nullptr;
+        deepGray ? scratch.reserve(std::size_t{view.width} * view.height) : nullptr;
     if (!toRgb8(view, frame.rgb, gray))
         return ORVALIS_ERROR_NOT_SUPPORTED;
     setSizes(frame, view, 24);
@@ -78,12 +90,9 @@ OResult writeGrabbedRaw(const GrabbedImage &image, std::size_t maxPixels, OImage
     if (const OResult result = unpack(image, maxPixels, unpacked); result != ORVALIS_OK)
         return result;
     const ImageView &view = unpacked.view;
-    const unsigned bits = plainBits(*view.format);
-    if (bits != 0)
-        std::memcpy(frame.raw, view.data, std::size_t{view.width} * view.height * (bits / 8));
-    else if (!toBrightness8(view, frame.raw))
+    if (!writeRaw(view, frame.raw))
         return ORVALIS_ERROR_NOT_SUPPORTED;
-    setSizes(frame, view, bits != 0 ? bits : 8);
+    setSizes(frame, view, rawBits(*view.format));
     return ORVALIS_OK;
 }
 

@@ -2,6 +2,8 @@
 // What the library is made of between OrvalisInit() and OrvalisUninit(), and the open cameras.
 #include "library/core/Library.h"
 
+#include "library/core/Background.h"
+
 #include <cstdlib>
 
 namespace orvalis {
@@ -9,9 +11,6 @@ namespace orvalis {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// OrvalisCloseCamera() returns within a second; stopping the stream is part of that.
-constexpr auto kClosePatience = 900ms;
 
 constexpr const char *kBackendsVariable = "ORVALIS_BACKENDS";
 constexpr const char *kUsualBackends = "simulated,genicam";
@@ -36,10 +35,22 @@ Library &Library::instance()
     return library;
 }
 
+/// The threads of the background outlive the library.
+Library::Library() { Background::instance(); }
+
 Library::~Library()
 {
-    for (const auto &camera : registry_.all())
-        camera->acquisition().close();
+    stopAll([](Acquisition &acquisition) { acquisition.beginClose(); }, Clock::now());
+}
+
+/// Calls `begin` for the streams of all cameras before it waits for the first one.
+template <typename Begin> void Library::stopAll(Begin begin, Clock::time_point limit)
+{
+    const auto cameras = registry_.all();
+    for (const auto &camera : cameras)
+        begin(camera->acquisition());
+    for (const auto &camera : cameras)
+        camera->acquisition().waitUntilStopped(limit);
 }
 
 OResult Library::init()
@@ -87,11 +98,10 @@ OResult Library::uninit()
             return ORVALIS_OK;
         ended = std::move(session_);
     }
-    for (const auto &camera : registry_.all()) {
-        camera->acquisition().endSession(ended->number);
-        const Acquisition::WriteScope endsGrabs(camera->acquisition());
-    }
-    ended->discovery.stop();
+    const Clock::time_point limit = Clock::now() + Acquisition::kPatience;
+    ended->discovery.beginStop();
+    stopAll([&](Acquisition &acquisition) { acquisition.endSession(ended->number); }, limit);
+    ended->discovery.waitUntilStopped(limit);
     return ORVALIS_OK;
 }
 
@@ -133,7 +143,7 @@ OResult Library::open(const std::string &id, OCameraHandle &handle)
         return result;
     if (!device)
         return ORVALIS_ERROR_DEVICE;
-    const OCameraHandle added = registry_.add(Camera::create(std::move(device), now->bus, reaper_));
+    const OCameraHandle added = registry_.add(Camera::create(std::move(device), now->bus));
     if (!added)
         return ORVALIS_ERROR_OUT_OF_MEMORY;
     handle = added;
@@ -158,18 +168,20 @@ OResult Library::stop(OCameraHandle handle)
 
 OResult Library::close(OCameraHandle handle)
 {
-    const Clock::time_point deadline = Clock::now() + kClosePatience;
     std::shared_ptr<Camera> camera = registry_.remove(handle);
     if (!camera)
         return ORVALIS_ERROR_BAD_HANDLE;
-    camera->acquisition().close();
-    const std::shared_ptr<Gate> gone = camera->gone();
-    const bool insideCallback = camera->acquisition().onDeliveryThread();
+    Acquisition &acquisition = camera->acquisition();
+    acquisition.beginClose();
+    const Clock::time_point limit =
+        acquisition.waitUntilStopped(Clock::now() + Acquisition::kPatience);
+    const std::shared_future<void> gone = camera->gone();
+    const bool insideCallback = acquisition.onDeliveryThread();
     camera.reset();
     // So that the camera can be opened again, here or elsewhere, when this returns. Inside the
     // callback it has to outlive the call.
     if (!insideCallback)
-        gone->waitUntil(deadline);
+        gone.wait_until(limit);
     return ORVALIS_OK;
 }
 

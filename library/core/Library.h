@@ -3,7 +3,6 @@
 #pragma once
 
 #include "library/core/Discovery.h"
-#include "library/core/Reaper.h"
 #include "library/core/Registry.h"
 
 #include <cstdint>
@@ -52,10 +51,11 @@ public:
 private:
     struct Session;
 
-    Library() = default;
+    Library();
     std::shared_ptr<Session> session() const;
     std::shared_ptr<Bus> busFor(const std::string &backends);
     OResult begin(const std::function<std::shared_ptr<Bus>()> &makeBus);
+    template <typename Begin> void stopAll(Begin begin, Clock::time_point limit);
 
     mutable std::mutex mutex_;   // guards the five below
     int users_ = 0;              // init() without uninit()
@@ -64,7 +64,6 @@ private:
     std::weak_ptr<Bus> bus_; // the last one from the environment; open cameras keep it alive
     std::string busBackends_;
 
-    Reaper reaper_; // outlives all cameras
     Registry registry_;
 };
 

@@ -5,6 +5,7 @@
 #include "sdk/OrvalisAPI.h"
 
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,6 +39,16 @@ struct FloatValue {
     double increment = 0;
 };
 
+/// The same numbers as floats, exact up to 53 bits.
+inline FloatValue asFloat(const IntegerValue &value)
+{
+    return {static_cast<double>(value.value), static_cast<double>(value.minimum),
+            static_cast<double>(value.maximum), static_cast<double>(value.increment)};
+}
+
+/// A part of what can be known of a number. What is not asked for costs the camera no answer.
+enum class NumberPart { Value, Bounds };
+
 /// Entries that an enumeration offers at present. `current` is an index into `entries`, or -1.
 struct EnumerationValue {
     /// One entry. The value is what stands in the camera's register.
@@ -49,6 +60,24 @@ struct EnumerationValue {
     int current = -1;
 };
 
+/// The name of the present entry; empty if it is unknown.
+inline std::string_view nameOf(const EnumerationValue &value)
+{
+    const bool known =
+        value.current >= 0 && static_cast<std::size_t>(value.current) < value.entries.size();
+    return known ? std::string_view(value.entries[static_cast<std::size_t>(value.current)].name)
+                 : std::string_view();
+}
+
+/// The names of all entries.
+inline std::vector<std::string> namesOf(const EnumerationValue &value)
+{
+    std::vector<std::string> names;
+    for (const EnumerationValue::Entry &entry : value.entries)
+        names.push_back(entry.name);
+    return names;
+}
+
 /// The feature nodes of one camera. Every function may be called from any thread at any time; each
 /// one is complete in itself. Results: ORVALIS_OK, ORVALIS_ERROR_NOT_FOUND (no node of that name),
 /// ORVALIS_ERROR_WRONG_TYPE, ORVALIS_ERROR_ACCESS_DENIED, ORVALIS_ERROR_OUT_OF_RANGE,
@@ -56,6 +85,11 @@ struct EnumerationValue {
 class NodeMap {
 public:
     virtual ~NodeMap() = default;
+
+    /// What follows belongs together: see NodeAccess.
+    virtual void beginAccess() {}
+    /// The end of what belongs together.
+    virtual void endAccess() {}
 
     /// Names below a category, in the camera's order; empty for a node that is no category.
     virtual OResult list(std::string_view category, std::vector<std::string> &children) = 0;
@@ -70,12 +104,50 @@ public:
     virtual OResult getFloat(std::string_view name, FloatValue &value) = 0;
     /// Refuses values out of bounds and NaN.
     virtual OResult setFloat(std::string_view name, double value) = 0;
+    /// Value and bounds that the camera keeps for a number of any type which is there, but not
+    /// available at present. ORVALIS_ERROR_ACCESS_DENIED where nothing is known of it.
+    virtual OResult peekNumber(std::string_view name, FloatValue &value)
+    {
+        static_cast<void>(name);
+        static_cast<void>(value);
+        return ORVALIS_ERROR_ACCESS_DENIED;
+    }
+    /// Value or bounds of a number of any type; the rest of `value` has no meaning then.
+    virtual OResult getPart(std::string_view name, NumberPart part, FloatValue &value)
+    {
+        static_cast<void>(part);
+        IntegerValue whole;
+        const OResult result = getInteger(name, whole);
+        if (result == ORVALIS_ERROR_WRONG_TYPE)
+            return getFloat(name, value);
+        if (result == ORVALIS_OK)
+            value = asFloat(whole);
+        return result;
+    }
     /// Boolean nodes only, here and below.
     virtual OResult getBoolean(std::string_view name, bool &value) = 0;
     /// Switches on or off.
     virtual OResult setBoolean(std::string_view name, bool value) = 0;
     /// Enumerations only, here and below.
     virtual OResult getEnumeration(std::string_view name, EnumerationValue &value) = 0;
+    /// The names of the entries alone.
+    virtual OResult getEntries(std::string_view name, std::vector<std::string> &entries)
+    {
+        EnumerationValue value;
+        const OResult result = getEnumeration(name, value);
+        if (result == ORVALIS_OK)
+            entries = namesOf(value);
+        return result;
+    }
+    /// The name of the present entry alone; empty if it is unknown or not offered.
+    virtual OResult getEntry(std::string_view name, std::string &entry)
+    {
+        EnumerationValue value;
+        const OResult result = getEnumeration(name, value);
+        if (result == ORVALIS_OK)
+            entry = nameOf(value);
+        return result;
+    }
     /// An entry that is not offered at present is ORVALIS_ERROR_NOT_FOUND.
     virtual OResult setEnumeration(std::string_view name, std::string_view entry) = 0;
     /// String nodes only; the text forms of other types are made in `Camera`.
@@ -84,6 +156,24 @@ public:
     virtual OResult setText(std::string_view name, std::string_view value) = 0;
     /// Commands only.
     virtual OResult execute(std::string_view name) = 0;
+};
+
+/// One access to a camera's nodes, to which several calls may belong: selectors, node, automatic
+/// mode. Holds the camera's node lock. What was read once is not asked for again until the end, or
+/// until something is written.
+class NodeAccess {
+public:
+    NodeAccess(NodeMap &nodes, std::mutex &mutex) : lock_(mutex), nodes_(nodes)
+    {
+        nodes_.beginAccess();
+    }
+    ~NodeAccess() { nodes_.endAccess(); }
+    NodeAccess(const NodeAccess &) = delete;
+    NodeAccess &operator=(const NodeAccess &) = delete;
+
+private:
+    const std::lock_guard<std::mutex> lock_;
+    NodeMap &nodes_;
 };
 
 } // namespace orvalis

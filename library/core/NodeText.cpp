@@ -63,18 +63,6 @@ OResult readBoolean(NodeMap &nodes, std::string_view name, std::string &text)
     return result;
 }
 
-OResult readEnumeration(NodeMap &nodes, std::string_view name, std::string &text)
-{
-    EnumerationValue value;
-    const OResult result = nodes.getEnumeration(name, value);
-    if (result != ORVALIS_OK)
-        return result;
-    const bool known =
-        value.current >= 0 && static_cast<std::size_t>(value.current) < value.entries.size();
-    text = known ? value.entries[static_cast<std::size_t>(value.current)].name : std::string();
-    return ORVALIS_OK;
-}
-
 OResult writeInteger(NodeMap &nodes, std::string_view name, std::string_view text)
 {
     std::int64_t value = 0;
@@ -113,7 +101,7 @@ OResult readAsText(NodeMap &nodes, std::string_view name, std::string &text)
     case ORVALIS_NODE_STRING:
         return nodes.getText(name, text);
     case ORVALIS_NODE_ENUMERATION:
-        return readEnumeration(nodes, name, text);
+        return nodes.getEntry(name, text);
     case ORVALIS_NODE_INTEGER:
         return readInteger(nodes, name, text);
     case ORVALIS_NODE_FLOAT:

@@ -23,6 +23,32 @@ template <class Target> Target cutTo(double value)
     return static_cast<Target>(value);
 }
 
+using Int32 = std::numeric_limits<std::int32_t>;
+using Int64 = std::numeric_limits<std::int64_t>;
+using Uint32 = std::numeric_limits<std::uint32_t>;
+
+/// True for a node whose numbers are unsigned and need the 32nd bit, such as an address.
+bool isUnsigned32(const IntegerValue &node)
+{
+    return node.minimum >= 0 && node.maximum > Int32::max() && node.maximum <= Uint32::max();
+}
+
+bool fitsInt32(std::int64_t value) { return value >= Int32::min() && value <= Int32::max(); }
+
+/// True for a node whose numbers fit in 32 bits with a sign. Many nodes have no bounds at all in
+/// their camera's description; of these the present value decides.
+bool isSigned32(const IntegerValue &node)
+{
+    const bool unbounded = node.minimum == Int64::min() && node.maximum == Int64::max();
+    return unbounded ? fitsInt32(node.value) : fitsInt32(node.minimum) && fitsInt32(node.maximum);
+}
+
+std::int32_t patternOf(std::int64_t value)
+{
+    const std::int64_t nearest = std::clamp<std::int64_t>(value, 0, Uint32::max());
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(nearest));
+}
+
 } // namespace
 
 void copyText(char *out, std::size_t capacity, std::string_view text)
@@ -37,8 +63,15 @@ std::uint32_t toUint32(double value) { return cutTo<std::uint32_t>(value); }
 
 std::int32_t toInt32(std::int64_t value)
 {
-    using Limits = std::numeric_limits<std::int32_t>;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Int32::min(), Int32::max()));
+}
+
+OResult fromInt32(std::int32_t bits, const IntegerValue &present, std::int64_t &number)
+{
+    if (!isUnsigned32(present) && !isSigned32(present))
+        return ORVALIS_ERROR_ACCESS_DENIED;
+    number = isUnsigned32(present) ? std::int64_t{static_cast<std::uint32_t>(bits)} : bits;
+    return ORVALIS_OK;
 }
 
 void fillRecord(const std::vector<std::string> &names, ONodeList &list)
@@ -66,6 +99,12 @@ void fillRecord(const IntegerValue &value, OIntNode &record)
 {
     record = {toInt32(value.value), toInt32(value.minimum), toInt32(value.maximum),
               std::max(1, toInt32(value.increment))};
+    if (isUnsigned32(value)) {
+        // Every pattern may stand for a number; the camera refuses those beyond its real bounds.
+        record.value = patternOf(value.value);
+        record.minimum = Int32::min();
+        record.maximum = Int32::max();
+    }
 }
 
 void fillRecord(const FloatValue &value, OFloatNode &record)

@@ -23,6 +23,12 @@ std::int32_t toInt32(double value);
 std::int32_t toInt32(std::int64_t value);
 std::uint32_t toUint32(double value);
 
+/// The number that a caller means with the 32 bits that it gives for an integer node, which is as
+/// `present` says: of a node of unsigned 32-bit numbers they are the bit pattern.
+/// ORVALIS_ERROR_ACCESS_DENIED for a node that needs more bits: what was read of it may be cut, and
+/// must not be written back.
+OResult fromInt32(std::int32_t bits, const IntegerValue &present, std::int64_t &number);
+
 /// Fill the whole record; `count` of lists is taken as their capacity.
 void fillRecord(const std::vector<std::string> &names, ONodeList &list);
 void fillRecord(const NodeInfo &info, ONodeInfo &record);

@@ -9,6 +9,9 @@
 namespace orvalis {
 namespace {
 
+/// Of a USB3 Vision camera, by the control protocol's standard (GenCP): its version.
+constexpr std::uint32_t anyRegister = 0x0000;
+
 /// Runs on Aravis' heartbeat thread.
 void onControlLost(ArvDevice *, gpointer link)
 {
@@ -17,7 +20,7 @@ void onControlLost(ArvDevice *, gpointer link)
 
 } // namespace
 
-CameraLink::CameraLink(ArvDevice *device) : device_(device)
+CameraLink::CameraLink(ArvDevice *device) : presence_(device), device_(device)
 {
     arv_device_set_range_check_policy(device, ARV_RANGE_CHECK_POLICY_ENABLE);
     arv_device_set_access_check_policy(device, ARV_ACCESS_CHECK_POLICY_ENABLE);
@@ -37,6 +40,14 @@ CameraLink::Turn CameraLink::turn()
     return Turn(this);
 }
 
+CameraLink::Turn CameraLink::turnUnlessGone()
+{
+    if (const char *proof = lost_ ? nullptr : presence_.whyGone()) {
+        markLost(proof);
+    }
+    return turn();
+}
+
 CameraLink::Turn::~Turn()
 {
     if (link_ != nullptr) {
@@ -53,10 +64,23 @@ void CameraLink::giveBack()
 
 OResult CameraLink::resultOf(const Failure &failure)
 {
-    if (failure.meansLost()) {
+    if (failure.isSilence() && (failure.meansLost() || !answers())) {
         markLost(failure.text());
+        return ORVALIS_ERROR_CONNECTION_LOST;
     }
     return failure.result();
+}
+
+/// The camera's second chance after a call that was not answered.
+bool CameraLink::answers()
+{
+    if (lost_ || presence_.isKnown()) {
+        return !lost_ && presence_.answers();
+    }
+    Failure failure;
+    guint32 version = 0;
+    arv_device_read_register(device(), anyRegister, &version, failure.slot());
+    return !failure.isSilence();
 }
 
 void CameraLink::markLost(const char *reason)

@@ -1,174 +1,77 @@
 // SPDX-License-Identifier: MIT
-// Which real cameras are there, and what it takes to open one.
+// Which real cameras are there.
 #include "library/genicam/Discovery.h"
 
-#include "library/genicam/GigePresence.h"
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include "library/genicam/GigeDiscovery.h"
+#include "library/genicam/UsbCameras.h"
 
 #include <algorithm>
-#include <cctype>
 #include <mutex>
-#include <set>
 
 namespace orvalis {
 namespace {
 
-constexpr std::size_t longestName = ORVALIS_NAME_SIZE - 1;
+using namespace std::chrono_literals;
 
-/// IDs become parts of file names: letters, digits and what is harmless.
-std::string sanitized(std::string text)
-{
-    for (char &c : text) {
-        const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 && (c & 0x80) == 0;
-        if (!plain && c != '-' && c != '.' && c != '_') {
-            c = '_';
-        }
-    }
-    return text;
-}
+/// What GigE Vision gives a camera to answer.
+constexpr auto gigePatience = 1s;
 
-std::string joined(std::initializer_list<std::string> parts)
-{
-    std::string text;
-    for (const std::string &part : parts) {
-        if (!part.empty()) {
-            text += (text.empty() ? "" : "-") + part;
-        }
-    }
-    return text;
-}
-
-/// The serial number tells cameras apart, so it stays; vendor and model are for people.
-std::string idOf(const CameraRecord &camera)
-{
-    const std::string serial =
-        camera.serialNumber.empty() ? camera.physicalId : camera.serialNumber;
-    std::string id = joined({camera.vendor, camera.model, serial});
-    if (id.size() > longestName) {
-        id = joined({camera.model, serial});
-    }
-    if (id.size() > longestName) {
-        id = id.substr(id.size() - longestName);
-    }
-    return sanitized(id);
-}
-
-std::string displayNameOf(const CameraRecord &camera)
-{
-    const std::string serial =
-        camera.serialNumber.empty() ? camera.physicalId : camera.serialNumber;
-    std::string name = camera.vendor;
-    name += (name.empty() ? "" : " ") + camera.model;
-    const std::string tail = " (" + serial + ")";
-    const std::size_t room = tail.size() < longestName ? longestName - tail.size() : 0;
-    return (name.substr(0, room) + tail).substr(0, longestName);
-}
-
-/// A bare "-2" would go to whichever camera answers second, so the place on the bus is used.
-std::string distinguished(const std::string &id, const CameraRecord &camera)
-{
-    const std::string mark =
-        sanitized("-" + (camera.address.empty() ? camera.physicalId : camera.address));
-    return mark.size() < longestName ? id.substr(0, longestName - mark.size()) + mark : id;
-}
-
-CameraRecord recordOf(unsigned index)
+/// Aravis keeps the interface of a GigE Vision camera to itself, so these are not looked for by it.
+CameraRecord gigeRecord(const GigeAnnouncement &seen,
+                        const std::vector<InterfaceAddress> &interfaces)
 {
     CameraRecord camera;
-    camera.aravisId = textOf(arv_get_device_id(index));
-    camera.protocol = textOf(arv_get_device_protocol(index));
-    camera.address = textOf(arv_get_device_address(index));
-    camera.physicalId = textOf(arv_get_device_physical_id(index));
-    camera.vendor = textOf(arv_get_device_vendor(index));
-    camera.model = textOf(arv_get_device_model(index));
-    camera.serialNumber = textOf(arv_get_device_serial_nbr(index));
+    camera.protocol = "GigEVision";
+    camera.address = dotted(seen.address);
+    camera.physicalId = seen.hardwareAddress;
+    camera.vendor = seen.vendor;
+    camera.model = seen.model;
+    camera.serialNumber = seen.serialNumber;
+    camera.userName = seen.userName;
+    camera.interfaceIndex = seen.interfaceIndex;
+    camera.route = routeTo(seen.address, seen.interfaceIndex, interfaces);
     return camera;
 }
 
-/// Address of the local interface that packets to `remote` leave through; empty if there is none.
-std::string localAddressTowards(const std::string &remote)
+void addUsbCameras(std::vector<CameraRecord> &cameras)
 {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(3956); // GigE Vision control; nothing is sent
-    socklen_t length = sizeof address;
-    char text[INET_ADDRSTRLEN] = "";
-    const int probe = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (probe >= 0 && inet_pton(AF_INET, remote.c_str(), &address.sin_addr) == 1 &&
-        connect(probe, reinterpret_cast<sockaddr *>(&address), length) == 0 &&
-        getsockname(probe, reinterpret_cast<sockaddr *>(&address), &length) == 0) {
-        inet_ntop(AF_INET, &address.sin_addr, text, sizeof text);
+#if ARAVIS_HAS_USB
+    // Aravis keeps one list for the whole program.
+    static std::mutex listMutex;
+    const std::lock_guard lock(listMutex);
+    ArvInterface *bus = arv_uv_interface_get_instance();
+    arv_interface_update_device_list(bus);
+    const std::vector<UsbCamera> plugged = pluggedUsbCameras();
+    for (unsigned i = 0; i < arv_interface_get_n_devices(bus); ++i) {
+        CameraRecord camera;
+        camera.protocol = textOf(arv_interface_get_device_protocol(bus, i));
+        camera.physicalId = textOf(arv_interface_get_device_physical_id(bus, i));
+        camera.vendor = textOf(arv_interface_get_device_vendor(bus, i));
+        camera.model = textOf(arv_interface_get_device_model(bus, i));
+        camera.serialNumber = textOf(arv_interface_get_device_serial_nbr(bus, i));
+        if (const UsbCamera *found = usbCameraOf(camera, plugged)) {
+            camera.userName = userNameOf(*found);
+        }
+        cameras.push_back(std::move(camera));
     }
-    if (probe >= 0) {
-        close(probe);
-    }
-    return text;
-}
-
-GPtr<ArvDevice> openGige(const CameraRecord &camera, Failure &failure)
-{
-    const std::string local = localAddressTowards(camera.address);
-    const GPtr<GInetAddress> interface(g_inet_address_new_from_string(local.c_str()));
-    const GPtr<GInetAddress> remote(g_inet_address_new_from_string(camera.address.c_str()));
-    const char *reason = "no network of this computer leads to its address";
-    if (interface && remote) {
-        reason = GigePresence(interface.get(), remote.get()).whyGone();
-    }
-    if (reason != nullptr) {
-        g_set_error_literal(failure.slot(), ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_NOT_FOUND, reason);
-        return nullptr;
-    }
-    return GPtr<ArvDevice>(arv_gv_device_new(interface.get(), remote.get(), failure.slot()));
+#endif
 }
 
 } // namespace
 
-void nameCameras(std::vector<CameraRecord> &cameras)
-{
-    std::multiset<std::string> ids;
-    for (CameraRecord &camera : cameras) {
-        camera.id = idOf(camera);
-        camera.displayName = displayNameOf(camera);
-        ids.insert(camera.id);
-    }
-    for (CameraRecord &camera : cameras) {
-        if (ids.count(camera.id) > 1) {
-            camera.id = distinguished(camera.id, camera);
-            camera.displayName = (camera.displayName + " " + camera.address).substr(0, longestName);
-        }
-    }
-}
-
 std::vector<CameraRecord> lookForCameras()
 {
-    // Aravis keeps one device list for the whole program.
-    static std::mutex listMutex;
     std::vector<CameraRecord> cameras;
-    {
-        const std::lock_guard lock(listMutex);
-        arv_update_device_list();
-        const unsigned count = arv_get_n_devices();
-        for (unsigned i = 0; i < count; ++i) {
-            cameras.push_back(recordOf(i));
-        }
+    const std::vector<InterfaceAddress> interfaces = localInterfaces();
+    for (const GigeAnnouncement &seen : lookForGigeCameras(interfaces, gigePatience)) {
+        cameras.push_back(gigeRecord(seen, interfaces));
     }
+    addUsbCameras(cameras);
     nameCameras(cameras);
-    reportDiscovery(cameras);
+    std::sort(cameras.begin(), cameras.end(),
+              [](const CameraRecord &a, const CameraRecord &b) { return a.id < b.id; });
+    reportDiscovery(cameras, interfaces);
     return cameras;
-}
-
-GPtr<ArvDevice> openRecordedCamera(const CameraRecord &camera, Failure &failure)
-{
-    // Aravis' own opening by ID waits for discovery, so these go round it.
-    if (camera.isGige()) {
-        return openGige(camera, failure);
-    }
-    return GPtr<ArvDevice>(arv_uv_device_new(camera.vendor.c_str(), camera.model.c_str(),
-                                             camera.serialNumber.c_str(), failure.slot()));
 }
 
 } // namespace orvalis

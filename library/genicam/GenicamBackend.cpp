@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The bus of real cameras: GigE Vision and USB3 Vision, or Aravis' in-process test camera.
-#include "library/core/Debug.h"
-#include "library/genicam/Discovery.h"
+#include "library/genicam/AravisUse.h"
+#include "library/genicam/CameraOpening.h"
 #include "library/genicam/GenicamDevice.h"
 
 #include <algorithm>
@@ -50,18 +50,6 @@ private:
     std::multimap<std::string, std::function<bool()>> cameras_;
 };
 
-OResult refusedToOpen(const CameraRecord &camera, const Failure &failure)
-{
-    debugPrint("%s cannot be opened: %s", camera.id.c_str(), failure.text());
-    const OResult result = failure.result();
-    if (!camera.isGige() && hasForbiddenUsbCamera()) {
-        return ORVALIS_ERROR_ACCESS_DENIED;
-    }
-    return result == ORVALIS_ERROR_CONNECTION_LOST ? ORVALIS_ERROR_NOT_FOUND
-           : result == ORVALIS_OK                  ? ORVALIS_ERROR_DEVICE
-                                                   : result;
-}
-
 class GenicamBackend : public Backend {
 public:
     std::string_view name() const override { return "genicam"; }
@@ -72,7 +60,7 @@ public:
 private:
     bool findRecord(const std::string &id, CameraRecord &camera);
 
-    std::shared_ptr<Background> background_ = Background::instance();
+    const std::shared_ptr<AravisUse> aravis_ = AravisUse::instance();
     std::shared_ptr<OpenCameras> open_ = std::make_shared<OpenCameras>();
     std::mutex mutex_;                          // guards known_
     std::map<std::string, CameraRecord> known_; // all that were ever seen: they may come back
@@ -111,17 +99,9 @@ OResult GenicamBackend::open(const std::string &id, std::unique_ptr<Device> &dev
         return ORVALIS_ERROR_NOT_FOUND;
     }
     open_->waitUntilLeft(id);
-    Failure failure;
-    GPtr<ArvDevice> opened = openRecordedCamera(camera, failure);
-    if (!opened) {
-        return refusedToOpen(camera, failure);
-    }
-    if (ARV_IS_GV_DEVICE(opened.get()) &&
-        !arv_gv_device_is_controller(ARV_GV_DEVICE(opened.get()))) {
-        debugPrint("%s is controlled by another program", id.c_str());
-        // Some cameras do not answer at all to who does not control them: this may take seconds.
-        background_->run([other = std::shared_ptr<ArvDevice>(std::move(opened))] {}, 0ms);
-        return ORVALIS_ERROR_BUSY;
+    GPtr<ArvDevice> opened;
+    if (const OResult result = openRecordedCamera(camera, opened); result != ORVALIS_OK) {
+        return result;
     }
     DeviceIdentity identity = identityOf(opened.get(), id, camera.displayName);
     if (!camera.serialNumber.empty()) {
@@ -146,8 +126,7 @@ private:
     static constexpr const char *id = "Aravis-Fake-1";
     static constexpr const char *displayName = "Aravis Fake (1)";
 
-    std::shared_ptr<Background> background_ = Background::instance();
-    std::shared_ptr<OpenCameras> open_ = std::make_shared<OpenCameras>();
+    const std::shared_ptr<AravisUse> aravis_ = AravisUse::instance();
 };
 
 OResult FakeBackend::open(const std::string &wanted, std::unique_ptr<Device> &device)

@@ -2,15 +2,13 @@
 // One open real camera: opening, leaving, registers, reset.
 #include "library/genicam/GenicamDevice.h"
 
+#include "library/genicam/NodeReach.h"
+#include "library/genicam/StringNode.h"
+
 #include <initializer_list>
 
 namespace orvalis {
 namespace {
-
-using namespace std::chrono_literals;
-
-/// Callers are promised a second.
-constexpr auto farewellPatience = 800ms;
 
 /// Aravis' test cameras have no memory above this, and crash when asked for it.
 constexpr std::uint32_t fakeMemory = ARV_FAKE_CAMERA_MEMORY_SIZE;
@@ -23,13 +21,17 @@ bool isTestCamera(ArvDevice *device, const DeviceIdentity &identity)
 
 std::string firstText(ArvDevice *device, std::initializer_list<const char *> names)
 {
+    NodeReach reach;
     for (const char *name : names) {
-        if (!ARV_IS_GC_STRING(arv_device_get_feature(device, name))) {
+        ArvGcNode *const node = arv_device_get_feature(device, name);
+        if (!ARV_IS_GC_STRING(node)) {
             continue;
         }
         Failure failure;
-        std::string text =
-            textOf(arv_device_get_string_feature_value(device, name, failure.slot()));
+        std::string text;
+        if (reach.isSound(ARV_GC_FEATURE_NODE(node), failure)) {
+            readText(ARV_GC_FEATURE_NODE(node), text, failure);
+        }
         if (!failure && !text.empty()) {
             return text;
         }
@@ -54,46 +56,24 @@ DeviceIdentity identityOf(ArvDevice *device, std::string id, std::string display
 GenicamDevice::GenicamDevice(GPtr<ArvDevice> device, DeviceIdentity identity,
                              std::function<void()> onGone)
     : identity_(std::move(identity)), onGone_(std::move(onGone)),
-      isFake_(isTestCamera(device.get(), identity_))
+      isFake_(isTestCamera(device.get(), identity_)), gige_(device.get()), order_(device.get()),
+      link_(std::make_shared<CameraLink>(device.release())), nodes_(*link_, counters_)
 {
-    core_ = std::make_shared<Core>(std::move(device));
 }
 
 GenicamDevice::~GenicamDevice()
 {
     GenicamDevice::stopStream(); // whoever forgot it must not make the camera stay open for ever
-    const auto patience = isGone(*core_) ? 0ms : farewellPatience;
-    const auto leave = [core = std::move(core_), onGone = std::move(onGone_)] {
-        {
-            // A stream that is on its way out uses the camera until it is gone.
-            std::unique_lock lock(core->mutex);
-            core->ended.wait(lock, [&] { return core->stream == Stream::None; });
-        }
-        core->link.close();
-        onGone();
-    };
-    background_->run(leave, patience);
+    link_->close();
+    onGone_();
 }
 
 std::function<bool()> GenicamDevice::lossProbe() const
 {
-    return [watched = std::weak_ptr<Core>(core_)] {
-        const std::shared_ptr<Core> core = watched.lock();
-        return core && core->link.lost();
+    return [watched = std::weak_ptr<CameraLink>(link_)] {
+        const std::shared_ptr<CameraLink> link = watched.lock();
+        return link && link->lost();
     };
-}
-
-bool GenicamDevice::isGone(Core &core)
-{
-    if (const char *proof = core.link.lost() ? nullptr : core.presence.whyGone()) {
-        core.link.markLost(proof);
-    }
-    return core.link.lost();
-}
-
-CameraLink::Turn GenicamDevice::turnUnlessGone()
-{
-    return isGone(*core_) ? CameraLink::Turn(nullptr) : core_->link.turn();
 }
 
 bool GenicamDevice::servesRegister(std::uint32_t address) const
@@ -103,7 +83,7 @@ bool GenicamDevice::servesRegister(std::uint32_t address) const
 
 template <class Access> OResult GenicamDevice::atRegister(std::uint32_t address, Access access)
 {
-    const CameraLink::Turn turn = core_->link.turn();
+    const CameraLink::Turn turn = link_->turn();
     if (!turn) {
         return ORVALIS_ERROR_CONNECTION_LOST;
     }
@@ -111,8 +91,8 @@ template <class Access> OResult GenicamDevice::atRegister(std::uint32_t address,
         return ORVALIS_ERROR_NOT_FOUND;
     }
     Failure failure;
-    access(core_->link.device(), failure.slot());
-    return core_->link.resultOf(failure);
+    access(link_->device(), failure.slot());
+    return link_->resultOf(failure);
 }
 
 OResult GenicamDevice::readRegister(std::uint32_t address, std::uint32_t &value)
@@ -129,16 +109,17 @@ OResult GenicamDevice::writeRegister(std::uint32_t address, std::uint32_t value)
 {
     return atRegister(address, [&](ArvDevice *device, GError **error) {
         arv_device_write_register(device, address, value, error);
+        nodes_.forgetRegisters();
     });
 }
 
 OResult GenicamDevice::reset()
 {
-    const OResult result = core_->nodes.execute("DeviceReset");
+    const OResult result = nodes_.execute("DeviceReset");
     if (result == ORVALIS_OK || result == ORVALIS_ERROR_CONNECTION_LOST) {
         // Many cameras are gone before they have acknowledged the command.
-        const bool knownBefore = result != ORVALIS_OK && core_->link.lost();
-        core_->link.markLost("it restarts");
+        const bool knownBefore = result != ORVALIS_OK && link_->lost();
+        link_->markLost("it restarts");
         return knownBefore ? result : ORVALIS_OK;
     }
     return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;

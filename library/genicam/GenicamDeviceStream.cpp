@@ -9,102 +9,55 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Callers are promised a second.
-constexpr auto stopPatience = 800ms;
 /// After so long without an image the camera is asked whether it is still there: Aravis itself
 /// takes more than seven seconds to notice.
 constexpr auto silenceLimit = 500ms;
-/// A stream that has brought nothing by then is tried with safer settings.
-constexpr auto firstImageLimit = 900ms;
-/// So is one that has worked, once as many frames have come in a row of which parts were missing.
+/// A stream is tried with safer settings once it has brought no image for so long, but as many
+/// frames in a row of which parts were missing.
+constexpr auto damagedPatience = 900ms;
 constexpr std::uint64_t damagedLimit = 3;
 /// Control channel privilege of a GigE Vision camera: cheap to read, and every camera has it. One
 /// of these bits is set while somebody controls the camera.
 constexpr std::uint32_t privilegeRegister = 0x0A00;
 constexpr guint32 controlPrivileges = 0x3;
-
-bool triggerIsOn(ArvDevice *device)
-{
-    if (!ARV_IS_GC_ENUMERATION(arv_device_get_feature(device, "TriggerMode"))) {
-        return false;
-    }
-    Failure ignored;
-    return textOf(arv_device_get_string_feature_value(device, "TriggerMode", ignored.slot())) ==
-           "On";
-}
+constexpr int chances = 2;
 
 } // namespace
 
-/// One stream at a time: waits until a stream that was stopped before is really gone.
-OResult GenicamDevice::claimStream()
-{
-    std::unique_lock lock(core_->mutex);
-    while (core_->stream == Stream::Ending && !core_->link.lost()) {
-        core_->ended.wait_for(lock, 50ms); // the loss of the camera is not told here
-    }
-    if (core_->link.lost()) {
-        return ORVALIS_ERROR_CONNECTION_LOST;
-    }
-    if (core_->stream != Stream::None) {
-        return ORVALIS_ERROR_BUSY;
-    }
-    core_->stream = Stream::Active;
-    return ORVALIS_OK;
-}
-
-void GenicamDevice::releaseStream(Core &core)
-{
-    const std::lock_guard lock(core.mutex);
-    core.stream = Stream::None;
-    core.ended.notify_all();
-}
-
 OResult GenicamDevice::begin(Session &session, StreamUse use)
 {
-    const CameraLink::Turn turn = turnUnlessGone();
+    const CameraLink::Turn turn = link_->turnUnlessGone();
     if (!turn) {
         return ORVALIS_ERROR_CONNECTION_LOST;
     }
-    core_->gige.apply(core_->link.device());
-    StreamCounters &counters = use == StreamUse::Continuous ? core_->counters : core_->grabCounters;
-    session = std::make_shared<StreamSession>(core_->link, counters);
-    const OResult result = session->start(use);
-    if (result != ORVALIS_OK) {
-        session.reset();
+    gige_.apply(link_->device());
+    StreamCounters &counters = use == StreamUse::Continuous ? counters_ : grabCounters_;
+    auto started = std::make_unique<StreamSession>(*link_, counters, order_);
+    const OResult result = started->start(use);
+    if (result == ORVALIS_OK) {
+        session = std::move(started);
     }
     return result;
 }
 
-/// Stops the camera and takes the stream down, in the background if the camera is slow.
+/// Stops the camera, which takes seconds if it does not answer, and takes the stream down.
 void GenicamDevice::end(Session session)
 {
-    {
-        const std::lock_guard lock(core_->mutex);
-        core_->stream = Stream::Ending;
+    if (const CameraLink::Turn turn = link_->turnUnlessGone()) {
+        session->stopCamera();
     }
-    const auto job = [core = core_, session = std::move(session)] {
-        if (const CameraLink::Turn turn = core->link.turn()) {
-            session->stopCamera();
-        }
-        session->end();
-        releaseStream(*core);
-    };
-    // A camera that is gone does not answer: nothing is worth waiting for.
-    background_->run(job, isGone(*core_) ? 0ms : stopPatience);
+    session->end();
 }
 
 OResult GenicamDevice::startStream()
 {
-    if (const OResult result = claimStream(); result != ORVALIS_OK) {
-        return result;
-    }
-    core_->link.forgetWake();
-    core_->counters.reset();
+    link_->forgetWake();
+    counters_.reset();
     // First of all: buffers are as large as the picture is now, and must not become too small.
-    core_->nodes.setStreaming(true);
-    if (const OResult result = begin(session_, StreamUse::Continuous); result != ORVALIS_OK) {
-        core_->nodes.setStreaming(false);
-        releaseStream(*core_);
+    nodes_.setStreaming(true);
+    const OResult result = begin(session_, StreamUse::Continuous);
+    if (result != ORVALIS_OK) {
+        nodes_.setStreaming(false);
         return result;
     }
     since_ = heard_ = Clock::now();
@@ -113,9 +66,9 @@ OResult GenicamDevice::startStream()
 
 void GenicamDevice::stopStream()
 {
-    core_->nodes.setStreaming(false);
     if (session_) {
         end(std::move(session_));
+        nodes_.setStreaming(false);
     }
 }
 
@@ -136,8 +89,9 @@ OResult GenicamDevice::nextImage(RawImage &image, Clock::time_point deadline)
             return there;
         }
         if (result == ORVALIS_OK) {
-            core_->counters.add(StreamCounters::Delivered);
+            counters_.add(StreamCounters::Delivered);
             since_ = heard_ = Clock::now();
+            climbBack();
             return ORVALIS_OK;
         }
         if (Clock::now() >= deadline) {
@@ -149,12 +103,11 @@ OResult GenicamDevice::nextImage(RawImage &image, Clock::time_point deadline)
 OResult GenicamDevice::waitForImage(StreamSession &session, RawImage &image,
                                     Clock::time_point deadline)
 {
-    while (!core_->link.lost()) {
+    while (!link_->lost()) {
         if (session.take(image)) {
-            core_->proven = true;
             return ORVALIS_OK;
         }
-        const CameraLink::Event event = core_->link.waitForBuffer(deadline);
+        const CameraLink::Event event = link_->waitForBuffer(deadline);
         if (event == CameraLink::Event::Wake) {
             return ORVALIS_ERROR_ABORTED;
         }
@@ -172,42 +125,50 @@ OResult GenicamDevice::checkSilence()
     if (Clock::now() < heard_ + silenceLimit) {
         return ORVALIS_OK;
     }
-    bool triggered = false;
-    if (const OResult result = lookForLife(triggered); result != ORVALIS_OK) {
+    if (const OResult result = lookForLife(); result != ORVALIS_OK) {
         return result;
     }
     heard_ = Clock::now();
-    return isWrongWay(*session_, since_, triggered) ? tryAnotherWay() : ORVALIS_OK;
+    return isWrongWay() ? startAgain() : ORVALIS_OK;
 }
 
-/// True if nothing has come since the beginning, though it should; or if frames come, one after the
-/// other, and none of them complete: the way to the camera may have changed. Or if the last try did
-/// not begin at all.
-bool GenicamDevice::isWrongWay(const StreamSession &session, Clock::time_point since,
-                               bool triggered) const
+/// True if there is evidence that packets get lost, and a safer setting; or if the last start
+/// failed. That nothing comes is no evidence: the camera may expose, or wait for a trigger.
+bool GenicamDevice::isWrongWay()
 {
-    if (Clock::now() < since + firstImageLimit) {
-        return false;
+    if (!session_->isRunning()) {
+        return true;
     }
-    return session.damagedInARow() >= damagedLimit || (!core_->proven && !triggered) ||
-           !session.isRunning();
+    if (session_->isDeaf()) {
+        return gige_.retreat(GigeWay::Evidence::DeafSocket);
+    }
+    return session_->damagedInARow() >= damagedLimit && Clock::now() >= since_ + damagedPatience &&
+           gige_.retreat(GigeWay::Evidence::Damage);
 }
 
-OResult GenicamDevice::lookForLife(bool &waitsForTrigger)
+/// With each image: back to the best setting if packets have not been lost for long.
+void GenicamDevice::climbBack()
 {
-    const CameraLink::Turn turn = turnUnlessGone();
-    if (!turn || !hasControl()) {
-        return ORVALIS_ERROR_CONNECTION_LOST;
+    if (session_->imageFollowsDamage()) {
+        gige_.damaged();
+    } else if (gige_.climb()) {
+        startAgain(); // if that fails it is tried again after a while without an image
     }
-    waitsForTrigger = triggerIsOn(core_->link.device());
-    return ORVALIS_OK;
+}
+
+OResult GenicamDevice::lookForLife()
+{
+    const CameraLink::Turn turn = link_->turnUnlessGone();
+    return turn && hasControl() ? ORVALIS_OK : ORVALIS_ERROR_CONNECTION_LOST;
 }
 
 /// Whether a GigE Vision camera is there and still ours; lost if not. Whoever takes a camera over
-/// has the same privilege, but only the present controller may write the register.
+/// has the same privilege, but only the present controller may write the register. Some cameras
+/// refuse that to others, some do not answer: twice, while they answer what is read, is no
+/// accident.
 bool GenicamDevice::hasControl()
 {
-    ArvDevice *device = core_->link.device();
+    ArvDevice *device = link_->device();
     if (!ARV_IS_GV_DEVICE(device)) {
         return true;
     }
@@ -215,29 +176,29 @@ bool GenicamDevice::hasControl()
     guint32 privilege = 0;
     arv_device_read_register(device, privilegeRegister, &privilege, failure.slot());
     if (failure) {
-        return core_->link.resultOf(failure) != ORVALIS_ERROR_CONNECTION_LOST;
+        return link_->resultOf(failure) != ORVALIS_ERROR_CONNECTION_LOST;
     }
-    if ((privilege & controlPrivileges) != 0) {
+    OResult result =
+        (privilege & controlPrivileges) != 0 ? ORVALIS_ERROR_TIMEOUT : ORVALIS_ERROR_ACCESS_DENIED;
+    for (int chance = 0; chance < chances && result == ORVALIS_ERROR_TIMEOUT; ++chance) {
         arv_device_write_register(device, privilegeRegister, privilege, failure.slot());
-        if (core_->link.resultOf(failure) != ORVALIS_ERROR_ACCESS_DENIED) {
-            return !core_->link.lost();
-        }
+        result = link_->resultOf(failure);
     }
-    core_->link.markLost("this program does not control it any more");
+    if (result != ORVALIS_ERROR_ACCESS_DENIED && result != ORVALIS_ERROR_TIMEOUT) {
+        return !link_->lost();
+    }
+    link_->markLost("this program does not control it any more");
     return false;
 }
 
-/// Starts the stream anew with safer settings, if there are any left.
-OResult GenicamDevice::tryAnotherWay()
+/// Ends the stream and starts it again the way that gige_ has chosen.
+OResult GenicamDevice::startAgain()
 {
     since_ = Clock::now();
     {
-        const CameraLink::Turn turn = core_->link.turn();
+        const CameraLink::Turn turn = link_->turn();
         if (!turn) {
             return ORVALIS_ERROR_CONNECTION_LOST;
-        }
-        if (!core_->gige.retreat(session_->damagedInARow() > 0) && session_->isRunning()) {
-            return ORVALIS_OK;
         }
         session_->stopCamera();
         session_->end();
@@ -252,21 +213,13 @@ OResult GenicamDevice::tryAnotherWay()
 
 OResult GenicamDevice::takeImage(RawImage &image, Clock::time_point deadline)
 {
-    if (const OResult result = claimStream(); result != ORVALIS_OK) {
-        return result;
-    }
-    const Clock::time_point started = Clock::now();
     Session session;
     if (const OResult result = begin(session, StreamUse::OneImage); result != ORVALIS_OK) {
-        releaseStream(*core_);
         return result;
     }
     const OResult result = waitForImage(*session, image, deadline);
-    bool triggered = false;
-    if (result == ORVALIS_ERROR_TIMEOUT && lookForLife(triggered) == ORVALIS_OK &&
-        isWrongWay(*session, started, triggered)) {
-        const CameraLink::Turn turn = core_->link.turn();
-        core_->gige.retreat(session->damagedInARow() > 0); // for the next one
+    if (result == ORVALIS_ERROR_TIMEOUT) {
+        lookForLife();
     }
     end(std::move(session));
     return result;

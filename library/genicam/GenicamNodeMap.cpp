@@ -3,8 +3,11 @@
 #include "library/genicam/GenicamNodeMap.h"
 
 #include "library/genicam/NodeKind.h"
+#include "library/genicam/StringNode.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 namespace orvalis {
 namespace {
@@ -19,6 +22,16 @@ constexpr std::string_view lockedNames[] = {
     "DecimationHorizontal",
     "DecimationVertical",
 };
+
+/// After it nobody answers for a while.
+constexpr std::string_view resetCommand = "DeviceReset";
+
+/// How long commands are awaited. Those on user sets write to a flash memory.
+constexpr auto commandPatience = std::chrono::seconds(1);
+constexpr auto userSetPatience = std::chrono::seconds(5);
+/// Between two looks at a command that runs.
+constexpr std::chrono::milliseconds shortestPause{1};
+constexpr std::chrono::milliseconds longestPause{32};
 
 bool isLockedByName(ArvGcFeatureNode *node)
 {
@@ -79,6 +92,30 @@ NodeInfo ourInfo(std::string_view name)
     return info;
 }
 
+/// True unless a command still runs: its register keeps the command's value until the end, and a
+/// camera may refuse to answer for so long. Where the register is never read nothing is known.
+bool isDone(ArvGcFeatureNode *command)
+{
+    ArvGcNode *const target = valueNodeOf(ARV_GC_NODE(command));
+    ArvGcPropertyNode *value =
+        propertyOf(ARV_GC_NODE(command), ARV_GC_PROPERTY_NODE_TYPE_COMMAND_VALUE);
+    if (value == nullptr) {
+        value = propertyOf(ARV_GC_NODE(command), ARV_GC_PROPERTY_NODE_TYPE_P_COMMAND_VALUE);
+    }
+    if (!ARV_IS_GC_INTEGER(target) || value == nullptr ||
+        arv_gc_feature_node_get_actual_access_mode(ARV_GC_FEATURE_NODE(target)) ==
+            ARV_GC_ACCESS_MODE_WO) {
+        return true;
+    }
+    Failure failure;
+    const gint64 running = arv_gc_property_node_get_int64(value, failure.slot());
+    if (failure) {
+        return true;
+    }
+    const gint64 present = arv_gc_integer_get_value(ARV_GC_INTEGER(target), failure.slot());
+    return !failure && present != running;
+}
+
 /// The result of a call of another type than the node's.
 OResult refusal(std::string_view name, ONodeType type)
 {
@@ -89,11 +126,42 @@ OResult refusal(std::string_view name, ONodeType type)
 
 ArvGcFeatureNode *GenicamNodeMap::find(std::string_view name) const
 {
+    if (name == RegisterMemo::epochName) {
+        return nullptr; // ours, not the camera's
+    }
     ArvGcNode *node = arv_gc_get_node(link_.genicam(), std::string(name).c_str());
     return ARV_IS_GC_FEATURE_NODE(node) ? ARV_GC_FEATURE_NODE(node) : nullptr;
 }
 
-OResult GenicamNodeMap::withAnyNode(std::string_view name, const Work &work)
+void GenicamNodeMap::beginAccess()
+{
+    stale_ = true;
+    ++accesses_;
+}
+
+/// Nothing but this uses the engine's cache: a stream reads its nodes past us. What is written goes
+/// to the camera past the cache, which then is empty.
+OResult GenicamNodeMap::workOn(ArvGcFeatureNode *node, Purpose purpose, const Work &work)
+{
+    if (!memo_) {
+        memo_.emplace(link_.genicam());
+    }
+    if (stale_.exchange(false)) {
+        memo_->forget();
+    }
+    if (accesses_ > 0 && purpose != Purpose::Write) {
+        memo_->use();
+    }
+    Failure failure;
+    const OResult result = work(node, failure);
+    memo_->stop();
+    if (purpose == Purpose::Write) {
+        stale_ = true;
+    }
+    return failure ? link_.resultOf(failure) : result;
+}
+
+OResult GenicamNodeMap::withAnyNode(std::string_view name, const Work &work, Purpose purpose)
 {
     const CameraLink::Turn turn = link_.turn();
     if (!turn) {
@@ -103,9 +171,7 @@ OResult GenicamNodeMap::withAnyNode(std::string_view name, const Work &work)
     if (node == nullptr) {
         return ORVALIS_ERROR_NOT_FOUND;
     }
-    Failure failure;
-    const OResult result = work(node, failure);
-    return failure ? link_.resultOf(failure) : result;
+    return workOn(node, purpose, work);
 }
 
 OResult GenicamNodeMap::withNode(std::string_view name, ONodeType type, Purpose purpose,
@@ -114,19 +180,25 @@ OResult GenicamNodeMap::withNode(std::string_view name, ONodeType type, Purpose 
     if (isOurs(name)) {
         return link_.lost() ? ORVALIS_ERROR_CONNECTION_LOST : refusal(name, type);
     }
-    return withAnyNode(name, [&](ArvGcFeatureNode *node, Failure &failure) {
-        if (nodeType(node) != type) {
-            return ORVALIS_ERROR_WRONG_TYPE;
-        }
-        const OAccessMode mode = access(node, failure);
-        if (failure) {
-            return ORVALIS_ERROR_DEVICE;
-        }
-        const bool allowed = mode == ORVALIS_ACCESS_READ_WRITE ||
-                             mode == (purpose == Purpose::Read ? ORVALIS_ACCESS_READ_ONLY
-                                                               : ORVALIS_ACCESS_WRITE_ONLY);
-        return allowed ? work(node, failure) : ORVALIS_ERROR_ACCESS_DENIED;
-    });
+    return withAnyNode(
+        name,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            if (nodeType(node) != type) {
+                return ORVALIS_ERROR_WRONG_TYPE;
+            }
+            if (!reach_.isSound(node, failure)) {
+                return ORVALIS_ERROR_DEVICE;
+            }
+            const OAccessMode mode = access(node, failure);
+            if (failure) {
+                return ORVALIS_ERROR_DEVICE;
+            }
+            const bool allowed = mode == ORVALIS_ACCESS_READ_WRITE ||
+                                 mode == (purpose == Purpose::Read ? ORVALIS_ACCESS_READ_ONLY
+                                                                   : ORVALIS_ACCESS_WRITE_ONLY);
+            return allowed ? work(node, failure) : ORVALIS_ERROR_ACCESS_DENIED;
+        },
+        purpose);
 }
 
 bool GenicamNodeMap::locked(ArvGcFeatureNode *node, Failure &failure) const
@@ -135,7 +207,7 @@ bool GenicamNodeMap::locked(ArvGcFeatureNode *node, Failure &failure) const
         return true;
     }
     const bool locked = arv_gc_feature_node_is_locked(node, failure.slot()) != FALSE;
-    if (failure && !failure.meansLost()) {
+    if (failure && !failure.isSilence()) {
         failure.slot(); // nothing is known of a lock: the camera will refuse if it has to
         return false;
     }
@@ -217,8 +289,9 @@ OResult GenicamNodeMap::info(std::string_view name, NodeInfo &info)
     }
     return withAnyNode(name, [&](ArvGcFeatureNode *node, Failure &failure) {
         NodeInfo found = describe(node);
-        found.access = access(node, failure);
-        if (failure && !failure.meansLost()) {
+        found.access =
+            reach_.isSound(node, failure) ? access(node, failure) : ORVALIS_ACCESS_NOT_AVAILABLE;
+        if (failure && !failure.isSilence()) {
             // A node whose state cannot be told is not available, but it is there.
             found.access = ORVALIS_ACCESS_NOT_AVAILABLE;
             failure.slot();
@@ -264,6 +337,42 @@ OResult GenicamNodeMap::setFloat(std::string_view name, double value)
         [&](ArvGcFeatureNode *node, Failure &failure) { return writeFloat(node, value, failure); });
 }
 
+/// Availability is a rule of the camera's description: the registers may answer all the same.
+OResult GenicamNodeMap::peekNumber(std::string_view name, FloatValue &value)
+{
+    return withAnyNode(name, [&](ArvGcFeatureNode *node, Failure &failure) {
+        if (!reach_.isSound(node, failure)) {
+            return ORVALIS_ERROR_DEVICE;
+        }
+        if (nodeType(node) == ORVALIS_NODE_FLOAT) {
+            return readFloat(node, value, failure);
+        }
+        if (nodeType(node) != ORVALIS_NODE_INTEGER) {
+            return ORVALIS_ERROR_WRONG_TYPE;
+        }
+        IntegerValue integer;
+        const OResult result = readInteger(node, integer, failure);
+        if (result == ORVALIS_OK && !failure) {
+            value = asFloat(integer);
+        }
+        return result;
+    });
+}
+
+OResult GenicamNodeMap::getPart(std::string_view name, NumberPart part, FloatValue &value)
+{
+    if (isOurs(name)) {
+        return NodeMap::getPart(name, part, value);
+    }
+    const auto read = [&](ArvGcFeatureNode *node, Failure &failure) {
+        return readPart(node, part, value, failure);
+    };
+    const OResult result = withNode(name, ORVALIS_NODE_FLOAT, Purpose::Read, read);
+    return result == ORVALIS_ERROR_WRONG_TYPE
+               ? withNode(name, ORVALIS_NODE_INTEGER, Purpose::Read, read)
+               : result;
+}
+
 OResult GenicamNodeMap::getBoolean(std::string_view name, bool &value)
 {
     return withNode(name, ORVALIS_NODE_BOOLEAN, Purpose::Read,
@@ -288,7 +397,26 @@ OResult GenicamNodeMap::getEnumeration(std::string_view name, EnumerationValue &
 {
     return withNode(name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
                     [&](ArvGcFeatureNode *node, Failure &failure) {
-                        return readEnumeration(node, value, failure);
+                        return readEnumeration(node, reach_, value, failure);
+                    });
+}
+
+OResult GenicamNodeMap::getEntries(std::string_view name, std::vector<std::string> &entries)
+{
+    return withNode(name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
+                    [&](ArvGcFeatureNode *node, Failure &) {
+                        EnumerationValue value;
+                        value.entries = offeredEntries(node, reach_);
+                        entries = namesOf(value);
+                        return ORVALIS_OK;
+                    });
+}
+
+OResult GenicamNodeMap::getEntry(std::string_view name, std::string &entry)
+{
+    return withNode(name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
+                    [&](ArvGcFeatureNode *node, Failure &failure) {
+                        return readEntry(node, reach_, entry, failure);
                     });
 }
 
@@ -296,19 +424,15 @@ OResult GenicamNodeMap::setEnumeration(std::string_view name, std::string_view e
 {
     return withNode(name, ORVALIS_NODE_ENUMERATION, Purpose::Write,
                     [&](ArvGcFeatureNode *node, Failure &failure) {
-                        return writeEnumeration(node, std::string(entry), failure);
+                        return writeEnumeration(node, reach_, std::string(entry), failure);
                     });
 }
 
 OResult GenicamNodeMap::getText(std::string_view name, std::string &value)
 {
-    return withNode(name, ORVALIS_NODE_STRING, Purpose::Read,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        const std::string text =
-                            textOf(arv_gc_string_get_value(ARV_GC_STRING(node), failure.slot()));
-                        value = failure ? value : text;
-                        return ORVALIS_OK;
-                    });
+    return withNode(
+        name, ORVALIS_NODE_STRING, Purpose::Read,
+        [&](ArvGcFeatureNode *node, Failure &failure) { return readText(node, value, failure); });
 }
 
 OResult GenicamNodeMap::setText(std::string_view name, std::string_view value)
@@ -325,11 +449,42 @@ OResult GenicamNodeMap::execute(std::string_view name)
         counters_.reset();
         return ORVALIS_OK;
     }
-    return withNode(name, ORVALIS_NODE_COMMAND, Purpose::Write,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        arv_gc_command_execute(ARV_GC_COMMAND(node), failure.slot());
-                        return ORVALIS_OK;
-                    });
+    bool done = true;
+    const OResult result = withNode(
+        name, ORVALIS_NODE_COMMAND, Purpose::Write, [&](ArvGcFeatureNode *node, Failure &failure) {
+            arv_gc_command_execute(ARV_GC_COMMAND(node), failure.slot());
+            done = failure || name == resetCommand || endless_.contains(name) || isDone(node);
+            return ORVALIS_OK;
+        });
+    if (!done) {
+        awaitCommand(name);
+    }
+    return result;
+}
+
+/// Waits for the end of a command. Between two looks the camera is free for others; the thread that
+/// turned a selector for the command still holds the lock that is for that.
+void GenicamNodeMap::awaitCommand(std::string_view name)
+{
+    const bool isUserSet = name.starts_with("UserSet");
+    const Clock::time_point limit = Clock::now() + (isUserSet ? userSetPatience : commandPatience);
+    auto pause = shortestPause;
+    bool done = false;
+    while (!done && !link_.lost() && Clock::now() < limit) {
+        std::this_thread::sleep_for(pause);
+        pause = std::min(2 * pause, longestPause);
+        forgetRegisters();
+        withAnyNode(name, [&](ArvGcFeatureNode *node, Failure &) {
+            done = isDone(node);
+            return ORVALIS_OK;
+        });
+    }
+    if (!done) {
+        withAnyNode(name, [&](ArvGcFeatureNode *, Failure &) {
+            endless_.emplace(name);
+            return ORVALIS_OK;
+        });
+    }
 }
 
 } // namespace orvalis

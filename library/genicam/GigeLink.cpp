@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-// How a GigE Vision camera sends its stream, and what to try when nothing arrives.
+// How a GigE Vision camera sends its stream, and what to try when its packets get lost.
 #include "library/genicam/GigeLink.h"
 
 #include "library/core/Debug.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <string>
 #include <string_view>
+#include <utility>
 
 namespace orvalis {
 namespace {
@@ -15,6 +18,8 @@ constexpr int modestPacket = 1400;
 constexpr int smallestPacket = 576;
 /// Within one computer nothing limits packets but the camera, and large ones spare the receiver.
 constexpr int loopbackPacket = 8192;
+/// The longest that the best size is not tried again.
+constexpr std::chrono::hours longestWhile{1};
 
 bool isLoopback(ArvGvDevice *device)
 {
@@ -32,20 +37,53 @@ bool packetSocketAllowed()
     return value == nullptr || std::string_view(value) != "0";
 }
 
+GigeWay wayTo(ArvDevice *device)
+{
+    if (!ARV_IS_GV_DEVICE(device)) {
+        return GigeWay();
+    }
+    // Within this computer a packet socket often receives nothing at all.
+    return isLoopback(ARV_GV_DEVICE(device)) ? GigeWay(loopbackPacket)
+                                             : GigeWay(0, packetSocketAllowed());
+}
+
+std::string described(const GigeWay &way)
+{
+    return std::string(way.packetSocket() ? "a packet" : "an ordinary") + " socket, packets of " +
+           (way.packetSize() == 0 ? "negotiated" : std::to_string(way.packetSize())) + " bytes";
+}
+
 } // namespace
 
-GigeLink::GigeLink(ArvDevice *device) : gige_(ARV_IS_GV_DEVICE(device))
+bool GigeWay::retreat(Evidence evidence, Clock::time_point now)
 {
-    if (!gige_) {
-        return;
+    if (evidence == Evidence::DeafSocket) {
+        return std::exchange(packetSocket_, false);
     }
-    if (isLoopback(ARV_GV_DEVICE(device))) {
-        // A packet socket often receives nothing at all here.
-        packetSize_ = loopbackPacket;
-    } else {
-        packetSocket_ = packetSocketAllowed();
+    if (packetSize_ == smallestPacket) {
+        return false;
     }
+    if (packetSize_ == best_) {
+        const bool again = now < climbed_ + patience_;
+        patience_ = again ? std::min<Clock::duration>(patience_ * 2, longestWhile)
+                          : Clock::duration(goodWhile);
+    }
+    packetSize_ = packetSize_ == modestPacket ? smallestPacket : modestPacket;
+    goodSince_ = now;
+    return true;
 }
+
+bool GigeWay::climb(Clock::time_point now)
+{
+    if (packetSize_ == best_ || now < goodSince_ + patience_) {
+        return false;
+    }
+    packetSize_ = best_;
+    climbed_ = now;
+    return true;
+}
+
+GigeLink::GigeLink(ArvDevice *device) : gige_(ARV_IS_GV_DEVICE(device)), way_(wayTo(device)) {}
 
 void GigeLink::apply(ArvDevice *device)
 {
@@ -53,35 +91,35 @@ void GigeLink::apply(ArvDevice *device)
         return;
     }
     ArvGvDevice *gige = ARV_GV_DEVICE(device);
-    arv_gv_device_set_stream_options(gige, packetSocket_
+    arv_gv_device_set_stream_options(gige, way_.packetSocket()
                                                ? ARV_GV_STREAM_OPTION_NONE
                                                : ARV_GV_STREAM_OPTION_PACKET_SOCKET_DISABLED);
-    if (packetSize_ == 0) {
-        arv_gv_device_set_packet_size_adjustment(gige, ARV_GV_PACKET_SIZE_ADJUSTMENT_ONCE);
-        return;
+    const bool negotiates = way_.packetSize() == 0 && !std::exchange(negotiated_, true);
+    arv_gv_device_set_packet_size_adjustment(gige, negotiates
+                                                       ? ARV_GV_PACKET_SIZE_ADJUSTMENT_ALWAYS
+                                                       : ARV_GV_PACKET_SIZE_ADJUSTMENT_NEVER);
+    if (way_.packetSize() != 0) {
+        Failure failure;
+        arv_gv_device_set_packet_size(gige, way_.packetSize(), failure.slot());
     }
-    arv_gv_device_set_packet_size_adjustment(gige, ARV_GV_PACKET_SIZE_ADJUSTMENT_NEVER);
-    Failure failure;
-    arv_gv_device_set_packet_size(gige, packetSize_, failure.slot());
 }
 
-bool GigeLink::retreat(bool damaged)
+bool GigeLink::retreat(GigeWay::Evidence evidence)
 {
-    if (!gige_) {
+    if (!gige_ || !way_.retreat(evidence, Clock::now())) {
         return false;
     }
-    if (!damaged && packetSocket_) {
-        packetSocket_ = false;
-    } else if (packetSize_ == 0 || packetSize_ == loopbackPacket) {
-        packetSize_ = modestPacket;
-    } else if (packetSize_ == modestPacket) {
-        packetSize_ = smallestPacket;
-    } else {
+    debugPrint("packets get lost: trying %s", described(way_).c_str());
+    return true;
+}
+
+bool GigeLink::climb()
+{
+    if (!way_.climb(Clock::now())) {
         return false;
     }
-    debugPrint("no picture arrives: trying %s socket, packets of %s bytes",
-               packetSocket_ ? "a packet" : "an ordinary",
-               packetSize_ == 0 ? "negotiated" : std::to_string(packetSize_).c_str());
+    negotiated_ = false;
+    debugPrint("no packets get lost any more: trying %s", described(way_).c_str());
     return true;
 }
 

@@ -10,8 +10,9 @@ OResult deviceResult(int code)
     switch (code) {
     case ARV_DEVICE_ERROR_NOT_CONNECTED:
     case ARV_DEVICE_ERROR_NOT_CONTROLLER:
-    case ARV_DEVICE_ERROR_TIMEOUT:
         return ORVALIS_ERROR_CONNECTION_LOST;
+    case ARV_DEVICE_ERROR_TIMEOUT:
+        return ORVALIS_ERROR_TIMEOUT;
     case ARV_DEVICE_ERROR_WRONG_FEATURE:
         return ORVALIS_ERROR_WRONG_TYPE;
     case ARV_DEVICE_ERROR_FEATURE_NOT_FOUND:
@@ -63,7 +64,5 @@ OResult Failure::result() const
     }
     return error_->domain == ARV_GC_ERROR ? nodeResult(error_->code) : ORVALIS_ERROR_DEVICE;
 }
-
-bool Failure::meansLost() const { return result() == ORVALIS_ERROR_CONNECTION_LOST; }
 
 } // namespace orvalis

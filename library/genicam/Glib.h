@@ -44,8 +44,10 @@ public:
 
     /// What the error means to a caller of the library; ORVALIS_OK without an error.
     OResult result() const;
-    /// True if the camera did not answer at all, or answers to another host now.
-    bool meansLost() const;
+    /// True if the camera is gone, or answers to another host now.
+    bool meansLost() const { return result() == ORVALIS_ERROR_CONNECTION_LOST; }
+    /// True then, and if no answer came in time.
+    bool isSilence() const { return meansLost() || result() == ORVALIS_ERROR_TIMEOUT; }
 
 private:
     GError *error_ = nullptr;

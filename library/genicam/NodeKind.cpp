@@ -2,8 +2,13 @@
 // Reading and writing one node of Aravis' GenICam engine.
 #include "library/genicam/NodeKind.h"
 
+#include "library/core/Device.h"
+
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace orvalis {
 namespace {
@@ -34,11 +39,31 @@ std::string unitOf(ArvGcFeatureNode *node)
     }
 }
 
-/// An entry that the camera offers now. Entries whose state cannot be told are offered: the camera
-/// will refuse them if it has to.
-bool isOffered(ArvGcFeatureNode *entry)
+/// Longer lists are cut. The longest in the field are those of events, with about a hundred
+/// entries.
+constexpr std::size_t mostEntries = 512;
+constexpr auto entriesPatience = std::chrono::seconds(2);
+
+/// Entries in the order of the camera's description; the engine's own list is in reverse.
+std::vector<ArvGcFeatureNode *> entriesOf(ArvGcEnumeration *enumeration)
+{
+    std::vector<ArvGcFeatureNode *> entries;
+    for (ArvDomNode *child = arv_dom_node_get_first_child(ARV_DOM_NODE(enumeration));
+         child != nullptr; child = arv_dom_node_get_next_sibling(child)) {
+        if (ARV_IS_GC_ENUM_ENTRY(child)) {
+            entries.push_back(ARV_GC_FEATURE_NODE(child));
+        }
+    }
+    return entries;
+}
+
+/// An entry that the camera offers now.
+bool isOffered(ArvGcFeatureNode *entry, NodeReach &reach)
 {
     Failure failure;
+    if (!reach.isSound(entry, failure)) {
+        return true;
+    }
     const bool implemented = arv_gc_feature_node_is_implemented(entry, failure.slot()) || failure;
     return implemented &&
            (arv_gc_feature_node_is_available(entry, failure.slot()) != FALSE || failure);
@@ -48,7 +73,7 @@ bool isOffered(ArvGcFeatureNode *entry)
 /// not there, unless the camera has gone. True if that is so; then `failure` tells it.
 bool gone(Failure &failure)
 {
-    if (failure.meansLost()) {
+    if (failure.isSilence()) {
         return true;
     }
     failure.slot();
@@ -104,6 +129,23 @@ FloatValue floatBounds(ArvGcFloat *number, Failure &failure)
     }
     gone(failure);
     return bounds;
+}
+
+/// Past the enumeration: the engine would ask for the state of every other entry before it writes
+/// one.
+OResult writeEntry(ArvGcFeatureNode *enumeration, ArvGcEnumEntry *entry, Failure &failure)
+{
+    const gint64 number = arv_gc_enum_entry_get_value(entry, failure.slot());
+    if (failure) {
+        return ORVALIS_OK;
+    }
+    for (const auto type : {ARV_GC_PROPERTY_NODE_TYPE_P_VALUE, ARV_GC_PROPERTY_NODE_TYPE_VALUE}) {
+        if (ArvGcPropertyNode *value = propertyOf(ARV_GC_NODE(enumeration), type)) {
+            arv_gc_property_node_set_int64(value, number, failure.slot());
+            return ORVALIS_OK;
+        }
+    }
+    return ORVALIS_ERROR_DEVICE;
 }
 
 std::int64_t roundedDown(std::int64_t value, const IntegerValue &bounds)
@@ -215,55 +257,87 @@ OResult writeFloat(ArvGcFeatureNode *node, double value, Failure &failure)
     return ORVALIS_OK;
 }
 
-OResult readEnumeration(ArvGcFeatureNode *node, EnumerationValue &value, Failure &failure)
+OResult readPart(ArvGcFeatureNode *node, NumberPart part, FloatValue &value, Failure &failure)
+{
+    const bool isFloat = nodeType(node) == ORVALIS_NODE_FLOAT;
+    FloatValue found;
+    if (part == NumberPart::Bounds) {
+        found = isFloat ? floatBounds(ARV_GC_FLOAT(node), failure)
+                        : asFloat(integerBounds(ARV_GC_INTEGER(node), failure));
+    } else {
+        found.value = isFloat ? arv_gc_float_get_value(ARV_GC_FLOAT(node), failure.slot())
+                              : static_cast<double>(
+                                    arv_gc_integer_get_value(ARV_GC_INTEGER(node), failure.slot()));
+    }
+    value = failure ? value : found;
+    return ORVALIS_OK;
+}
+
+OResult readEntry(ArvGcFeatureNode *node, NodeReach &reach, std::string &name, Failure &failure)
 {
     ArvGcEnumeration *enumeration = ARV_GC_ENUMERATION(node);
     const gint64 present = arv_gc_enumeration_get_int_value(enumeration, failure.slot());
     if (failure) {
         return ORVALIS_OK;
     }
-    EnumerationValue found;
-    for (const GSList *item = arv_gc_enumeration_get_entries(enumeration); item != nullptr;
-         item = item->next) {
-        ArvGcFeatureNode *entry = ARV_GC_FEATURE_NODE(item->data);
+    std::string found;
+    for (ArvGcFeatureNode *entry : entriesOf(enumeration)) {
         Failure ignored;
-        const gint64 number =
-            arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(item->data), ignored.slot());
-        if (ignored || !isOffered(entry)) {
-            continue;
+        const gint64 number = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(entry), ignored.slot());
+        if (!ignored && number == present && isOffered(entry, reach)) {
+            found = textOf(arv_gc_feature_node_get_name(entry));
+            break;
         }
-        if (number == present && found.current < 0) {
-            found.current = static_cast<int>(found.entries.size());
+    }
+    name = std::move(found);
+    return ORVALIS_OK;
+}
+
+std::vector<EnumerationValue::Entry> offeredEntries(ArvGcFeatureNode *node, NodeReach &reach)
+{
+    const Clock::time_point limit = Clock::now() + entriesPatience;
+    std::vector<EnumerationValue::Entry> offered;
+    std::vector<ArvGcFeatureNode *> entries = entriesOf(ARV_GC_ENUMERATION(node));
+    entries.resize(std::min(entries.size(), mostEntries));
+    for (ArvGcFeatureNode *entry : entries) {
+        Failure ignored;
+        const gint64 number = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(entry), ignored.slot());
+        if (!ignored && (Clock::now() >= limit || isOffered(entry, reach))) {
+            offered.push_back({textOf(arv_gc_feature_node_get_name(entry)), number});
         }
-        found.entries.push_back({textOf(arv_gc_feature_node_get_name(entry)), number});
+    }
+    return offered;
+}
+
+OResult readEnumeration(ArvGcFeatureNode *node, NodeReach &reach, EnumerationValue &value,
+                        Failure &failure)
+{
+    const gint64 present =
+        arv_gc_enumeration_get_int_value(ARV_GC_ENUMERATION(node), failure.slot());
+    if (failure) {
+        return ORVALIS_OK;
+    }
+    EnumerationValue found;
+    found.entries = offeredEntries(node, reach);
+    const auto current = std::ranges::find(found.entries, present, &EnumerationValue::Entry::value);
+    if (current != found.entries.end()) {
+        found.current = static_cast<int>(current - found.entries.begin());
     }
     value = std::move(found);
     return ORVALIS_OK;
 }
 
-OResult writeEnumeration(ArvGcFeatureNode *node, const std::string &entry, Failure &failure)
+OResult writeEnumeration(ArvGcFeatureNode *node, NodeReach &reach, const std::string &entry,
+                         Failure &failure)
 {
     ArvGcEnumeration *enumeration = ARV_GC_ENUMERATION(node);
-    for (const GSList *item = arv_gc_enumeration_get_entries(enumeration); item != nullptr;
-         item = item->next) {
-        ArvGcFeatureNode *candidate = ARV_GC_FEATURE_NODE(item->data);
-        if (entry == textOf(arv_gc_feature_node_get_name(candidate)) && isOffered(candidate)) {
-            arv_gc_enumeration_set_string_value(enumeration, entry.c_str(), failure.slot());
-            return ORVALIS_OK;
+    for (ArvGcFeatureNode *candidate : entriesOf(enumeration)) {
+        if (entry == textOf(arv_gc_feature_node_get_name(candidate)) &&
+            isOffered(candidate, reach)) {
+            return writeEntry(node, ARV_GC_ENUM_ENTRY(candidate), failure);
         }
     }
     return ORVALIS_ERROR_NOT_FOUND;
-}
-
-OResult writeText(ArvGcFeatureNode *node, const std::string &text, Failure &failure)
-{
-    ArvGcString *string = ARV_GC_STRING(node);
-    const gint64 longest = arv_gc_string_get_max_length(string, failure.slot());
-    if (!failure && longest > 0 && text.size() > static_cast<std::uint64_t>(longest)) {
-        return ORVALIS_ERROR_OUT_OF_RANGE;
-    }
-    arv_gc_string_set_value(string, text.c_str(), failure.slot());
-    return ORVALIS_OK;
 }
 
 } // namespace orvalis

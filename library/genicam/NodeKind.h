@@ -4,6 +4,7 @@
 
 #include "library/core/NodeMap.h"
 #include "library/genicam/Glib.h"
+#include "library/genicam/NodeReach.h"
 
 namespace orvalis {
 
@@ -12,14 +13,23 @@ ONodeType nodeType(ArvGcFeatureNode *node);
 /// All of a node but its access and whether it is lockable.
 NodeInfo describe(ArvGcFeatureNode *node);
 
-// Of a node of the right type. Outputs are unchanged after a failure, which is in the result or in
-// `failure`.
+// Of a sound node (NodeReach) of the right type. Outputs are unchanged after a failure, which is in
+// the result or in `failure`.
 OResult readInteger(ArvGcFeatureNode *node, IntegerValue &value, Failure &failure);
 OResult writeInteger(ArvGcFeatureNode *node, std::int64_t value, Failure &failure);
 OResult readFloat(ArvGcFeatureNode *node, FloatValue &value, Failure &failure);
 OResult writeFloat(ArvGcFeatureNode *node, double value, Failure &failure);
-OResult readEnumeration(ArvGcFeatureNode *node, EnumerationValue &value, Failure &failure);
-OResult writeEnumeration(ArvGcFeatureNode *node, const std::string &entry, Failure &failure);
-OResult writeText(ArvGcFeatureNode *node, const std::string &text, Failure &failure);
+/// Of an integer or a float.
+OResult readPart(ArvGcFeatureNode *node, NumberPart part, FloatValue &value, Failure &failure);
+/// The name of the present entry, if it is offered.
+OResult readEntry(ArvGcFeatureNode *node, NodeReach &reach, std::string &name, Failure &failure);
+/// The entries of an enumeration that are offered, out of the first 512. After two seconds it stops
+/// to ask which of them are offered, and takes the others for offered, as always where that cannot
+/// be told: the camera will refuse them if it has to.
+std::vector<EnumerationValue::Entry> offeredEntries(ArvGcFeatureNode *node, NodeReach &reach);
+OResult readEnumeration(ArvGcFeatureNode *node, NodeReach &reach, EnumerationValue &value,
+                        Failure &failure);
+OResult writeEnumeration(ArvGcFeatureNode *node, NodeReach &reach, const std::string &entry,
+                         Failure &failure);
 
 } // namespace orvalis

@@ -3,6 +3,7 @@
 #include "library/genicam/StreamCounters.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace orvalis {
 
@@ -10,23 +11,27 @@ const std::array<StreamCounters::Node, StreamCounters::kindCount> StreamCounters
     {"StreamDeliveredFrameCount", "Delivered Frames", "Frames that reached the host complete."},
     {"StreamFailedFrameCount", "Failed Frames",
      "Frames that were given up because a part of them did not arrive."},
+    {"StreamOtherPayloadCount", "Other Payloads",
+     "Frames that arrived, but are no image that this program understands."},
     {"StreamUnderrunCount", "Underruns", "Frames that the host had no room for."},
     {"StreamResentPacketCount", "Resent Packets", "Packets that were asked for once more."},
     {"StreamMissingPacketCount", "Missing Packets", "Packets that never came."},
 }};
 
-void StreamCounters::add(Kind kind)
+void StreamCounters::add(Kind kind, std::int64_t count)
 {
     const std::lock_guard lock(mutex_);
-    ++counted_[kind];
+    counted_[kind] += count;
 }
 
-void StreamCounters::attach(ArvStream *stream, std::int64_t packetsPerFrame)
+void StreamCounters::attach(ArvStream *stream, PacketsPerFrame packets)
 {
     const std::lock_guard lock(mutex_);
     stream_ = stream;
-    packetsPerFrame_ = packetsPerFrame;
+    packets_ = packets;
     framesDone_ = 0;
+    received_ = 0;
+    longFrames_ = 0;
     missing_ = 0;
 }
 
@@ -37,15 +42,22 @@ void StreamCounters::bufferDone(bool complete)
 {
     const std::lock_guard lock(mutex_);
     ++framesDone_;
-    if (!complete || stream_ == nullptr || !ARV_IS_GV_STREAM(stream_)) {
+    if (stream_ == nullptr || !ARV_IS_GV_STREAM(stream_)) {
         return;
     }
     const auto count = [this](const char *name) {
         return static_cast<std::int64_t>(arv_stream_get_info_uint64_by_name(stream_, name));
     };
-    const std::int64_t received = count("n_received_packets") - count("n_duplicated_packets") -
-                                  count("n_ignored_packets") - count("n_error_packets");
-    missing_ = std::max(missing_, framesDone_ * packetsPerFrame_ - received);
+    const std::int64_t before =
+        std::exchange(received_, count("n_received_packets") - count("n_duplicated_packets") -
+                                     count("n_ignored_packets") - count("n_error_packets"));
+    if (!complete) {
+        return;
+    }
+    const std::int64_t ofFrame = received_ - before;
+    longFrames_ += (ofFrame == packets_.longIds ? 1 : 0) - (ofFrame == packets_.shortIds ? 1 : 0);
+    const std::int64_t packets = longFrames_ > 0 ? packets_.longIds : packets_.shortIds;
+    missing_ = std::max(missing_, framesDone_ * packets - received_);
 }
 
 /// Aravis counts all packets behind the first gap of a frame as missing, received or not, so its
@@ -56,7 +68,7 @@ std::int64_t StreamCounters::missingPackets(std::int64_t failed) const
     guint64 behindGaps = 0;
     arv_gv_stream_get_statistics(ARV_GV_STREAM(stream_), &resent, &behindGaps);
     const auto most = static_cast<std::int64_t>(behindGaps);
-    return packetsPerFrame_ > 0 ? std::clamp(missing_, std::min(failed, most), most) : most;
+    return packets_.shortIds > 0 ? std::clamp(missing_, std::min(failed, most), most) : most;
 }
 
 void StreamCounters::detach()

@@ -2,15 +2,16 @@
 // One acquisition of a camera: Aravis' stream, its buffers, and the images that come out.
 #include "library/genicam/StreamSession.h"
 
-#include "library/convert/PixelFormat.h"
 #include "library/core/Debug.h"
+#include "library/genicam/GigeRoute.h"
+#include "library/genicam/StreamImage.h"
 #include "library/genicam/StreamSocket.h"
 
 #include <sys/resource.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <utility>
 #include <vector>
 
 namespace orvalis {
@@ -29,9 +30,14 @@ constexpr int buffersToKeep = 4;
 
 constexpr std::size_t smallestSocketBuffer = std::size_t{8} << 20;
 constexpr std::size_t largestSocketBuffer = std::size_t{64} << 20;
-/// Of each GigE Vision packet: the headers of IP, UDP and the stream protocol.
-constexpr guint packetOverhead = 20 + 8 + 8;
+/// Of each GigE Vision packet: the headers of IP, UDP and the stream protocol, with block IDs of 16
+/// and of 64 bits.
+constexpr guint shortOverhead = 20 + 8 + 8;
+constexpr guint longOverhead = 20 + 8 + 20;
 constexpr int receiverNiceness = -10;
+/// Aravis 0.8.28 and later would send USB transfers ahead by default, into memory that the system
+/// shares out among all devices (usbfs_memory_mb, 16 MB); older ones do as is asked for here.
+constexpr ArvUvUsbMode usbMode = ARV_UV_USB_MODE_SYNC;
 
 constexpr const char *rateNodes[] = {"AcquisitionResultingFrameRate", "ResultingFrameRate",
                                      "ResultingFrameRateAbs", "AcquisitionFrameRate",
@@ -83,18 +89,19 @@ void setParametersLocked(ArvDevice *device, bool locked)
 }
 
 /// Packets that a GigE Vision frame is sent in, the first and the last one included.
-std::int64_t packetsPerFrame(ArvDevice *device, std::size_t payload)
+StreamCounters::PacketsPerFrame packetsPerFrame(ArvDevice *device, std::size_t payload)
 {
     if (!ARV_IS_GV_DEVICE(device)) {
-        return 0;
+        return {};
     }
     Failure failure;
     const guint packet = arv_gv_device_get_packet_size(ARV_GV_DEVICE(device), failure.slot());
-    if (failure || packet <= packetOverhead) {
-        return 0;
-    }
-    const std::size_t data = packet - packetOverhead;
-    return static_cast<std::int64_t>((payload + data - 1) / data + 2);
+    const auto count = [&](guint overhead) -> std::int64_t {
+        const std::size_t data = packet > overhead ? packet - overhead : payload;
+        return static_cast<std::int64_t>((payload + data - 1) / data + 2);
+    };
+    return failure ? StreamCounters::PacketsPerFrame{}
+                   : StreamCounters::PacketsPerFrame{count(shortOverhead), count(longOverhead)};
 }
 
 } // namespace
@@ -122,37 +129,8 @@ void tuneGigeStream(ArvStream *stream, std::size_t payload)
 {
     const std::size_t size = std::clamp(payload * 16, smallestSocketBuffer, largestSocketBuffer);
     g_object_set(stream, "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED, "socket-buffer-size",
-                 static_cast<gint>(size), "packet-resend", ARV_GV_STREAM_PACKET_RESEND_ALWAYS,
-                 nullptr);
+                 static_cast<gint>(size), nullptr);
     growReceiveBuffer(arv_gv_stream_get_port(ARV_GV_STREAM(stream)), size);
-}
-
-/// Copies rows that are followed by padding; null for formats whose rows share bytes.
-std::shared_ptr<std::vector<std::uint8_t>> withoutPadding(const RawImage &image, int padding)
-{
-    const PixelFormat *format = findPixelFormat(image.pixelFormat);
-    const std::size_t bits =
-        format != nullptr ? std::size_t{format->bitsPerPixel} * image.width : 1;
-    const std::size_t row = bits / 8;
-    const std::size_t stride = row + static_cast<std::size_t>(padding);
-    if (bits % 8 != 0 || image.size < stride * image.height) {
-        return nullptr;
-    }
-    auto rows = std::make_shared<std::vector<std::uint8_t>>(row * image.height);
-    for (std::size_t y = 0; y < image.height; ++y) {
-        std::memcpy(rows->data() + y * row, image.data + y * stride, row);
-    }
-    return rows;
-}
-
-bool holdsImage(ArvBuffer *buffer)
-{
-    if (arv_buffer_get_status(buffer) != ARV_BUFFER_STATUS_SUCCESS) {
-        return false;
-    }
-    const ArvBufferPayloadType type = arv_buffer_get_payload_type(buffer);
-    return type == ARV_BUFFER_PAYLOAD_TYPE_IMAGE ||
-           type == ARV_BUFFER_PAYLOAD_TYPE_EXTENDED_CHUNK_DATA;
 }
 
 } // namespace
@@ -185,6 +163,10 @@ OResult StreamSession::start(StreamUse use)
         const OResult result = link_.resultOf(failure);
         return result != ORVALIS_OK ? result : ORVALIS_ERROR_DEVICE;
     }
+    if (ARV_IS_UV_DEVICE(link_.device())) {
+        arv_uv_device_set_usb_mode(ARV_UV_DEVICE(link_.device()), usbMode);
+    }
+    const SocketsAlong along(routeOf(link_.device()));
     GPtr<ArvStream> stream(
         arv_device_create_stream(link_.device(), onStreamEvent, this, failure.slot()));
     if (!stream) {
@@ -199,7 +181,11 @@ OResult StreamSession::start(StreamUse use)
         parametersLocked_ = true;
     }
     arv_device_execute_command(link_.device(), "AcquisitionStart", failure.slot());
-    return link_.resultOf(failure);
+    const OResult result = link_.resultOf(failure);
+    if (result != ORVALIS_OK && result != ORVALIS_ERROR_CONNECTION_LOST) {
+        stopCamera(); // it may have started all the same, and its parameters are locked
+    }
+    return result;
 }
 
 void StreamSession::makePool(GPtr<ArvStream> stream, std::size_t payload, unsigned buffers)
@@ -207,6 +193,7 @@ void StreamSession::makePool(GPtr<ArvStream> stream, std::size_t payload, unsign
     if (ARV_IS_GV_STREAM(stream.get())) {
         tuneGigeStream(stream.get(), payload);
     }
+    payload_ = payload;
     for (unsigned i = 0; i < buffers; ++i) {
         arv_stream_push_buffer(stream.get(), arv_buffer_new_allocate(payload));
     }
@@ -233,59 +220,51 @@ void StreamSession::end()
     }
 }
 
+/// Aravis' packet socket takes packets from the network interface; its ordinary socket gets them as
+/// well, and nobody reads them there.
+bool StreamSession::isDeaf()
+{
+    if (!isRunning() || !ARV_IS_GV_STREAM(pool_->stream())) {
+        return false;
+    }
+    const bool found =
+        arv_stream_get_info_uint64_by_name(pool_->stream(), "n_received_packets") == 0 &&
+        hasUnreadPackets(arv_gv_stream_get_port(ARV_GV_STREAM(pool_->stream())));
+    return std::exchange(foundDeaf_, found) && found;
+}
+
 bool StreamSession::take(RawImage &image)
 {
     if (!isRunning()) {
         return false;
     }
     while (ArvBuffer *buffer = arv_stream_try_pop_buffer(pool_->stream())) {
-        ++damagedInARow_;
-        if (holdsImage(buffer)) {
-            if (describe(buffer, image)) {
-                handOver(buffer, image);
-                damagedInARow_ = 0;
-                return true;
-            }
-            // The stream counts what came incomplete; this came complete, but makes no sense.
-            counters_.add(StreamCounters::Failed);
+        const BufferContent content = contentOf(buffer, payload_, image);
+        if (content == BufferContent::Image) {
+            order_.correct(image);
+            handOver(buffer, image);
+            imageFollowsDamage_ = std::exchange(damagedInARow_, 0) > 0;
+            return true;
+        }
+        if (content == BufferContent::Damaged && !foreign_) {
+            ++damagedInARow_;
+        } else {
+            countOther(arv_buffer_get_status(buffer));
         }
         pool_->giveBack(buffer);
     }
     return false;
 }
 
-bool StreamSession::describe(ArvBuffer *buffer, RawImage &image) const
+/// What has come, but is no image. Of a payload that Aravis does not know at all it gives buffers
+/// back untouched, and misses packets of frames that were complete.
+void StreamSession::countOther(ArvBufferStatus status)
 {
-    RawImage found;
-    size_t size = 0;
-    found.data = static_cast<const std::uint8_t *>(arv_buffer_get_image_data(buffer, &size));
-    found.size = size;
-    const int width = arv_buffer_get_image_width(buffer);
-    const int height = arv_buffer_get_image_height(buffer);
-    if (found.data == nullptr || width <= 0 || height <= 0) {
-        return false;
+    foreign_ = foreign_ || status == ARV_BUFFER_STATUS_CLEARED;
+    if (status == ARV_BUFFER_STATUS_CLEARED || status == ARV_BUFFER_STATUS_ABORTED) {
+        return;
     }
-    found.width = static_cast<std::uint32_t>(width);
-    found.height = static_cast<std::uint32_t>(height);
-    found.pixelFormat = arv_buffer_get_image_pixel_format(buffer);
-    int paddingX = 0;
-    int paddingY = 0;
-    arv_buffer_get_image_padding(buffer, &paddingX, &paddingY);
-    if (paddingX > 0) {
-        const auto rows = withoutPadding(found, paddingX);
-        if (!rows) {
-            return false;
-        }
-        found.data = rows->data();
-        found.size = rows->size();
-        found.owner = rows;
-    }
-    const PixelFormat *format = findPixelFormat(found.pixelFormat);
-    if (format != nullptr && found.size < imageBytes(*format, found.width, found.height)) {
-        return false;
-    }
-    image = std::move(found);
-    return true;
+    counters_.add(StreamCounters::OtherPayload);
 }
 
 /// Lends the buffer to the image, or gives it back if the image has or gets a copy.

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "library/genicam/CameraLink.h"
+#include "library/genicam/PixelOrder.h"
 #include "library/genicam/StreamCounters.h"
 
 #include <memory>
@@ -40,7 +41,10 @@ enum class StreamUse {
 /// gone. Functions that talk to the camera need its turn.
 class StreamSession {
 public:
-    StreamSession(CameraLink &link, StreamCounters &counters) : link_(link), counters_(counters) {}
+    StreamSession(CameraLink &link, StreamCounters &counters, PixelOrder &order)
+        : link_(link), counters_(counters), order_(order)
+    {
+    }
     ~StreamSession() { end(); }
     StreamSession(const StreamSession &) = delete;
     StreamSession &operator=(const StreamSession &) = delete;
@@ -56,20 +60,30 @@ public:
     bool take(RawImage &image);
     /// Between a start() that succeeded and end().
     bool isRunning() const { return pool_ != nullptr; }
-    /// Frames since the last image that were not complete.
+    /// Frames of which parts were missing, since the last image.
     std::uint64_t damagedInARow() const { return damagedInARow_; }
+    /// True if the last image came after such frames.
+    bool imageFollowsDamage() const { return imageFollowsDamage_; }
+    /// True if the stream receives nothing at all, though its packets reach this computer: asked
+    /// now and then, at the second time that this is found.
+    bool isDeaf();
 
 private:
     static void onStreamEvent(void *session, ArvStreamCallbackType type, ArvBuffer *buffer);
     void makePool(GPtr<ArvStream> stream, std::size_t payload, unsigned buffers);
-    bool describe(ArvBuffer *buffer, RawImage &image) const;
+    void countOther(ArvBufferStatus status);
     void handOver(ArvBuffer *buffer, RawImage &image);
 
     CameraLink &link_;
     StreamCounters &counters_;
+    PixelOrder &order_;
     std::shared_ptr<BufferPool> pool_;
+    std::size_t payload_ = 0; ///< bytes of a buffer
     bool parametersLocked_ = false;
     std::uint64_t damagedInARow_ = 0;
+    bool imageFollowsDamage_ = false;
+    bool foundDeaf_ = false;
+    bool foreign_ = false; ///< Aravis does not know what the camera sends
 };
 
 } // namespace orvalis

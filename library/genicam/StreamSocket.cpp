@@ -4,6 +4,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 #include <charconv>
@@ -25,9 +26,8 @@ bool receivesAt(int socket, std::uint16_t port)
            getsockopt(socket, SOL_SOCKET, SO_TYPE, &type, &typeLength) == 0 && type == SOCK_DGRAM;
 }
 
-} // namespace
-
-bool growReceiveBuffer(std::uint16_t port, std::size_t bytes)
+/// This process' UDP socket at a port; -1 if there is none.
+int socketAt(std::uint16_t port)
 {
     std::error_code none;
     for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd", none)) {
@@ -35,11 +35,26 @@ bool growReceiveBuffer(std::uint16_t port, std::size_t bytes)
         int socket = -1;
         std::from_chars(name.data(), name.data() + name.size(), socket);
         if (socket >= 0 && receivesAt(socket, port)) {
-            const int size = static_cast<int>(bytes);
-            return setsockopt(socket, SOL_SOCKET, SO_RCVBUF, &size, sizeof(size)) == 0;
+            return socket;
         }
     }
-    return false;
+    return -1;
+}
+
+} // namespace
+
+bool growReceiveBuffer(std::uint16_t port, std::size_t bytes)
+{
+    const int socket = socketAt(port);
+    const int size = static_cast<int>(bytes);
+    return socket >= 0 && setsockopt(socket, SOL_SOCKET, SO_RCVBUF, &size, sizeof(size)) == 0;
+}
+
+bool hasUnreadPackets(std::uint16_t port)
+{
+    const int socket = socketAt(port);
+    int bytes = 0;
+    return socket >= 0 && ioctl(socket, FIONREAD, &bytes) == 0 && bytes > 0;
 }
 
 } // namespace orvalis

@@ -14,4 +14,7 @@ namespace orvalis {
 /// overrun the buffer that sockets have by default.
 bool growReceiveBuffer(std::uint16_t port, std::size_t bytes);
 
+/// True if packets wait in this process' UDP socket at a port.
+bool hasUnreadPackets(std::uint16_t port);
+
 } // namespace orvalis

@@ -33,6 +33,11 @@ constexpr std::uint32_t kPixelFormat = 0x1020;
 constexpr std::uint32_t kReverseX = 0x1028;
 constexpr std::uint32_t kReverseY = 0x102C;
 constexpr std::uint32_t kOverlay = 0x1030;
+constexpr std::uint32_t kBinningHorizontal = 0x1040;
+constexpr std::uint32_t kBinningVertical = 0x1044;
+constexpr std::uint32_t kDecimationHorizontal = 0x1048;
+constexpr std::uint32_t kDecimationVertical = 0x104C;
+constexpr std::uint32_t kTestPattern = 0x1050;
 
 constexpr std::uint32_t kAcquisitionMode = 0x1100;
 constexpr std::uint32_t kFrameCount = 0x1104;
@@ -43,12 +48,12 @@ constexpr std::uint32_t kExposureTime = 0x1118;
 constexpr std::uint32_t kExposureAuto = 0x111C;
 constexpr std::uint32_t kReadOutTime = 0x1120;
 constexpr std::uint32_t kTriggerSelector = 0x1130;
-constexpr std::uint32_t kTriggerMode = 0x1134;
-constexpr std::uint32_t kTriggerSource = 0x1138;
-constexpr std::uint32_t kTriggerActivation = 0x113C;
-constexpr std::uint32_t kTriggerDelay = 0x1140;
 constexpr std::uint32_t kTriggerSoftware = 0x1144;
 constexpr std::uint32_t kBurstFrameCount = 0x1148;
+constexpr std::uint32_t kTriggerMode = 0x1150; ///< one for each trigger, as those below
+constexpr std::uint32_t kTriggerSource = 0x1158;
+constexpr std::uint32_t kTriggerActivation = 0x1160;
+constexpr std::uint32_t kTriggerDelay = 0x1168;
 
 constexpr std::uint32_t kGain = 0x1200;
 constexpr std::uint32_t kGainRaw = 0x1204;
@@ -91,6 +96,7 @@ constexpr std::uint32_t kLineMode = 0x1710;     ///< one for each line
 constexpr std::uint32_t kLineSource = 0x1720;   ///< one for each line
 constexpr std::uint32_t kLineInverter = 0x1730; ///< one for each line
 constexpr std::uint32_t kLineStatus = 0x1740;   ///< one for each line
+constexpr std::uint32_t kStrobeEnable = 0x1750; ///< one for each line
 
 constexpr std::uint32_t kTimerSelector = 0x1800;
 constexpr std::uint32_t kTimerDelay = 0x1810;    ///< one for each timer
@@ -123,6 +129,15 @@ constexpr std::uint32_t kRefuseOpens = 0x1D18;
 constexpr std::uint32_t kAnswerDelay = 0x1D1C;
 constexpr std::uint32_t kLeaveDuration = 0x1D20;
 constexpr std::uint32_t kLeaveBus = 0x1D24;
+constexpr std::uint32_t kTriggerPerSelector = 0x1D28;
+constexpr std::uint32_t kStrobePerLine = 0x1D2C;
+constexpr std::uint32_t kRateNeedsEnable = 0x1D30;
+constexpr std::uint32_t kLongExposure = 0x1D34;
+constexpr std::uint32_t kCommandDuration = 0x1D38;
+constexpr std::uint32_t kHoldElsewhere = 0x1D3C;
+constexpr std::uint32_t kPayload = 0x1D40;
+constexpr std::uint32_t kStallDuration = 0x1D44;
+constexpr std::uint32_t kStall = 0x1D48;
 
 constexpr std::uint32_t kExtraNodes = 0x10000; ///< nodes that are there for load tests
 

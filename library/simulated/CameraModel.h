@@ -33,6 +33,14 @@ constexpr bool isDeep(std::uint32_t code)
 /// Bytes of one pixel: PFNC codes carry the bits in their third byte.
 constexpr std::uint32_t bytesPerPixel(std::uint32_t code) { return ((code >> 16) & 0xFF) / 8; }
 
+/// Smallest region and its steps, in pixels.
+constexpr std::uint32_t kSmallestWidth = 64;
+constexpr std::uint32_t kSmallestHeight = 8;
+constexpr std::uint32_t kRegionStep = 8;
+
+/// Most pixels of the sensor, in a row or a column, that binning and decimation make into one.
+constexpr std::uint32_t kLargestReduction = 8;
+
 /// One built-in camera. A value given here is the usual one.
 struct CameraModel {
     std::string_view id;

@@ -10,9 +10,9 @@
 
 namespace orvalis::simulated {
 
-/// Hands out buffers of one size and takes them back when nobody holds them any more. Once as many
-/// buffers exist as are held at the same time it allocates nothing: even the count of the holders
-/// lives in the buffer's own slot. Buffers may outlive the pool. Any thread.
+/// Hands out buffers of one size and takes them back when nobody holds them any more: no pixels are
+/// allocated once as many buffers exist as are held at the same time. Buffers may outlive the pool.
+/// Any thread.
 class FramePool {
 public:
     FramePool();
@@ -25,9 +25,8 @@ public:
     std::size_t size() const;
 
 private:
-    struct Slot;
+    using Memory = std::unique_ptr<std::uint8_t[]>;
     struct State;
-    template <class T> struct SlotAllocator;
 
     std::shared_ptr<State> state_;
 };

@@ -22,12 +22,19 @@ struct EntrySpec {
 };
 
 /// Which selector chooses among several registers of one node.
-enum class Selector : std::uint8_t { None, Balance, Line, Timer };
+enum class Selector : std::uint8_t {
+    None,
+    Balance,
+    Line,
+    Timer,
+    Trigger, ///< only where SimulationTriggerPerSelector is on
+    Strobe   ///< LineSelector, only where SimulationStrobePerLine is on
+};
 
 /// How many registers a selector chooses among.
 constexpr std::uint32_t selectorCount(Selector selector)
 {
-    constexpr std::uint32_t kCounts[] = {1, 3, 3, 2};
+    constexpr std::uint32_t kCounts[] = {1, 3, 3, 2, 2, 3};
     return kCounts[static_cast<std::size_t>(selector)];
 }
 

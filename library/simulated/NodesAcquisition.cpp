@@ -22,6 +22,17 @@ constexpr std::array<EntrySpec, 2> kOffOn{{{"Off", 0}, {"On", 1}}};
 constexpr std::array<EntrySpec, 3> kTriggerSources{{{"Software", 0}, {"Line0", 1}, {"Line1", 2}}};
 constexpr std::array<EntrySpec, 2> kEdges{{{"RisingEdge", 0}, {"FallingEdge", 1}}};
 
+constexpr std::array<EntrySpec, 10> kTestPatterns{{{"Off", 0},
+                                                   {"Black", 1},
+                                                   {"White", 2},
+                                                   {"GreyHorizontalRamp", 3},
+                                                   {"GreyVerticalRamp", 4},
+                                                   {"GreyHorizontalRampMoving", 5},
+                                                   {"GreyVerticalRampMoving", 6},
+                                                   {"HorizontalLineMoving", 7},
+                                                   {"VerticalLineMoving", 8},
+                                                   {"ColorBar", 9}}};
+
 constexpr std::string_view kFormat = "ImageFormatControl";
 constexpr std::string_view kAcquisition = "AcquisitionControl";
 
@@ -32,26 +43,48 @@ constexpr auto kRows = std::to_array<NodeSpec>({
     integer("SensorHeight", kFormat, address::kSensorHeight, kReadOnly, {0, 65535, 1, 0}, "px",
             "Rows of the sensor.", kKept),
     integer("WidthMax", kFormat, address::kWidthMax, kReadOnly, {0, 65535, 1, 0}, "px",
-            "Largest width of the region of interest.", kKept),
+            "Largest width of the region of interest: what binning and decimation leave of the "
+            "sensor.",
+            kKept),
     integer("HeightMax", kFormat, address::kHeightMax, kReadOnly, {0, 65535, 1, 0}, "px",
             "Largest height of the region of interest.", kKept),
-    integer("Width", kFormat, address::kWidth, kReadWrite, {64, 0, 8, 0}, "px",
-            "Width of the region of interest. OffsetX and Width together stay on the sensor.",
+    integer("Width", kFormat, address::kWidth, kReadWrite, {kSmallestWidth, 0, kRegionStep, 0},
+            "px",
+            "Width of the region of interest. OffsetX and Width together stay within WidthMax.",
             kLockable),
-    integer("Height", kFormat, address::kHeight, kReadWrite, {8, 0, 8, 0}, "px",
-            "Height of the region of interest. A lower region is read out faster.", kLockable),
-    integer("OffsetX", kFormat, address::kOffsetX, kReadWrite, {0, 0, 8, 0}, "px",
+    integer("Height", kFormat, address::kHeight, kReadWrite, {kSmallestHeight, 0, kRegionStep, 0},
+            "px", "Height of the region of interest. A lower region is read out faster.",
+            kLockable),
+    integer("OffsetX", kFormat, address::kOffsetX, kReadWrite, {0, 0, kRegionStep, 0}, "px",
             "Left edge of the region of interest.", kLockable),
-    integer("OffsetY", kFormat, address::kOffsetY, kReadWrite, {0, 0, 8, 0}, "px",
+    integer("OffsetY", kFormat, address::kOffsetY, kReadWrite, {0, 0, kRegionStep, 0}, "px",
             "Upper edge of the region of interest.", kLockable),
     enumeration("PixelFormat", kFormat, address::kPixelFormat, kReadWrite, kPixelFormats, 0,
                 "How a pixel is sent. Formats with more bytes per pixel may lower the largest "
                 "frame rate.",
                 kLockable),
+    integer("BinningHorizontal", kFormat, address::kBinningHorizontal, kReadWrite, {1, 4, 1, 1}, "",
+            "Neighbours in a row that are read as one pixel, their mean. Less noise, and a smaller "
+            "picture: the region and its largest size follow.",
+            kLockable),
+    integer("BinningVertical", kFormat, address::kBinningVertical, kReadWrite, {1, 4, 1, 1}, "",
+            "Rows that are read as one, their mean.", kLockable),
+    integer("DecimationHorizontal", kFormat, address::kDecimationHorizontal, kReadWrite,
+            {1, 4, 1, 1}, "",
+            "One of so many pixels in a row is read, after binning. Both together make at most 8 "
+            "pixels into one.",
+            kLockable),
+    integer("DecimationVertical", kFormat, address::kDecimationVertical, kReadWrite, {1, 4, 1, 1},
+            "", "One of so many rows is read, after binning.", kLockable),
     boolean("ReverseX", kFormat, address::kReverseX, kReadWrite, false,
             "Mirrors the picture left to right.", kLockable),
     boolean("ReverseY", kFormat, address::kReverseY, kReadWrite, false,
             "Turns the picture upside down.", kLockable),
+    enumeration(
+        "TestPattern", kFormat, address::kTestPattern, kReadWrite, kTestPatterns, 0,
+        "A picture that the camera computes instead of taking one. Ramps rise by 1/255 of "
+        "full scale from pixel to pixel and begin again every 256 pixels; what moves does so "
+        "by one pixel from frame to frame. Neither light nor noise has an effect."),
     boolean("FrameNumberOverlay", kFormat, address::kOverlay, kReadWrite, false,
             "Writes the number of the frame into its upper left corner: 32 fields of 8 x 8 "
             "pixels, bit 0 first, white for 1 and black for 0, a row of fields for each 256 "
@@ -85,13 +118,13 @@ constexpr auto kRows = std::to_array<NodeSpec>({
                 kTriggerSelectors, 0,
                 "What one trigger starts: a frame, or AcquisitionBurstFrameCount frames."),
     enumeration("TriggerMode", kAcquisition, address::kTriggerMode, kReadWrite, kOffOn, 0,
-                "On: frames are taken only when the trigger fires."),
+                "On: frames are taken only when the trigger fires.", 0, Selector::Trigger),
     enumeration("TriggerSource", kAcquisition, address::kTriggerSource, kReadWrite, kTriggerSources,
-                0, "Where triggers come from."),
+                0, "Where triggers come from.", 0, Selector::Trigger),
     enumeration("TriggerActivation", kAcquisition, address::kTriggerActivation, kReadWrite, kEdges,
-                0, "Edge of the line's signal that counts."),
+                0, "Edge of the line's signal that counts.", 0, Selector::Trigger),
     real("TriggerDelay", kAcquisition, address::kTriggerDelay, kReadWrite, {0, 4000, 0, 0}, "us",
-         "Time from the trigger to the start of the exposure."),
+         "Time from the trigger to the start of the exposure.", 0, Selector::Trigger),
     command("TriggerSoftware", kAcquisition, address::kTriggerSoftware, kReadWrite,
             "Fires the trigger. It counts while the camera waits for it: TriggerMode is on, "
             "TriggerSource is \"Software\" and the acquisition runs."),

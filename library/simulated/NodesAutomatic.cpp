@@ -57,7 +57,8 @@ constexpr auto kRows = std::to_array<NodeSpec>({
             "Present level of the selected line.", kKept, Selector::Line),
     integer("LineDebouncerTime", kLine, address::kDebouncerTime, kReadWrite, {0, 1023, 1, 0}, "us",
             "How long a signal must last on an input to count."),
-    boolean("StrobeEnable", kLine, 0x1708, kReadWrite, false, "Switches the output for the lamp."),
+    boolean("StrobeEnable", kLine, address::kStrobeEnable, kReadWrite, false,
+            "Switches the output for the lamp.", 0, Selector::Strobe),
 
     category(kTimer, "Root", "Timers that drive the outputs."),
     enumeration("TimerSelector", kTimer, address::kTimerSelector, kReadWrite, kTimers, 0,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Node tables: the way to the host, and the simulation's own controls.
+// Node tables: the way to the host.
 #include "library/simulated/NodeRows.h"
 
 #include <array>
@@ -7,19 +7,12 @@
 namespace orvalis::simulated {
 namespace {
 
-constexpr std::array<EntrySpec, 3> kIlluminants{{{"Daylight", 0}, {"Tungsten", 1}, {"Shade", 2}}};
-
 constexpr std::string_view kTransport = "TransportLayerControl";
 constexpr std::string_view kStatistics = "StreamStatistics";
-constexpr std::string_view kSimulation = "SimulationControl";
 
-/// IPv4 addresses are 32-bit patterns, most significant byte first: the same in a signed register.
-constexpr double kIpMinimum = -2147483648.0;
-constexpr double kIpMaximum = 2147483647.0;
-constexpr Range ipAddress(std::uint32_t value)
-{
-    return {kIpMinimum, kIpMaximum, 1, double(std::int32_t(value))};
-}
+/// An IPv4 address as cameras have it: a number of 32 bits without sign, most significant byte
+/// first.
+constexpr Range ipAddress(std::uint32_t value) { return {0, 4294967295.0, 1, double(value)}; }
 constexpr Range kCounter{0, 2147483647, 1, 0};
 
 constexpr auto kConnectionRows = std::to_array<NodeSpec>({
@@ -61,35 +54,8 @@ constexpr auto kConnectionRows = std::to_array<NodeSpec>({
             "Sets the counters to zero."),
 });
 
-constexpr auto kSimulationRows = std::to_array<NodeSpec>({
-    category(kSimulation, "Root", "What only a simulated camera can do: scene and faults."),
-    boolean("SimulationMotion", kSimulation, address::kMotion, kReadWrite, true,
-            "Something moves in front of the camera.", kKept),
-    boolean("SimulationNoise", kSimulation, address::kNoise, kReadWrite, true,
-            "The sensor has noise.", kKept),
-    enumeration("SimulationIlluminant", kSimulation, address::kIlluminant, kReadWrite, kIlluminants,
-                0, "Light that falls on the scene.", kKept | kColorOnly),
-    real("SimulationLine0Rate", kSimulation, address::kLine0Rate, kReadWrite, {0.1, 1000, 0, 10},
-         "Hz", "Pulses per second on Line0; the line is high for half of the time.", kKept),
-    real("SimulationLine1Rate", kSimulation, address::kLine1Rate, kReadWrite, {0.1, 1000, 0, 2},
-         "Hz", "Pulses per second on Line1; the line is high for half of the time.", kKept),
-    real("SimulationFrameLoss", kSimulation, address::kFrameLoss, kReadWrite, {0, 100, 0, 0}, "%",
-         "Share of the frames that get lost on their way.", kKept),
-    integer("SimulationRefuseOpens", kSimulation, address::kRefuseOpens, kReadWrite,
-            {0, 1000, 1, 0}, "", "How many of the next attempts to open the camera fail.", kKept),
-    integer("SimulationAnswerDelay", kSimulation, address::kAnswerDelay, kReadWrite,
-            {0, 10000, 1, 0}, "ms",
-            "Time that each access to a node or a register takes. Frames are not delayed.", kKept),
-    integer("SimulationLeaveDuration", kSimulation, address::kLeaveDuration, kReadWrite,
-            {1, 600000, 1, 2000}, "ms", "How long SimulationLeaveBus lasts.", kKept),
-    command("SimulationLeaveBus", kSimulation, address::kLeaveBus, kReadWrite,
-            "The camera leaves the bus at once, as if unplugged, for SimulationLeaveDuration. It "
-            "keeps its settings."),
-});
-
 } // namespace
 
 std::span<const NodeSpec> connectionNodes() { return kConnectionRows; }
-std::span<const NodeSpec> simulationNodes() { return kSimulationRows; }
 
 } // namespace orvalis::simulated

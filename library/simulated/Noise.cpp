@@ -2,7 +2,7 @@
 // Random numbers and the loops that weight them; the loops are written to be vectorised.
 #include "library/simulated/Noise.h"
 
-#include "library/core/Vectorised.h"
+#include "library/simulated/Vectorised.h"
 
 #include <algorithm>
 #include <cmath>

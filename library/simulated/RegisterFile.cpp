@@ -6,15 +6,19 @@
 #include "library/simulated/ToneCurve.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace orvalis::simulated {
 namespace {
 
 constexpr std::uint32_t kOutputLine = 2;
+constexpr std::uint32_t kBurstTrigger = 1;
+constexpr double kLongestExposure = 3e7; ///< microseconds, with SimulationLongExposure
 
 /// The number that people mean by a single-precision value: 0.1f is 0.1, not 0.100000001.
 double shortest(float value)
@@ -25,6 +29,42 @@ double shortest(float value)
     std::from_chars(text, end, number);
     return number;
 }
+
+/// A word with or without sign, as the node's bounds ask for.
+double wholeNumber(const NodeSpec &spec, std::uint32_t word)
+{
+    const bool isUnsigned = spec.range.maximum > std::numeric_limits<std::int32_t>::max();
+    return isUnsigned ? double(word) : static_cast<std::int32_t>(word);
+}
+
+/// The nodes of one direction of the sensor.
+struct Axis {
+    std::uint32_t binning;
+    std::uint32_t decimation;
+    std::uint32_t largest;
+    std::uint32_t size;
+    std::uint32_t offset;
+    std::uint32_t smallest;
+    std::uint32_t CameraModel::*sensor;
+
+    bool reducesBy(std::uint32_t address) const
+    {
+        return address == binning || address == decimation;
+    }
+    /// Pixels of the sensor for one of the picture; at first the registers are empty.
+    std::uint32_t step(const RegisterFile &registers) const
+    {
+        return std::max(1u, registers.word(binning)) * std::max(1u, registers.word(decimation));
+    }
+};
+
+constexpr std::array<Axis, 2> kAxes{
+    {{address::kBinningHorizontal, address::kDecimationHorizontal, address::kWidthMax,
+      address::kWidth, address::kOffsetX, kSmallestWidth, &CameraModel::width},
+     {address::kBinningVertical, address::kDecimationVertical, address::kHeightMax,
+      address::kHeight, address::kOffsetY, kSmallestHeight, &CameraModel::height}}};
+
+std::uint32_t wholeSteps(std::uint32_t pixels) { return pixels / kRegionStep * kRegionStep; }
 
 double rateOf(double periodUs) { return std::floor(1e9 / periodUs + 1e-6) / 1000; }
 
@@ -67,6 +107,12 @@ std::uint32_t RegisterFile::addressOf(const NodeSpec &spec) const
         return spec.address + 4 * word(address::kLineSelector);
     case Selector::Timer:
         return spec.address + 4 * word(address::kTimerSelector);
+    case Selector::Trigger:
+        return spec.address +
+               (flag(address::kTriggerPerSelector) ? 4 * word(address::kTriggerSelector) : 0);
+    case Selector::Strobe:
+        return spec.address +
+               (flag(address::kStrobePerLine) ? 4 * word(address::kLineSelector) : 0);
     case Selector::None:
         break;
     }
@@ -76,26 +122,28 @@ std::uint32_t RegisterFile::addressOf(const NodeSpec &spec) const
 Range RegisterFile::bounds(const NodeSpec &spec, std::uint32_t address) const
 {
     Range range = spec.range;
-    switch (address) {
-    case address::kWidth:
-        range.maximum = model_.width - word(address::kOffsetX);
-        break;
-    case address::kHeight:
-        range.maximum = model_.height - word(address::kOffsetY);
-        break;
-    case address::kOffsetX:
-        range.maximum = model_.width - word(address::kWidth);
-        break;
-    case address::kOffsetY:
-        range.maximum = model_.height - word(address::kHeight);
-        break;
-    case address::kFrameRate:
-        range.maximum = largestRate();
-        break;
-    default:
-        break;
+    for (const Axis &axis : kAxes) {
+        if (address == axis.size)
+            range.maximum = word(axis.largest) - word(axis.offset);
+        else if (address == axis.offset)
+            range.maximum = word(axis.largest) - word(axis.size);
+        else if (axis.reducesBy(address)) // of both together, word(address) is this one's share
+            range.maximum = std::min<double>(range.maximum,
+                                             kLargestReduction /
+                                                 (axis.step(*this) / std::max(1u, word(address))));
     }
+    if (address == address::kFrameRate)
+        range.maximum = largestRate();
+    if (address == address::kExposureTime && flag(address::kLongExposure))
+        range.maximum = kLongestExposure;
     return range;
+}
+
+bool RegisterFile::belongsToOutputs(const NodeSpec &spec) const
+{
+    return !spec.isCategory() &&
+           (spec.address == address::kLineSource ||
+            (spec.address == address::kStrobeEnable && flag(address::kStrobePerLine)));
 }
 
 OAccessMode RegisterFile::access(const NodeSpec &spec, bool streaming) const
@@ -103,8 +151,10 @@ OAccessMode RegisterFile::access(const NodeSpec &spec, bool streaming) const
     if (spec.has(kColorOnly) && spec.address != address::kIlluminant &&
         isMono(word(address::kPixelFormat)))
         return ORVALIS_ACCESS_NOT_AVAILABLE;
-    if (spec.address == address::kLineSource && !spec.isCategory() &&
-        word(address::kLineSelector) != kOutputLine)
+    if (belongsToOutputs(spec) && word(address::kLineSelector) != kOutputLine)
+        return ORVALIS_ACCESS_NOT_AVAILABLE;
+    if (spec.address == address::kFrameRate && flag(address::kRateNeedsEnable) &&
+        !flag(address::kFrameRateEnable))
         return ORVALIS_ACCESS_NOT_AVAILABLE;
     if (spec.type == ORVALIS_NODE_COMMAND || spec.access != ORVALIS_ACCESS_READ_WRITE)
         return spec.access;
@@ -133,7 +183,7 @@ double RegisterFile::number(const NodeSpec &spec, std::uint32_t address) const
     case ORVALIS_NODE_ENUMERATION:
         return word(address);
     default:
-        return static_cast<std::int32_t>(word(address));
+        return wholeNumber(spec, word(address));
     }
 }
 
@@ -143,8 +193,9 @@ OResult RegisterFile::setNumber(const NodeSpec &spec, std::uint32_t address, dou
         if (std::ranges::none_of(spec.entries,
                                  [&](const EntrySpec &e) { return e.value == value; }))
             return ORVALIS_ERROR_OUT_OF_RANGE;
+        const std::uint32_t previous = word(address);
         setWord(address, static_cast<std::uint32_t>(value));
-        changed(address);
+        changed(address, previous);
         return ORVALIS_OK;
     }
     const Range range = bounds(spec, address);
@@ -153,11 +204,12 @@ OResult RegisterFile::setNumber(const NodeSpec &spec, std::uint32_t address, dou
     if (range.increment > 0)
         value =
             range.minimum + std::floor((value - range.minimum) / range.increment) * range.increment;
+    const std::uint32_t previous = word(address);
     if (spec.type == ORVALIS_NODE_FLOAT)
         setReal(address, value);
     else
         setWord(address, static_cast<std::uint32_t>(static_cast<std::int64_t>(value)));
-    changed(address);
+    changed(address, previous);
     return ORVALIS_OK;
 }
 
@@ -190,7 +242,7 @@ OResult RegisterFile::writeWord(const NodeSpec &spec, std::uint32_t address, std
     case ORVALIS_NODE_ENUMERATION:
         return setNumber(spec, address, value);
     default:
-        return setNumber(spec, address, static_cast<std::int32_t>(value));
+        return setNumber(spec, address, wholeNumber(spec, value));
     }
 }
 
@@ -210,6 +262,18 @@ void RegisterFile::loadUserSet(const std::vector<std::uint32_t> &words)
     updateDerived();
 }
 
+std::uint32_t RegisterFile::activeTrigger() const
+{
+    if (!flag(address::kTriggerPerSelector))
+        return word(address::kTriggerSelector);
+    return flag(address::kTriggerMode + 4 * kBurstTrigger) ? kBurstTrigger : 0;
+}
+
+bool RegisterFile::selectsActiveTrigger() const
+{
+    return word(address::kTriggerSelector) == activeTrigger();
+}
+
 double RegisterFile::shortestPeriod() const
 {
     return simulated::shortestPeriod(model_, word(address::kWidth), word(address::kHeight),
@@ -226,8 +290,9 @@ double RegisterFile::framePeriod() const
     return period;
 }
 
-void RegisterFile::changed(std::uint32_t address)
+void RegisterFile::changed(std::uint32_t address, std::uint32_t previous)
 {
+    followReduction(address, previous);
     if (address == address::kGain)
         setWord(address::kGainRaw,
                 static_cast<std::uint32_t>(std::lround(real(address::kGain) * 10)));
@@ -236,8 +301,31 @@ void RegisterFile::changed(std::uint32_t address)
     updateDerived();
 }
 
+void RegisterFile::followReduction(std::uint32_t address, std::uint32_t previous)
+{
+    const auto *const axis =
+        std::ranges::find_if(kAxes, [&](const Axis &a) { return a.reducesBy(address); });
+    if (axis == kAxes.end() || word(axis->size) == 0)
+        return;
+    const std::uint32_t step = axis->step(*this);
+    const std::uint32_t previousStep = step / word(address) * std::max(1u, previous);
+    const std::uint32_t largest = wholeSteps(model_.*axis->sensor / step);
+    const auto followed = [&](std::uint32_t pixels) {
+        return wholeSteps(pixels * previousStep / step);
+    };
+    // A whole sensor stays whole, whatever was rounded off.
+    const std::uint32_t size =
+        word(axis->size) == word(axis->largest)
+            ? largest
+            : std::clamp(followed(word(axis->size)), axis->smallest, largest);
+    setWord(axis->offset, std::min(followed(word(axis->offset)), largest - size));
+    setWord(axis->size, size);
+}
+
 void RegisterFile::updateDerived()
 {
+    for (const Axis &axis : kAxes)
+        setWord(axis.largest, wholeSteps(model_.*axis.sensor / axis.step(*this)));
     const double width = word(address::kWidth);
     const double height = word(address::kHeight);
     if (width * height == 0)
@@ -245,6 +333,10 @@ void RegisterFile::updateDerived()
     const std::uint32_t pixelFormat = word(address::kPixelFormat);
     setWord(address::kPayloadSize,
             static_cast<std::uint32_t>(width * height * bytesPerPixel(pixelFormat)));
+    const double longest =
+        bounds(*table_.at(address::kExposureTime), address::kExposureTime).maximum;
+    if (real(address::kExposureTime) > longest)
+        setReal(address::kExposureTime, longest);
     if (real(address::kFrameRate) > largestRate())
         setReal(address::kFrameRate, largestRate());
     setReal(address::kReadOutTime, shortestPeriod());

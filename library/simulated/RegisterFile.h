@@ -63,6 +63,12 @@ public:
     /// What leaves the factory.
     const std::vector<std::uint32_t> &factorySet() const { return factorySet_; }
 
+    /// The trigger that frames wait for, by its number in TriggerSelector; of several that are on
+    /// the one that all others wait for.
+    std::uint32_t activeTrigger() const;
+    /// True if the software trigger is that of activeTrigger().
+    bool selectsActiveTrigger() const;
+
     /// Shortest time between two frames at present, in microseconds.
     double shortestPeriod() const;
     /// Time between two frames as set, in microseconds.
@@ -70,7 +76,9 @@ public:
 
 private:
     void setFactoryValues();
-    void changed(std::uint32_t address);
+    bool belongsToOutputs(const NodeSpec &spec) const;
+    void changed(std::uint32_t address, std::uint32_t previous);
+    void followReduction(std::uint32_t address, std::uint32_t previous);
     void updateDerived();
     double largestRate() const;
 

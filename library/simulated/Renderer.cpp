@@ -102,7 +102,9 @@ template <class Sample> void Renderer::drawStill(const SensorSettings &settings)
     using Types = NoiseTypes<Sample>;
     const Region &region = settings.region;
     const ColorMatrix matrix = makeColorMatrix(settings, model_.exposureDefault);
-    curve_ = makeToneCurve(settings, Types::kMaximum, Types::kSigmaMaximum);
+    const bool pattern = settings.pattern != TestPattern::Off;
+    curve_ = pattern ? makeStraightCurve(Types::kMaximum)
+                     : makeToneCurve(settings, Types::kMaximum, Types::kSigmaMaximum);
     for (auto &light : light_)
         light.resize(region.width);
     const std::size_t rowSamples = region.width * samplesPerPixel();
@@ -110,47 +112,93 @@ template <class Sample> void Renderer::drawStill(const SensorSettings &settings)
     target.values.resize(rowSamples * region.height);
     target.sigma.resize(rowSamples * region.height);
     for (std::uint32_t y = 0; y < region.height; ++y) {
-        const std::uint32_t sensorRow =
-            settings.reverseY ? model_.height - 1 - (region.y + y) : region.y + y;
-        drawLight(settings, matrix, sensorRow);
+        if (pattern)
+            drawPattern(settings, y);
+        else
+            drawLight(settings, matrix, y);
         const LightRow row{light_[0].data(), light_[1].data(), light_[2].data(), region.width, y};
         packRow<Sample>(settings.pixelFormat, row, curve_, &target.values[y * rowSamples],
                         &target.sigma[y * rowSamples]);
     }
 }
 
-void Renderer::drawLight(const SensorSettings &settings, const ColorMatrix &matrix,
-                         std::uint32_t sensorRow)
+void Renderer::drawPattern(const SensorSettings &settings, std::uint32_t y)
+{
+    const Region &region = settings.region;
+    const bool mono = isMono(settings.pixelFormat);
+    for (std::uint32_t x = 0; x < region.width; ++x) {
+        const auto color =
+            patternAt(settings.pattern, x, y, region.width, region.height, settings.patternShift);
+        const int brightness = mono ? toYuv(color[0], color[1], color[2])[0] : 0;
+        for (std::size_t c = 0; c < 3; ++c) {
+            const std::uint32_t level = mono ? std::uint32_t(brightness) : color[c];
+            light_[c][x] = static_cast<std::uint16_t>((level * (kLightSteps - 1) + 127) / 255);
+        }
+    }
+}
+
+void Renderer::drawLight(const SensorSettings &settings, const ColorMatrix &matrix, std::uint32_t y)
 {
     if (isMono(settings.pixelFormat)) {
-        drawLightRow(settings, brightnessRow(matrix), sensorRow, light_[0]);
+        drawLightRow(settings, brightnessRow(matrix), y, light_[0]);
         return;
     }
     for (std::size_t c = 0; c < 3; ++c)
-        drawLightRow(settings, matrix[c], sensorRow, light_[c]);
+        drawLightRow(settings, matrix[c], y, light_[c]);
 }
 
 void Renderer::drawLightRow(const SensorSettings &settings, const std::array<float, 3> &weights,
-                            std::uint32_t sensorRow, std::vector<std::uint16_t> &light) const
+                            std::uint32_t y, std::vector<std::uint16_t> &light)
 {
     const Region &region = settings.region;
+    const Reduction &reduction = settings.reduction;
+    const std::uint32_t row =
+        settings.reverseY ? reduction.height - 1 - (region.y + y) : region.y + y;
     const std::uint32_t left =
-        settings.reverseX ? model_.width - region.x - region.width : region.x;
+        settings.reverseX ? reduction.width - region.x - region.width : region.x;
+    if (reduction.reduces())
+        reduceRows(settings, weights, row, left, light);
+    else
+        readRow(settings, weights, row, left, light);
+    if (settings.reverseX)
+        std::reverse(light.begin(), light.end());
+}
+
+void Renderer::reduceRows(const SensorSettings &settings, const std::array<float, 3> &weights,
+                          std::uint32_t y, std::uint32_t left, std::vector<std::uint16_t> &light)
+{
+    const Reduction &reduction = settings.reduction;
+    sensorLight_.resize(light.size() * reduction.stepX);
+    sums_.assign(light.size(), 0);
+    for (std::uint32_t v = 0; v < reduction.binY; ++v) {
+        readRow(settings, weights, y * reduction.stepY + v, left * reduction.stepX, sensorLight_);
+        for (std::size_t x = 0; x < light.size(); ++x)
+            for (std::uint32_t u = 0; u < reduction.binX; ++u)
+                sums_[x] += sensorLight_[x * reduction.stepX + u];
+    }
+    const std::uint32_t count = reduction.binX * reduction.binY;
+    for (std::size_t x = 0; x < light.size(); ++x)
+        light[x] = static_cast<std::uint16_t>((sums_[x] + count / 2) / count);
+}
+
+void Renderer::readRow(const SensorSettings &settings, const std::array<float, 3> &weights,
+                       std::uint32_t sensorRow, std::uint32_t left,
+                       std::vector<std::uint16_t> &light) const
+{
+    const std::size_t width = light.size();
     const float sum = weights[0] + weights[1] + weights[2];
     const auto at = [&](std::size_t plane) { return scene_->planes[plane].row(sensorRow) + left; };
     if (model_.color)
-        weigh(at(0), at(1), at(2), weights, light.data(), region.width);
+        weigh(at(0), at(1), at(2), weights, light.data(), width);
     else
-        weigh(at(0), sum, light.data(), region.width);
+        weigh(at(0), sum, light.data(), width);
     if (settings.sharpness > 0)
         sharpen(&scene_->detail[std::size_t(sensorRow) * model_.width + left],
-                sum * static_cast<float>(settings.sharpness), light.data(), region.width);
+                sum * static_cast<float>(settings.sharpness), light.data(), width);
     if (!settings.uniform)
-        for (std::uint32_t x = 0; x < region.width; ++x)
+        for (std::uint32_t x = 0; x < width; ++x)
             light[x] = static_cast<std::uint16_t>(
                 std::clamp<int>(light[x] + columnError(left + x), 0, kLightSteps - 1));
-    if (settings.reverseX)
-        std::reverse(light.begin(), light.end());
 }
 
 void Renderer::findDiscColor(const SensorSettings &settings)
@@ -175,30 +223,35 @@ void Renderer::findDiscColor(const SensorSettings &settings)
 
 Renderer::Disc Renderer::placeDisc(const FrameStamp &stamp) const
 {
+    const bool shown = stamp.motion && settings_->pattern == TestPattern::Off;
+    const Reduction &reduction = settings_->reduction;
     Disc disc{.samples = discSamples_,
               .x = scene_->disc.positionAt(stamp.seconds),
               .y = scene_->disc.y,
-              .radius = stamp.motion ? scene_->disc.radius : 0};
+              .radius = shown ? scene_->disc.radius : 0};
     if (settings_->reverseX)
-        disc.x = model_.width - 1 - disc.x;
+        disc.x = reduction.width * reduction.stepX - 1 - disc.x;
     if (settings_->reverseY)
-        disc.y = model_.height - 1 - disc.y;
-    disc.x -= settings_->region.x;
-    disc.y -= settings_->region.y;
+        disc.y = reduction.height * reduction.stepY - 1 - disc.y;
+    disc.x -= settings_->region.x * reduction.stepX;
+    disc.y -= settings_->region.y * reduction.stepY;
     return disc;
 }
 
 template <class Sample>
 const Sample *Renderer::withDisc(const Disc &disc, std::uint32_t y, const Sample *row)
 {
-    const double dy = y - disc.y;
+    const Reduction &reduction = settings_->reduction;
+    const double dy = y * reduction.stepY - disc.y;
     if (std::abs(dy) >= disc.radius)
         return row;
     const double half = std::sqrt(disc.radius * disc.radius - dy * dy);
     const double width = settings_->region.width;
     // whole pairs of pixels, since some formats share colour between two
-    const auto first = static_cast<std::uint32_t>(std::clamp(disc.x - half, 0.0, width)) & ~1u;
-    const auto last = static_cast<std::uint32_t>(std::clamp(disc.x + half, 0.0, width)) & ~1u;
+    const auto first =
+        static_cast<std::uint32_t>(std::clamp((disc.x - half) / reduction.stepX, 0.0, width)) & ~1u;
+    const auto last =
+        static_cast<std::uint32_t>(std::clamp((disc.x + half) / reduction.stepX, 0.0, width)) & ~1u;
     if (first >= last)
         return row;
     const std::size_t samples = settings_->region.width * samplesPerPixel();
@@ -276,13 +329,14 @@ std::array<double, 3> Renderer::meanLight(const SensorSettings &settings)
         scene_ = makeScene(model_);
     std::array<double, 3> mean = sensorResponse(settings.illuminant);
     const Region &region = settings.region;
+    const std::uint32_t stepX = settings.reduction.stepX, stepY = settings.reduction.stepY;
     for (std::size_t c = 0; c < 3; ++c) {
         const Plane &plane = scene_->planes[std::min(c, scene_->planes.size() - 1)];
         double sum = 0;
         std::size_t count = 0;
         for (std::uint32_t y = 0; y < region.height; y += 8)
             for (std::uint32_t x = 0; x < region.width; x += 8, ++count)
-                sum += plane.row(region.y + y)[region.x + x];
+                sum += plane.row((region.y + y) * stepY)[(region.x + x) * stepX];
         mean[c] *= sum / double(std::max<std::size_t>(count, 1));
     }
     return mean;

@@ -38,7 +38,8 @@ private:
         std::vector<Sample> values;
         std::vector<typename NoiseTypes<Sample>::Sigma> sigma;
     };
-    /// The moving disc in this picture: its colour in samples, its place in the region.
+    /// The moving disc in this picture: its colour in samples, its place in the region,
+    /// in pixels of the sensor.
     struct Disc {
         std::array<std::uint16_t, 3> samples{}; ///< R, G, B; Y, U, V; or brightness thrice
         double x = 0;
@@ -49,10 +50,15 @@ private:
     void prepare(const SensorSettings &settings);
     template <class Sample> Still<Sample> &still();
     template <class Sample> void drawStill(const SensorSettings &settings);
-    void drawLight(const SensorSettings &settings, const ColorMatrix &matrix,
-                   std::uint32_t sensorRow);
+    void drawPattern(const SensorSettings &settings, std::uint32_t y);
+    void drawLight(const SensorSettings &settings, const ColorMatrix &matrix, std::uint32_t y);
     void drawLightRow(const SensorSettings &settings, const std::array<float, 3> &weights,
-                      std::uint32_t sensorRow, std::vector<std::uint16_t> &light) const;
+                      std::uint32_t y, std::vector<std::uint16_t> &light);
+    void reduceRows(const SensorSettings &settings, const std::array<float, 3> &weights,
+                    std::uint32_t y, std::uint32_t left, std::vector<std::uint16_t> &light);
+    void readRow(const SensorSettings &settings, const std::array<float, 3> &weights,
+                 std::uint32_t sensorRow, std::uint32_t left,
+                 std::vector<std::uint16_t> &light) const;
     void findDiscColor(const SensorSettings &settings);
     Disc placeDisc(const FrameStamp &stamp) const;
     template <class Sample> void drawFrame(const FrameStamp &stamp, std::uint8_t *out);
@@ -67,6 +73,8 @@ private:
     std::optional<SensorSettings> settings_; ///< of the still
     ToneCurve curve_;
     std::array<std::vector<std::uint16_t>, 3> light_; ///< one row, in steps of light
+    std::vector<std::uint16_t> sensorLight_;          ///< one row before it is reduced
+    std::vector<std::uint32_t> sums_;                 ///< of the pixels that become one
     Still<std::uint8_t> still8_;
     Still<std::uint16_t> still12_;
     std::array<std::uint16_t, 3> discSamples_{};

@@ -2,6 +2,8 @@
 // Everything that decides what a picture looks like, copied from the registers once per frame.
 #pragma once
 
+#include "library/simulated/TestPattern.h"
+
 #include <array>
 #include <cstdint>
 
@@ -17,9 +19,27 @@ struct Region {
     bool operator==(const Region &) const = default;
 };
 
+/// How pixels of the sensor become pixels of the picture, from the left and from above: of every
+/// `step` the mean of the first `bin`.
+struct Reduction {
+    std::uint32_t binX = 1;
+    std::uint32_t binY = 1;
+    std::uint32_t stepX = 1;
+    std::uint32_t stepY = 1;
+    std::uint32_t width = 0;  ///< pixels that are left of the sensor
+    std::uint32_t height = 0; ///< rows
+
+    /// False if every pixel is one of the picture.
+    bool reduces() const { return stepX * stepY > 1; }
+    bool operator==(const Reduction &) const = default;
+};
+
 /// Settings of one picture. Equal settings give equal pictures but for noise and motion.
 struct SensorSettings {
     Region region;
+    Reduction reduction;
+    TestPattern pattern = TestPattern::Off;
+    std::uint32_t patternShift = 0; ///< pixels that a moving pattern has moved
     std::uint32_t pixelFormat = 0;
     bool reverseX = false;
     bool reverseY = false;

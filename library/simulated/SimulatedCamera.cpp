@@ -37,7 +37,7 @@ OResult SimulatedCamera::open(Session &session)
     const std::lock_guard lock(mutex_);
     if (Clock::now() < awayUntil_)
         return ORVALIS_ERROR_NOT_FOUND;
-    if (session_ != 0)
+    if (session_ != 0 || Clock::now() < heldUntil_)
         return ORVALIS_ERROR_BUSY;
     if (const std::uint32_t refusals = registers_.word(address::kRefuseOpens)) {
         registers_.setWord(address::kRefuseOpens, refusals - 1);
@@ -55,6 +55,8 @@ void SimulatedCamera::close(Session session)
         return;
     session_ = 0;
     acquisition_ = Acquisition::None;
+    heldUntil_ = Clock::now() + milliseconds(registers_.word(address::kHoldElsewhere));
+    registers_.setWord(address::kHoldElsewhere, 0);
     changed_.notify_all();
 }
 
@@ -66,13 +68,18 @@ void SimulatedCamera::waitUntil(Lock &lock, Clock::time_point when)
 
 OResult SimulatedCamera::answer(Lock &lock, Session session)
 {
-    const auto ready = Clock::now() + milliseconds(registers_.word(address::kAnswerDelay));
-    while (session == session_ && Clock::now() < ready)
-        waitUntil(lock, ready);
-    if (session != session_)
-        return ORVALIS_ERROR_CONNECTION_LOST;
+    if (const OResult result = pass(lock, session, registers_.word(address::kAnswerDelay)))
+        return result;
     refreshMeasurements();
     return ORVALIS_OK;
+}
+
+OResult SimulatedCamera::pass(Lock &lock, Session session, std::uint32_t duration)
+{
+    const auto ready = Clock::now() + milliseconds(duration);
+    while (session == session_ && Clock::now() < ready)
+        waitUntil(lock, ready);
+    return session == session_ ? ORVALIS_OK : ORVALIS_ERROR_CONNECTION_LOST;
 }
 
 void SimulatedCamera::refreshMeasurements()
@@ -131,6 +138,8 @@ OResult SimulatedCamera::execute(Session session, const NodeSpec &spec)
         return result;
     if (const OResult result = mayWrite(spec))
         return result;
+    if (const OResult result = pass(lock, session, registers_.word(address::kCommandDuration)))
+        return result;
     if (spec.has(kLockable) && streaming())
         return ORVALIS_ERROR_ACCESS_DENIED;
     const OResult result = run(spec.address);
@@ -149,8 +158,11 @@ OResult SimulatedCamera::run(std::uint32_t command)
     case address::kLeaveBus:
         leaveBus(milliseconds(registers_.word(address::kLeaveDuration)));
         break;
+    case address::kStall:
+        stalledUntil_ = now + milliseconds(registers_.word(address::kStallDuration));
+        break;
     case address::kTriggerSoftware:
-        if (acquisition_ != Acquisition::None)
+        if (acquisition_ != Acquisition::None && registers_.selectsActiveTrigger())
             scheduler_.softwareTrigger(timing(), now);
         break;
     case address::kUserSetLoad:

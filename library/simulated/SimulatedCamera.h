@@ -33,8 +33,8 @@ public:
 
     /// False while a restart or a fault holds it away.
     bool isOnBus() const;
-    /// ORVALIS_ERROR_NOT_FOUND while it is away, ORVALIS_ERROR_BUSY, ORVALIS_ERROR_DEVICE on
-    /// demand.
+    /// ORVALIS_ERROR_NOT_FOUND while it is away, ORVALIS_ERROR_BUSY while anybody has it open,
+    /// ORVALIS_ERROR_DEVICE on demand.
     OResult open(Session &session);
     /// Ends the session and its stream; nothing if it has ended already.
     void close(Session session);
@@ -81,6 +81,7 @@ private:
     // All of these are called with the lock held.
     bool streaming() const { return acquisition_ == Acquisition::Stream; }
     OResult answer(Lock &lock, Session session);
+    OResult pass(Lock &lock, Session session, std::uint32_t duration);
     OResult mayWrite(const NodeSpec &spec) const;
     OResult written(Lock &lock, const NodeSpec &spec);
     void refreshMeasurements();
@@ -97,6 +98,7 @@ private:
     OResult exposeFrame(Lock &lock, Clock::time_point due, Clock::time_point now, RawImage &image,
                         bool &delivered);
     bool losesFrame();
+    void disguise(RawImage &image) const;
     void count(std::uint32_t address, std::uint64_t frames);
     void adjustAutomatic(Lock &lock, const SensorSettings &settings);
     void adjustBrightness(double mean);
@@ -118,6 +120,8 @@ private:
     Session session_ = 0; ///< of who has it open; 0: nobody
     Session lastSession_ = 0;
     Clock::time_point awayUntil_;
+    Clock::time_point heldUntil_; ///< by another program
+    Clock::time_point stalledUntil_;
     Clock::time_point poweredOn_;
     Clock::time_point timestampZero_;
     Acquisition acquisition_ = Acquisition::None;

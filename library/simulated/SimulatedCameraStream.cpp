@@ -19,9 +19,25 @@ constexpr std::uint32_t kSingleFrame = 1, kMultiFrame = 2; ///< of AcquisitionMo
 constexpr std::uint32_t kBurst = 1;                        ///< of TriggerSelector
 constexpr std::uint32_t kContinuous = 2;                   ///< of the automatic controls
 
+enum class Payload : std::uint32_t { Image, TrailingData, MissingRows, UnknownFormat };
+constexpr std::uint32_t kTrailingBytes = 64;
+constexpr std::uint32_t kUnknownFormat = 0x810800FF; ///< PFNC: codes of their makers begin with 8
+
 nanoseconds fromMicroseconds(double us)
 {
     return nanoseconds(static_cast<std::int64_t>(std::llround(us * 1000)));
+}
+
+Reduction reductionOf(const RegisterFile &r)
+{
+    const std::uint32_t binX = r.word(address::kBinningHorizontal);
+    const std::uint32_t binY = r.word(address::kBinningVertical);
+    return {.binX = binX,
+            .binY = binY,
+            .stepX = binX * r.word(address::kDecimationHorizontal),
+            .stepY = binY * r.word(address::kDecimationVertical),
+            .width = r.word(address::kWidthMax),
+            .height = r.word(address::kHeightMax)};
 }
 
 } // namespace
@@ -105,9 +121,11 @@ OResult SimulatedCamera::waitForFrame(Lock &lock, Session session, RawImage &ima
             return ORVALIS_ERROR_ABORTED;
         }
         const auto now = Clock::now();
-        const auto due = framesLeft_ > 0 && acquisition_ != Acquisition::None
-                             ? scheduler_.due(timing(), now)
-                             : std::nullopt;
+        auto due = framesLeft_ > 0 && acquisition_ != Acquisition::None
+                       ? scheduler_.due(timing(), now)
+                       : std::nullopt;
+        if (due)
+            due = std::max(*due, stalledUntil_);
         if (due && *due <= now) {
             bool delivered = false;
             const OResult result = exposeFrame(lock, *due, now, image, delivered);
@@ -141,7 +159,7 @@ OResult SimulatedCamera::exposeFrame(Lock &lock, Clock::time_point due, Clock::t
     lock.unlock(); // nodes can be read while the picture is drawn
     std::shared_ptr<std::uint8_t> buffer;
     try {
-        buffer = pool_.take(bytes);
+        buffer = pool_.take(bytes + kTrailingBytes);
         renderer_.render(present, presentStamp, buffer.get());
     } catch (const std::bad_alloc &) {
         lock.lock();
@@ -160,8 +178,26 @@ OResult SimulatedCamera::exposeFrame(Lock &lock, Clock::time_point due, Clock::t
              .height = present.region.height,
              .pixelFormat = present.pixelFormat,
              .owner = std::move(buffer)};
+    disguise(image);
     delivered = true;
     return ORVALIS_OK;
+}
+
+void SimulatedCamera::disguise(RawImage &image) const
+{
+    switch (static_cast<Payload>(registers_.word(address::kPayload))) {
+    case Payload::TrailingData:
+        image.size += kTrailingBytes;
+        break;
+    case Payload::MissingRows:
+        image.size -= image.size / 4;
+        break;
+    case Payload::UnknownFormat:
+        image.pixelFormat = kUnknownFormat;
+        break;
+    case Payload::Image:
+        break;
+    }
 }
 
 bool SimulatedCamera::losesFrame()
@@ -255,16 +291,16 @@ FrameTiming SimulatedCamera::timing() const
 {
     const auto &r = registers_;
     const double period = r.framePeriod();
+    const std::uint32_t active = r.activeTrigger();
+    const std::uint32_t own = r.flag(address::kTriggerPerSelector) ? 4 * active : 0;
     FrameTiming timing{.period = fromMicroseconds(period),
                        .exposure = fromMicroseconds(r.real(address::kExposureTime)),
-                       .delay = fromMicroseconds(r.real(address::kTriggerDelay)),
+                       .delay = fromMicroseconds(r.real(address::kTriggerDelay + own)),
                        .debounce = fromMicroseconds(r.word(address::kDebouncerTime)),
-                       .triggered = r.flag(address::kTriggerMode),
-                       .source = static_cast<TriggerSource>(r.word(address::kTriggerSource)),
-                       .fallingEdge = r.flag(address::kTriggerActivation),
-                       .burst = r.word(address::kTriggerSelector) == kBurst
-                                    ? r.word(address::kBurstFrameCount)
-                                    : 1,
+                       .triggered = r.flag(address::kTriggerMode + own),
+                       .source = static_cast<TriggerSource>(r.word(address::kTriggerSource + own)),
+                       .fallingEdge = r.flag(address::kTriggerActivation + own),
+                       .burst = active == kBurst ? r.word(address::kBurstFrameCount) : 1,
                        .lineRate = {r.real(address::kLine0Rate), r.real(address::kLine1Rate)}};
     if (timing.source != TriggerSource::Software &&
         r.flag(address::kLineInverter + (timing.source == TriggerSource::Line1 ? 4 : 0)))
@@ -279,6 +315,9 @@ SensorSettings SimulatedCamera::settings() const
     SensorSettings s;
     s.region = {r.word(address::kOffsetX), r.word(address::kOffsetY), r.word(address::kWidth),
                 r.word(address::kHeight)};
+    s.reduction = reductionOf(r);
+    s.pattern = static_cast<TestPattern>(r.word(address::kTestPattern));
+    s.patternShift = moves(s.pattern) ? frameNumber_ : 0;
     s.pixelFormat = r.word(address::kPixelFormat);
     s.reverseX = r.flag(address::kReverseX);
     s.reverseY = r.flag(address::kReverseY);
@@ -304,6 +343,7 @@ SensorSettings SimulatedCamera::settings() const
         s.shadowLift = percent(address::kWideRangeStrength);
     if (r.flag(address::kNoiseRemoveEnable))
         s.noise = 1 - 0.2 * r.word(address::kNoiseRemoveLevel);
+    s.noise /= std::sqrt(s.reduction.binX * s.reduction.binY);
     s.uniform = !model_.thermal || r.flag(address::kNucMode);
     return s;
 }

@@ -70,6 +70,17 @@ Matrix colorPlane(double hue, double saturation)
 
 } // namespace
 
+ToneCurve makeStraightCurve(int maximum)
+{
+    ToneCurve curve;
+    curve.sigma.assign(kLightSteps, 0);
+    curve.value.resize(kLightSteps);
+    for (std::uint32_t light = 0; light < kLightSteps; ++light)
+        curve.value[light] =
+            static_cast<std::uint16_t>(std::lround(double(light) * maximum / (kLightSteps - 1)));
+    return curve;
+}
+
 ToneCurve makeToneCurve(const SensorSettings &settings, int maximum, int sigmaMaximum)
 {
     std::vector<double> tones(kLightSteps);

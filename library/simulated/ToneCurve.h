@@ -22,6 +22,9 @@ struct ToneCurve {
 /// Makes the tables for samples up to `maximum` with sigmas up to `sigmaMaximum`.
 ToneCurve makeToneCurve(const SensorSettings &settings, int maximum, int sigmaMaximum);
 
+/// The tables that take light as it is: step 0 to 0, the last one to `maximum`, without noise.
+ToneCurve makeStraightCurve(int maximum);
+
 /// What the sensor's colours are multiplied by, rows and columns red, green, blue: exposure, gain,
 /// light, white balance, saturation, hue. Light of value kWhite at the default exposure becomes
 /// 0.85 of full scale, in steps of light.

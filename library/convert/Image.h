@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every conversion checks before it touches a pixel.
+// What the conversions share: checks before a pixel is touched, and samples to their upper bits.
 #pragma once
 
 #include "library/convert/Convert.h"
@@ -24,5 +24,13 @@ inline std::size_t pixelCount(const ImageView &image)
 {
     return std::size_t{image.width} * image.height;
 }
+
+/// Upper 8 bits of 16-bit samples, which need not be aligned. What lies above the depth becomes
+/// white.
+void upperEight(unsigned depth, const std::uint8_t *words, std::size_t count, std::uint8_t *out);
+
+/// The two conversions for the YUV kinds. The image fits.
+bool yuvToRgb(const ImageView &image, std::uint8_t *out);
+bool yuvToBrightness(const ImageView &image, std::uint8_t *out);
 
 } // namespace orvalis
