@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Finds and copies the pixels of a frame that are shown, without trusting what the frame claims.
+// Finds the pixels of a frame that are displayed, without trusting what the frame claims.
 #include "capture/FramePixels.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 
 namespace {
@@ -16,6 +15,9 @@ constexpr std::uint32_t formatBayerGR12 = 0x01100010;
 constexpr std::uint64_t allocatedPerPixel = 4;
 constexpr std::uint64_t maximumAllocation = std::numeric_limits<std::int32_t>::max();
 
+/// A library may leave a frame's raw size out; its raw plane is whole then.
+constexpr std::uint32_t sizeNotStated = 0;
+
 constexpr std::uint32_t maximumBitsPerPixel = 64;
 
 // What cameras append to a picture (chunk data, padding) is a few kilobytes at most.
@@ -24,6 +26,14 @@ constexpr std::uint64_t maximumAppendix = 1 << 20;
 std::uint64_t pixelCount(const OImageFrame &frame)
 {
     return std::uint64_t{frame.width} * frame.height;
+}
+
+/// Bits that a pixel occupies, as the code of its format says (GenICam Pixel Format Naming
+/// Convention, bits 16 to 23 of the code); 16 for both 12-bit formats above.
+std::uint32_t bitsOf(std::uint32_t pixelFormat)
+{
+    const std::uint32_t bits = pixelFormat >> 16 & 0xFF;
+    return bits == 0 ? 8 : std::min(bits, maximumBitsPerPixel);
 }
 
 const std::uint8_t *planeOf(const OImageFrame &frame, FramePlane plane)
@@ -36,7 +46,8 @@ const std::uint8_t *planeOf(const OImageFrame &frame, FramePlane plane)
     case FramePlane::Raw:
         break;
     }
-    return frame.rawSize >= pixelCount(frame) ? frame.raw : nullptr;
+    const bool whole = frame.rawSize == sizeNotStated || frame.rawSize >= pixelCount(frame);
+    return whole ? frame.raw : nullptr;
 }
 
 } // namespace
@@ -67,30 +78,16 @@ const std::uint8_t *shownPixels(const OImageFrame &frame, FramePlane plane,
     return planeOf(frame, plane);
 }
 
-std::size_t rawPlaneBytes(const OImageFrame &frame)
+std::size_t rawPlaneBytes(const OImageFrame &frame, std::uint32_t pixelFormat)
 {
     if (frame.raw == nullptr)
         return 0;
     const std::uint64_t pixels = std::min(pixelCount(frame), maximumAllocation / 8);
+    if (frame.rawSize == sizeNotStated)
+        return static_cast<std::size_t>((pixels * bitsOf(pixelFormat) + 7) / 8);
     const std::uint64_t most = pixels * maximumBitsPerPixel / 8 + maximumAppendix;
     if (frame.rawSize <= std::min(most, maximumAllocation))
         return frame.rawSize;
     const std::uint64_t bits = std::clamp(frame.bitsPerPixel, 8U, maximumBitsPerPixel);
     return static_cast<std::size_t>((pixels * bits + 7) / 8);
-}
-
-FrameBuffer::FrameBuffer(std::int32_t regionWidth, std::int32_t regionHeight)
-    : m_mostPixels(regionPixels(regionWidth, regionHeight))
-{
-    if (m_mostPixels > 0 && m_mostPixels <= maximumAllocation / allocatedPerPixel)
-        m_data.reset(static_cast<std::uint8_t *>(std::calloc(m_mostPixels, allocatedPerPixel)));
-}
-
-bool FrameBuffer::copyFrom(const OImageFrame &frame, FramePlane plane)
-{
-    const std::uint8_t *pixels = shownPixels(frame, plane, m_mostPixels);
-    if (pixels == nullptr || m_data == nullptr)
-        return false;
-    std::memcpy(m_data.get(), pixels, pixelCount(frame) * pixelBytes(plane));
-    return true;
 }

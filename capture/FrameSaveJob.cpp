@@ -1,39 +1,53 @@
 // SPDX-License-Identifier: MIT
-// Makes save jobs out of frames.
+// Makes save jobs out of pictures.
 #include "capture/FrameSaveJob.h"
 
-#include "capture/FramePixels.h"
+#include "capture/Picture.h"
+#include "capture/SaveFormat.h"
 
 #include <limits>
 #include <new>
+#include <utility>
 
 namespace {
 
-const unsigned char *keepBytes(FrameSaveJob *job, const std::uint8_t *source, std::size_t size)
+/// Null if there are no bytes to save.
+const unsigned char *keepBytes(FrameSaveJob *job, QByteArray bytes)
 {
-    if (source == nullptr || size > std::size_t{std::numeric_limits<int>::max()})
+    if (bytes.isNull())
         return nullptr;
-    job->size = static_cast<int>(size);
-    job->ownedBytes = QByteArray(reinterpret_cast<const char *>(source), job->size);
+    job->ownedBytes = std::move(bytes);
+    job->size = job->ownedBytes.size();
     return reinterpret_cast<const unsigned char *>(job->ownedBytes.constData());
+}
+
+QByteArray samplesOf(const Picture &picture)
+{
+    if (picture.samples() == nullptr ||
+        picture.sampleBytes() > std::size_t{std::numeric_limits<int>::max()})
+        return {};
+    return {reinterpret_cast<const char *>(picture.samples()),
+            static_cast<int>(picture.sampleBytes())};
 }
 
 } // namespace
 
-std::unique_ptr<FrameSaveJob> makeSaveJob(const OImageFrame &frame, const QImage &shown,
-                                          const QString &format)
+std::unique_ptr<FrameSaveJob> makeSaveJob(const Picture &picture, const QString &format)
 {
     auto job = std::make_unique<FrameSaveJob>();
     job->format = format;
-    job->width = static_cast<int>(frame.width);
-    job->height = static_cast<int>(frame.height);
-    if (format.contains(QLatin1String("RAW"))) {
-        job->raw = keepBytes(job.get(), frame.raw, rawPlaneBytes(frame));
-    } else if (format.contains(QLatin1String("RGB"))) {
-        job->rgb = keepBytes(job.get(), frame.rgb, std::size_t{3} * frame.width * frame.height);
-    } else {
-        job->image = shown.copy();
-        if (job->image.isNull() && !shown.isNull())
+    job->width = static_cast<int>(picture.width());
+    job->height = static_cast<int>(picture.height());
+    switch (contentOf(format)) {
+    case SaveContent::Raw:
+        job->raw = keepBytes(job.get(), samplesOf(picture));
+        break;
+    case SaveContent::Rgb:
+        job->rgb = keepBytes(job.get(), picture.rgb());
+        break;
+    case SaveContent::Image:
+        job->image = picture.displayedImage();
+        if (job->image.isNull())
             throw std::bad_alloc();
     }
     return job;

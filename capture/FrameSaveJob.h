@@ -3,15 +3,17 @@
 #pragma once
 
 #include "capture/SaveLimiter.h"
-#include "sdk/OrvalisAPI.h"
 
 #include <QByteArray>
+#include <QFuture>
 #include <QImage>
 #include <QString>
 
 #include <array>
 #include <cstddef>
 #include <memory>
+
+class Picture;
 
 /// Made on the heap by the display thread, consumed and freed by SaveThread().
 struct FrameSaveJob {
@@ -33,11 +35,9 @@ struct FrameSaveJob {
     SaveLimiter::Place place;             ///< given back with the job
 };
 
-/// A job that holds all it needs of `frame`: the bytes of its plane for "RAW" and "RGB", else a
-/// copy of `shown`, the image made of it. Reads the frame's memory, so the frame must be valid
-/// still; path, camera and place are left to the caller. Throws std::bad_alloc.
-std::unique_ptr<FrameSaveJob> makeSaveJob(const OImageFrame &frame, const QImage &shown,
-                                          const QString &format);
+/// A job with a copy of what `format` saves of `picture`: its samples, its RGB bytes, or the
+/// displayed image. Path, camera and place are left to the caller. Throws std::bad_alloc.
+std::unique_ptr<FrameSaveJob> makeSaveJob(const Picture &picture, const QString &format);
 
 /// Bytes of pixels that a job keeps in memory.
 std::size_t heldBytes(const FrameSaveJob &job);
@@ -45,3 +45,7 @@ std::size_t heldBytes(const FrameSaveJob &job);
 /// Writes the file of a FrameSaveJob and deletes the job; a null job is nothing to do. A file that
 /// cannot be written to its end is removed; nothing is reported. Any thread.
 void SaveThread(void *job);
+
+/// Runs SaveThread() for `job` on the global thread pool. If that fails, which it does by throwing
+/// std::bad_alloc, the job is deleted and its place given back.
+QFuture<void> startSaveTask(std::unique_ptr<FrameSaveJob> job);

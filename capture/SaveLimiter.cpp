@@ -4,8 +4,21 @@
 
 #include <utility>
 
+struct SaveLimiter::State {
+    std::mutex mutex; // guards all that follows
+    std::condition_variable changed;
+    std::size_t bytes = 0;  ///< of the places taken
+    std::size_t places = 0; ///< taken
+    bool letThrough = false;
+};
+
+SaveLimiter::Place::Place(std::shared_ptr<State> state, std::size_t bytes)
+    : m_state(std::move(state)), m_bytes(bytes)
+{
+}
+
 SaveLimiter::Place::Place(Place &&other) noexcept
-    : m_limiter(std::exchange(other.m_limiter, nullptr)), m_bytes(other.m_bytes)
+    : m_state(std::move(other.m_state)), m_bytes(other.m_bytes)
 {
 }
 
@@ -13,7 +26,7 @@ SaveLimiter::Place &SaveLimiter::Place::operator=(Place &&other) noexcept
 {
     if (this != &other) {
         giveBack();
-        m_limiter = std::exchange(other.m_limiter, nullptr);
+        m_state = std::move(other.m_state);
         m_bytes = other.m_bytes;
     }
     return *this;
@@ -21,43 +34,57 @@ SaveLimiter::Place &SaveLimiter::Place::operator=(Place &&other) noexcept
 
 void SaveLimiter::Place::giveBack()
 {
-    SaveLimiter *limiter = std::exchange(m_limiter, nullptr);
-    if (limiter == nullptr)
+    const std::shared_ptr<State> state = std::move(m_state);
+    if (state == nullptr)
         return;
-    // Under the lock to the end: whoever waits for the last place may destroy the limiter.
-    const std::lock_guard lock(limiter->m_mutex);
-    limiter->m_taken -= m_bytes;
-    limiter->m_changed.notify_all();
+    const std::lock_guard lock(state->mutex);
+    state->bytes -= m_bytes;
+    --state->places;
+    state->changed.notify_all();
 }
 
+SaveLimiter::SaveLimiter(std::size_t capacity)
+    : m_capacity(capacity), m_state(std::make_shared<State>())
+{
+}
+
+// With the lock held.
 bool SaveLimiter::hasRoomFor(std::size_t bytes) const
 {
-    return m_taken == 0 || (bytes <= m_capacity / 2 && m_taken <= m_capacity - 2 * bytes);
+    const std::size_t taken = m_state->bytes;
+    return taken == 0 || (bytes <= m_capacity / 2 && taken <= m_capacity - 2 * bytes);
 }
 
 SaveLimiter::Place SaveLimiter::take(std::size_t bytes)
 {
-    std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [&] { return m_letThrough || hasRoomFor(bytes); });
-    m_taken += bytes;
-    return {this, bytes};
+    std::unique_lock lock(m_state->mutex);
+    m_state->changed.wait(lock, [&] { return m_state->letThrough || hasRoomFor(bytes); });
+    m_state->bytes += bytes;
+    ++m_state->places;
+    return {m_state, bytes};
 }
 
 void SaveLimiter::letThrough(bool on)
 {
-    const std::lock_guard lock(m_mutex);
-    m_letThrough = on;
-    m_changed.notify_all();
+    const std::lock_guard lock(m_state->mutex);
+    m_state->letThrough = on;
+    m_state->changed.notify_all();
 }
 
 void SaveLimiter::waitUntilEmpty()
 {
-    std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_taken == 0; });
+    std::unique_lock lock(m_state->mutex);
+    m_state->changed.wait(lock, [this] { return m_state->places == 0; });
+}
+
+bool SaveLimiter::waitUntilEmpty(std::chrono::milliseconds longest)
+{
+    std::unique_lock lock(m_state->mutex);
+    return m_state->changed.wait_for(lock, longest, [this] { return m_state->places == 0; });
 }
 
 std::size_t SaveLimiter::taken() const
 {
-    const std::lock_guard lock(m_mutex);
-    return m_taken;
+    const std::lock_guard lock(m_state->mutex);
+    return m_state->bytes;
 }

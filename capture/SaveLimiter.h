@@ -2,13 +2,17 @@
 // Bounds the memory of frames that wait to be written to disk.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <memory>
 #include <mutex>
 
 /// Gives out places for frames that wait for their save task. One thread asks for places, any
-/// thread gives them back. The limiter must outlive every place (see waitUntilEmpty()).
+/// thread gives them back. A place may outlive the limiter.
 class SaveLimiter {
+    struct State;
+
 public:
     /// Bytes.
     static constexpr std::size_t defaultCapacity = std::size_t{512} * 1024 * 1024;
@@ -23,14 +27,15 @@ public:
 
     private:
         friend class SaveLimiter;
-        Place(SaveLimiter *limiter, std::size_t bytes) : m_limiter(limiter), m_bytes(bytes) {}
+        Place(std::shared_ptr<State> state, std::size_t bytes);
         void giveBack();
 
-        SaveLimiter *m_limiter = nullptr;
+        std::shared_ptr<State> m_state; // null for no place
         std::size_t m_bytes = 0;
     };
 
-    explicit SaveLimiter(std::size_t capacity = defaultCapacity) : m_capacity(capacity) {}
+    /// @param capacity bytes
+    explicit SaveLimiter(std::size_t capacity = defaultCapacity);
 
     /// Waits until a frame of `bytes` fits. Room for a second such frame is kept back for the one
     /// that letThrough() admits; a frame too large for that waits until it is alone.
@@ -40,8 +45,10 @@ public:
     /// places are waited for again.
     void letThrough(bool on);
 
-    /// Returns when every place has been given back.
+    /// Returns when every place has been given back, also those of no bytes.
     void waitUntilEmpty();
+    /// @return false if there are places left after `longest`
+    bool waitUntilEmpty(std::chrono::milliseconds longest);
 
     /// Bytes of all places that are taken.
     std::size_t taken() const;
@@ -50,8 +57,5 @@ private:
     bool hasRoomFor(std::size_t bytes) const;
 
     const std::size_t m_capacity;
-    mutable std::mutex m_mutex; // guards m_taken and m_letThrough
-    std::condition_variable m_changed;
-    std::size_t m_taken = 0;
-    bool m_letThrough = false;
+    const std::shared_ptr<State> m_state;
 };

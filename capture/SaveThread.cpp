@@ -4,6 +4,7 @@
 
 #include "capture/SaveClock.h"
 #include "capture/SaveFileName.h"
+#include "capture/SaveFormat.h"
 
 #include <QBuffer>
 #include <QDateTime>
@@ -11,6 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QtConcurrent>
 
 #include <cerrno>
 #include <cstdio>
@@ -102,12 +104,14 @@ void saveImage(const FrameSaveJob &job, const QString &name)
 void save(const FrameSaveJob &job)
 {
     const QString name = nameOf(job);
-    if (job.format.contains(QLatin1String("RAW")))
-        saveDump(job, name, job.raw);
-    else if (job.format.contains(QLatin1String("RGB")))
-        saveDump(job, name, job.rgb);
-    else
-        saveImage(job, name);
+    switch (contentOf(job.format)) {
+    case SaveContent::Raw:
+        return saveDump(job, name, job.raw);
+    case SaveContent::Rgb:
+        return saveDump(job, name, job.rgb);
+    case SaveContent::Image:
+        return saveImage(job, name);
+    }
 }
 
 } // namespace
@@ -122,4 +126,11 @@ void SaveThread(void *job)
     } catch (const std::bad_alloc &) {
         qDebug() << "no memory to encode a frame";
     }
+}
+
+QFuture<void> startSaveTask(std::unique_ptr<FrameSaveJob> job)
+{
+    QFuture<void> task = QtConcurrent::run(SaveThread, static_cast<void *>(job.get()));
+    (void)job.release(); // the task's now
+    return task;
 }

@@ -74,7 +74,7 @@ QImage &ScreenImages::unusedImage()
     return oldest;
 }
 
-QPixmap ScreenImages::pixmapOf(const QImage &image)
+QImage ScreenImages::imageOf(const QImage &image)
 {
     QImage &filled = unusedImage();
     if (filled.size() != image.size())
@@ -82,5 +82,5 @@ QPixmap ScreenImages::pixmapOf(const QImage &image)
     if (filled.isNull())
         return {}; // no memory
     convert(image, &filled);
-    return QPixmap::fromImage(filled);
+    return filled;
 }

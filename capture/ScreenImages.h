@@ -3,18 +3,17 @@
 #pragma once
 
 #include <QImage>
-#include <QPixmap>
 
 #include <array>
 
-/// Turns frames into pixmaps without new memory for each: fresh pages for a large picture take
-/// longer than its conversion. Belongs to one thread; the pixmaps may go to any.
+/// Turns frames into images for the screen without new memory for each: fresh pages for a large
+/// picture take longer than its conversion. Belongs to one thread; the images may go to any.
 class ScreenImages {
 public:
-    /// A pixmap of `image`, which is of Format_RGB888 or Format_Grayscale8; null without memory. It
-    /// keeps its pixels for as long as it is held, whatever is made after it, and its cache key is
-    /// its own.
-    QPixmap pixmapOf(const QImage &image);
+    /// `image`, which is of Format_RGB888 or Format_Grayscale8, in Format_RGB32; null without
+    /// memory. It keeps its pixels for as long as it or a pixmap of it is held, whatever is made
+    /// after it.
+    QImage imageOf(const QImage &image);
 
 private:
     QImage &unusedImage();
