@@ -55,11 +55,25 @@ constexpr TextOn texts[] = {{QPalette::WindowText, QPalette::Window},
                             {QPalette::Text, QPalette::Base},
                             {QPalette::ButtonText, QPalette::Button}};
 
+/// Corrects the application's colours each time that Qt takes them from the desktop. A palette
+/// given to the application would stay when the desktop changes.
+///
 /// Fusion makes borders of the window's colour by darkening it, which leaves nothing of them on
 /// black.
-class BorderStyle : public QProxyStyle {
+class ReadableStyle : public QProxyStyle {
 public:
-    using QProxyStyle::QProxyStyle;
+    /// @param base the style to correct; becomes this one's own
+    explicit ReadableStyle(QStyle *base)
+        : QProxyStyle(base), m_borders(base->objectName() == QLatin1String("fusion"))
+    {
+    }
+
+    using QProxyStyle::polish;
+    void polish(QPalette &colours) override
+    {
+        QProxyStyle::polish(colours);
+        colours = withReadableDisabledTexts(colours);
+    }
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override
@@ -81,8 +95,10 @@ public:
     }
 
 private:
-    static void drawBorder(const QStyleOption &option, QPainter *painter, double radius = 2)
+    void drawBorder(const QStyleOption &option, QPainter *painter, double radius = 2) const
     {
+        if (!m_borders)
+            return;
         const QColor window = option.palette.color(QPalette::Window);
         if (contrastOf(window, Qt::black) >= visible || option.state & State_HasFocus)
             return;
@@ -95,6 +111,8 @@ private:
                                  radius);
         painter->restore();
     }
+
+    const bool m_borders;
 };
 
 } // namespace
@@ -119,9 +137,4 @@ QPalette withReadableDisabledTexts(QPalette colours)
     return colours;
 }
 
-void applyAppearance()
-{
-    QApplication::setPalette(withReadableDisabledTexts(QApplication::palette()));
-    if (QApplication::style()->objectName() == QLatin1String("fusion"))
-        QApplication::setStyle(new BorderStyle(QStringLiteral("fusion")));
-}
+void applyAppearance() { QApplication::setStyle(new ReadableStyle(QApplication::style())); }

@@ -15,5 +15,6 @@ double contrastOf(const QColor &first, const QColor &second);
 QPalette withReadableDisabledTexts(QPalette colours);
 
 /// Applies the above to the application, and gives check boxes and fields a border that can be
-/// seen where the style draws it in the colour of a dark background. Once, before the first window.
+/// seen where the style draws it in the colour of a dark background. Holds for the colours that the
+/// desktop changes to later, too. Once, before the first window.
 void applyAppearance();

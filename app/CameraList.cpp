@@ -12,6 +12,7 @@ CameraList::CameraList(QWidget *parent)
     ui->setupUi(this);
     setFocusProxy(ui->listWidget);
     ui->listWidget->installEventFilter(this);
+    chooseNone();
 }
 
 CameraList::~CameraList() = default;
@@ -50,11 +51,16 @@ void CameraList::slotUpdateCameraList(QStringList names)
         ui->listWidget->clear();
         ui->listWidget->addItems(names);
     }
-    // A single camera is not preselected; kept. Nor is what the keyboard's focus had made the
-    // current.
-    const bool preselect = !m_bOpened && ui->listWidget->count() > 1;
-    ui->listWidget->setCurrentRow(preselect ? 0 : -1);
+    // Deliberate: a single camera is not preselected.
+    if (!m_bOpened && ui->listWidget->count() > 1)
+        ui->listWidget->setCurrentRow(0);
+    else
+        chooseNone();
 }
+
+/// Set in this way, "none" stays when the list gets the focus, which else makes the first row
+/// current.
+void CameraList::chooseNone() { ui->listWidget->setCurrentIndex({}); }
 
 void CameraList::slotCameraOpened(bool opened)
 {

@@ -42,6 +42,7 @@ protected:
 
 private:
     void openCurrent();
+    void chooseNone();
     QStringList shownNames() const;
 
     std::unique_ptr<Ui::CameraList> ui;

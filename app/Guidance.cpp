@@ -17,6 +17,8 @@ constexpr std::array guidance = {
         "Camera lost", "The camera is gone",
         "Check its cable and its power. It appears in the camera list again by itself; open it "
         "there."},
+    Guidance{"No camera open", "Open the camera",
+             "Double-click it in the camera list, or choose it there and press Open (Ctrl+O)."},
     Guidance{"No camera open", "Open a camera",
              "Double-click one in the camera list, or press Open (Ctrl+O)."},
     Guidance{"Camera open", "Press Play (F6)",

@@ -6,7 +6,8 @@
 enum class Situation {
     NoCamera,      ///< nothing is on the bus
     CameraLost,    ///< the open camera has left the bus
-    NotOpen,       ///< cameras are listed, none is open
+    OneNotOpen,    ///< a single camera is listed, not preselected and not open
+    NotOpen,       ///< several cameras are listed, none is open
     NotStarted,    ///< a camera is open and has shown nothing yet
     NoPanel,       ///< the same, and the camera has no control panel
     Stopped,       ///< the last picture is still on show

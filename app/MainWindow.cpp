@@ -18,15 +18,25 @@
 
 #include <QLabel>
 #include <QStatusBar>
-#include <QTimer>
 
 std::atomic<MainWindow *> g_inst{nullptr};
+
+namespace {
+
+/// As often as frames are displayed.
+constexpr int statusPeriodMs = 33;
+
+} // namespace
 
 MainWindow::MainWindow(QWidget *parent)
     : QMainWindow(parent), ui(std::make_unique<Ui::MainWindow>()),
       m_discovery(std::make_shared<DiscoveryLink>())
 {
-    keepPoolThreads();
+    keepPoolThreads(QThreadPool::globalInstance());
+    m_grabPool.setMaxThreadCount(1);
+    keepPoolThreads(&m_grabPool);
+    (void)m_hub.attach(&frameQueue);
+    qRegisterMetaType<PicturePtr>("PicturePtr");
     ui->setupUi(this);
     (void)OrvalisInit();
     sharpenIcons();
@@ -52,10 +62,10 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    m_bExiting = true;
     leaveDiscovery();
     (void)OrvalisUninit();
     slotCloseCamera();
+    enter(SessionStep::Exiting);
     endPoolTasks();
     ui.reset();
     frameQueue.clear();
@@ -161,8 +171,9 @@ void MainWindow::connectRemainingActions()
     connect(ui->actionZoom100, SIGNAL(triggered()), this, SLOT(slotZoom100()));
     connect(ui->actionZoomIN, SIGNAL(triggered()), this, SLOT(slotZoomIn()));
     connect(ui->actionZoomOUT, SIGNAL(triggered()), this, SLOT(slotZoomOut()));
+    // Deliberate: direct, as a queued event for each frame would take memory in the callback.
     connect(this, SIGNAL(sigStatusBar(int, double, double)), this,
-            SLOT(slotStatusBar(int, double, double)));
+            SLOT(slotStatusBar(int, double, double)), Qt::DirectConnection);
 }
 
 void MainWindow::createStatusLabels()
@@ -176,6 +187,8 @@ void MainWindow::createStatusLabels()
     slotStatusBar(1, 0, 0);
     statusBar()->addPermanentWidget(m_pRateLabel);
     statusBar()->addPermanentWidget(m_pRecvLabel);
+    m_statusTimer.setInterval(statusPeriodMs);
+    connect(&m_statusTimer, &QTimer::timeout, this, &MainWindow::refreshStatus);
 }
 
 void MainWindow::createGuidance()

@@ -5,13 +5,15 @@
 
 #include "app/CameraBus.h"
 #include "app/Guidance.h"
-#include "capture/FrameQueue.h"
-#include "capture/PoolTasks.h"
-#include "capture/RateMeter.h"
+#include "capture/FrameHub.h"
+#include "capture/LatestFrame.h"
+#include "capture/Picture.h"
 #include "capture/SaveLimiter.h"
 #include "capture/SaveRequest.h"
+#include "capture/StatusFigures.h"
 #include "capture/StreamControl.h"
 #include "sdk/OrvalisAPI.h"
+#include "session/SessionState.h"
 
 #include <QColor>
 #include <QElapsedTimer>
@@ -19,6 +21,8 @@
 #include <QMainWindow>
 #include <QPixmap>
 #include <QStringList>
+#include <QThreadPool>
+#include <QTimer>
 
 #include <atomic>
 #include <memory>
@@ -29,14 +33,11 @@ class AccessRegister;
 class CameraCtrl;
 class CameraList;
 class DrawCenterDlg;
-class FrameBuffer;
 class HintLabel;
 class LogStatus;
 class QDockWidget;
 class QGraphicsPixmapItem;
 class QLabel;
-class QTimer;
-class ScreenImages;
 class XMLCtrl;
 struct DiscoveryLink;
 struct FrameSaveJob;
@@ -55,8 +56,12 @@ public:
     /// Waits for frames that are still to be saved, and at most three seconds for discovery.
     ~MainWindow() override;
 
-    bool isStreaming() const override { return m_bStreaming; }
-    void resetFrameCount() override { m_u64FrameCount = 0; }
+    bool isStreaming() const override { return m_session.isLive(); }
+    /// True while the live stream runs or a single shot waits for its frame.
+    bool isAcquiring() const { return m_session.isAcquiring(); }
+    void resetFrameCount() override { m_hub.restartCount(); }
+    void pausePreview() override;
+    void resumePreview() override;
 
     /// Bytes of frames that wait to be written to disk. Any thread.
     std::size_t bytesToSave() const { return m_saveLimiter.taken(); }
@@ -78,9 +83,13 @@ signals:
     void sigCameraOpened(bool opened);
     /// A picture to show, without the cross. From the display thread and from the delivery thread.
     void sigDisplayFrame(QPixmap pixmap);
+    /// The same with all bits of the frame, for whatever reads pixels. From the same threads.
+    /// Connect queued; frames are skipped while the GUI thread is late.
+    void sigPicture(PicturePtr picture);
     /// A line for the log. From any thread.
     void sigTraceLog(QString message);
-    /// kind 0: `a` frames were received; kind 1: `a` frames and `b` MB a second come in.
+    /// kind 0: `a` frames were received; kind 1: `a` frames and `b` MB a second come in. From any
+    /// thread, once for each frame: connect slots that coalesce.
     void sigStatusBar(int kind, double a, double b);
 
 public slots:
@@ -94,7 +103,8 @@ public slots:
     void slotSaveImg(bool checked);
     /// Shows the picture, with the cross if that is on, while a stream or a single shot runs.
     void slotDisplayFrame(QPixmap pixmap);
-    /// Shows what sigStatusBar() tells.
+    /// Displays the figures of sigStatusBar(). On any other thread than the GUI's it leaves them
+    /// for the next refresh, without an allocation.
     void slotStatusBar(int kind, double a, double b);
 
     /// @param[out] count cameras found; may be null
@@ -103,14 +113,16 @@ public slots:
     void OnTimer();
     /// @param index of the camera, -1 for the one that is current in the list
     void slotOpenCamera(int index = -1);
-    /// Stops the stream and closes the camera; does nothing without one.
+    /// Stops the stream and closes the camera. Without a camera it brings the actions up to date
+    /// and logs the close all the same.
     void slotCloseCamera();
     /// Asks the user, then restarts the camera and closes it.
     void slotResetCamera();
 
     /// Closes the camera and ends the program.
     void slotExit();
-    /// Shows a dock in front of those that it shares its place with, or hides it.
+    /// Shows a dock in front of those that it shares its place with, and gives it the focus; false
+    /// does nothing.
     void slotShowCameraList(bool show = true);
     /// @copydoc slotShowCameraList
     void slotShowXMLCtrl(bool show = true);
@@ -124,13 +136,13 @@ public slots:
     void slotShowDrawCenterDlg(bool show);
     /// Takes width, in pixels of the picture, and colour of the centre cross.
     void slotCenterValue(int width, QColor color);
-    /// Shows the register dialog of the open camera.
+    /// Shows the register dialog of the open camera; does nothing before the first open.
     void slotAccessRegister();
     /// One step nearer; the picture is not fitted to the window any more.
     void slotZoomIn();
     /// One step back; the picture is not fitted to the window any more.
     void slotZoomOut();
-    /// Fits the picture to the window, now and from now on.
+    /// Shows the picture at 100 %, and fits it to the window with every frame from the next one on.
     void slotZoomFit();
     /// One pixel of the picture for one of the screen.
     void slotZoom100();
@@ -164,6 +176,11 @@ private:
     /// label makes the whole window lay itself out anew with every text, up to 1000 times a second,
     /// and moves what stands beside it.
     static void showInStatusBar(QLabel *label, const QString &text);
+    void showCount(double count);
+    void showRates(const StreamRates &rates);
+    /// Displays figures that other threads left, 30 times a second while a camera acquires.
+    void refreshStatus();
+    void showFinalCount();
 
     // Guidance.
     Situation situation() const;
@@ -171,6 +188,9 @@ private:
     void streamBegins();
 
     // Connection.
+    /// Takes a step of the session, which its table must allow.
+    void enter(SessionStep next);
+    void closeCamera(SessionStep afterwards);
     void cameraOpened(const CameraId &id);
     void attachPanels();
     void detachPanels();
@@ -183,22 +203,25 @@ private:
     // Stream and single shot.
     static void callback_imgrecv(OImageFrame *frame); ///< delivery thread
     static void callback_oneGrab(OImageFrame *frame); ///< delivery thread
-    void frameReceived(OImageFrame *frame);           ///< delivery thread
-    void oneFrameReceived(const OImageFrame &frame);  ///< delivery thread
-    void waitForOneGrab();                            ///< pool thread
-    void DisplayThread();                             ///< body of m_displayThread
-    void displayIfPossible(OImageFrame frame, FrameBuffer *buffer,
-                           ScreenImages *screenImages); ///< display thread
-    void displayFrame(const OImageFrame &frame, FrameBuffer *buffer,
-                      ScreenImages *screenImages);                   ///< display thread
-    void sendToScreen(const QPixmap &pixmap);                        ///< display thread
-    void saveIfArmed(const OImageFrame &frame, const QImage &image); ///< display thread
-    void startSaveTask(std::unique_ptr<FrameSaveJob> job);           ///< display thread
+    /// Hands the frame to the window, if there is one, and keeps exceptions from the library.
+    static void receive(OImageFrame *frame, void (MainWindow::*handle)(OImageFrame *)) noexcept;
+    void frameReceived(OImageFrame *frame);    ///< delivery thread
+    void oneFrameReceived(OImageFrame *frame); ///< delivery thread
+    bool showOneFrame(OImageFrame *frame);     ///< delivery thread; false if it cannot be shown
+    void waitForOneGrab();                     ///< pool thread
+    void DisplayThread();                      ///< body of m_displayThread
+    void displayIfPossible(const PublishedFrame &frame, PictureMaker *maker); ///< display thread
+    void displayFrame(const PublishedFrame &frame, PictureMaker *maker);      ///< display thread
+    bool guiIsLate() const;                       ///< too many images wait for the GUI thread
+    void sendToScreen(const PicturePtr &picture); ///< display thread, delivery thread of a shot
+    void saveIfArmed(const Picture &picture);     ///< display thread
+    void startSaveTask(std::unique_ptr<FrameSaveJob> job); ///< display thread
     void readStreamFormat();
+    StreamInfo streamInfo() const { return {m_sizeInfo, m_pixelFormat, m_sensorPixelFormat, 0}; }
     bool startDisplaying();
     void joinDisplayThread();
     void endStream();
-    void acquisitionChanged(bool acquiring);
+    void acquisitionChanged();
     void endOneGrab();
 
     std::unique_ptr<Ui::MainWindow> ui;
@@ -215,35 +238,34 @@ private:
     QLabel *m_pRecvLabel = nullptr;
     HintLabel *m_pHint = nullptr;
     QTimer *m_pTimer = nullptr;
+    QTimer m_statusTimer; ///< while a camera acquires
 
     OCameraHandle m_hCamera = nullptr;
-    CameraId m_szCameraID{};    ///< of the camera opened last; kept after a close
-    unsigned m_nConnection = 0; ///< number of opens so far, tells one connection from the next
-    OSizeInfo m_sizeInfo{};     ///< written only while no thread streams
+    CameraId m_szCameraID{};         ///< of the camera opened last; kept after a close
+    unsigned m_nConnection = 0;      ///< number of opens so far, tells one connection from the next
+    OSizeInfo m_sizeInfo{};          ///< written only while no thread streams
+    std::uint32_t m_pixelFormat = 0; ///< PFNC code of frames, likewise
+    std::uint32_t m_sensorPixelFormat = 0; ///< PFNC code that the camera is set to, likewise
+    PixelMeaning m_meaning;                ///< of the format, likewise
 
     // Shared with the delivery, display and pool threads.
-    std::atomic<bool> m_bStreaming{false};
-    std::atomic<bool> m_bColor{false};
-    std::atomic<bool> m_bBayer{false};
-    std::atomic<std::uint32_t> m_pixelFormat{0};
-    std::atomic<std::uint64_t> m_u64FrameCount{0};
+    SessionState m_session;
+    const SessionQuestion m_bStreaming{m_session, &SessionState::isAcquiring};
+    FrameHub m_hub;
+    std::atomic<std::uint64_t> &m_u64FrameCount{m_hub.count()};
     std::atomic<std::size_t> m_bytesOnTheirWay{0}; ///< pixmaps that the GUI has not seen yet
     std::atomic<bool> m_bOneGrabDone{false};
     std::atomic<unsigned> m_nGrabRun{0}; ///< number of single shots so far
     SaveRequest m_bSaveRequest;
-    FrameQueue frameQueue;
-    RateMeter m_rateMeter;
+    LatestFrame frameQueue; ///< a tap of the hub: what the display thread takes
+    StatusFigures m_statusFigures;
+    const std::thread::id m_guiThread = std::this_thread::get_id();
     SaveLimiter m_saveLimiter;
-    PoolTasks m_grabTasks; ///< single-shot waits on the pool
+    QThreadPool m_grabPool; ///< one thread for the wait of a single shot, which saves never hold up
     std::shared_ptr<DiscoveryLink> m_discovery;
 
     bool m_bNUCCamera = false;
     bool m_bFitView = false;
-    bool m_bOneGrab = false;    ///< m_bStreaming stands for a single shot, not for Play
-    bool m_bStarting = false;   ///< slotStartCamera() is processing events
-    bool m_bClosing = false;    ///< slotCloseCamera() is processing events
-    bool m_bExiting = false;    ///< the destructor runs
-    bool m_bLost = false;       ///< the camera that was open last has left the bus
     bool m_bPicture = false;    ///< the view shows a picture of the camera
     int m_nCameras = 0;         ///< in the list
     QElapsedTimer m_sinceStart; ///< of the stream

@@ -10,11 +10,17 @@
 #include "ui_MainWindow.h"
 
 #include <QMessageBox>
-#include <QScopedValueRollback>
+
+void MainWindow::enter(SessionStep next)
+{
+    const SessionStep present = m_session.step();
+    if (!m_session.go(next))
+        qWarning("refused the step from %s to %s", nameOf(present), nameOf(next));
+}
 
 void MainWindow::slotOpenCamera(int index)
 {
-    if (m_bClosing || m_bExiting)
+    if (!m_session.mayOpenOrClose())
         return;
     if (m_hCamera != nullptr)
         releaseOpenCamera();
@@ -23,9 +29,12 @@ void MainWindow::slotOpenCamera(int index)
     if (index < 0)
         return;
 
+    const SessionStep before = m_session.step();
+    enter(SessionStep::Opening);
     const CameraId id = cameraIdAt(index);
     if (OrvalisOpenCamera(id.data(), &m_hCamera) != ORVALIS_OK || m_hCamera == nullptr) {
         m_hCamera = nullptr;
+        enter(before);
         reportOpenError(id);
         return;
     }
@@ -41,6 +50,7 @@ void MainWindow::reportOpenError(const CameraId &id)
 
 void MainWindow::cameraOpened(const CameraId &id)
 {
+    enter(SessionStep::Open);
     ++m_nConnection;
     (void)OrvalisGetSizeInfo(m_hCamera, &m_sizeInfo);
     m_pXMLCtrl->CreateXMLTree(m_hCamera);
@@ -59,7 +69,6 @@ void MainWindow::cameraOpened(const CameraId &id)
                               QString::number(m_sizeInfo.height)));
     UpdateUIStatus(true, 1);
     attachPanels();
-    m_bLost = false;
     updateGuidance();
 }
 
@@ -87,6 +96,10 @@ void MainWindow::detachPanels()
     m_pCameraCtrl->widget()->setEnabled(false);
 }
 
+void MainWindow::pausePreview() { m_pCameraCtrl->pausePreview(); }
+
+void MainWindow::resumePreview() { m_pCameraCtrl->resumePreview(); }
+
 void MainWindow::deleteRegisterDialog()
 {
     if (m_pAccessRegister == nullptr)
@@ -105,38 +118,48 @@ void MainWindow::showSizeInTitle()
 
 void MainWindow::slotCloseCamera()
 {
-    if (m_bClosing)
+    closeCamera(m_session.is(SessionStep::Lost) ? SessionStep::Lost : SessionStep::Closed);
+}
+
+void MainWindow::loseCamera()
+{
+    if (m_hCamera != nullptr)
+        closeCamera(SessionStep::Lost);
+    else
+        slotCloseCamera();
+}
+
+void MainWindow::closeCamera(SessionStep afterwards)
+{
+    if (!m_session.mayOpenOrClose())
         return;
-    const QScopedValueRollback<bool> closing(m_bClosing, true);
     m_pXMLCtrl->DeleteXMLTree();
+    slotStopCamera();
+    enter(SessionStep::Closing);
     if (m_hCamera != nullptr) {
-        slotStopCamera();
         detachPanels();
         (void)OrvalisCloseCamera(m_hCamera);
         m_hCamera = nullptr;
         emit sigCameraOpened(false);
         init_graphics_view(false);
     }
+    enter(afterwards);
     UpdateUIStatus(false, 0);
     emit sigTraceLog(QStringLiteral("close Camera[%1]").arg(cameraIdText()));
     updateGuidance();
-}
-
-void MainWindow::loseCamera()
-{
-    m_bLost = m_bLost || m_hCamera != nullptr;
-    slotCloseCamera();
 }
 
 // The short way out, when another camera is to be opened: the picture stays, and nothing is logged.
 void MainWindow::releaseOpenCamera()
 {
     endStream();
-    acquisitionChanged(false);
+    acquisitionChanged();
+    enter(SessionStep::Closing);
     m_pXMLCtrl->DeleteXMLTree();
     detachPanels();
     (void)OrvalisCloseCamera(m_hCamera);
     m_hCamera = nullptr;
+    enter(SessionStep::Closed);
     emit sigCameraOpened(false);
     UpdateUIStatus(false, 0);
     updateGuidance();
@@ -144,6 +167,8 @@ void MainWindow::releaseOpenCamera()
 
 void MainWindow::slotResetCamera()
 {
+    if (m_hCamera == nullptr || !m_session.mayOpenOrClose())
+        return;
     const OCameraHandle asked = m_hCamera;
     const unsigned connection = m_nConnection;
     const auto answer = QMessageBox::question(this, QStringLiteral("Confirm"),
@@ -151,8 +176,8 @@ void MainWindow::slotResetCamera()
                                               QMessageBox::Yes | QMessageBox::No);
     if (answer == QMessageBox::No)
         return;
-    // The camera may have left the bus while the question stood.
-    if (m_hCamera != asked || m_nConnection != connection)
+    // The camera may have left the bus while the question was open.
+    if (m_hCamera != asked || m_nConnection != connection || !m_session.mayOpenOrClose())
         return;
     (void)OrvalisCameraReset(m_hCamera);
     slotCloseCamera();

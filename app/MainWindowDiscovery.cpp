@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Finds cameras, now and every three seconds, and notices when the open one has left the bus.
 #include "app/DiscoveryLink.h"
+#include "app/ExitNotice.h"
 #include "app/MainWindow.h"
 #include "app/PoolThreads.h"
 
@@ -8,7 +9,6 @@
 #include <QDebug>
 #include <QThread>
 #include <QThreadPool>
-#include <QTimer>
 #include <QtConcurrent>
 
 #include <chrono>
@@ -134,7 +134,6 @@ void DiscoveryThread(void *mainWindow)
     QThreadPool::globalInstance()->releaseThread();
     runPass(link);
     QThreadPool::globalInstance()->reserveThread();
-    link->passes.end();
 }
 
 int MainWindow::DiscoveryProc()
@@ -173,7 +172,10 @@ void MainWindow::OnTimer()
     if (m_discovery->passes.running() >= mostPasses || !mayStartPoolThread())
         return;
     m_discovery->passes.begin();
-    m_discoveryWatcher.setFuture(QtConcurrent::run(DiscoveryThread, static_cast<void *>(this)));
+    m_discoveryWatcher.setFuture(QtConcurrent::run([link = m_discovery, window = this] {
+        DiscoveryThread(window); // its address alone: the window may be gone
+        link->passes.end();
+    }));
 }
 
 void MainWindow::leaveDiscovery()
@@ -187,8 +189,8 @@ void MainWindow::endPoolTasks()
 {
     hide(); // the window would not answer while the rest is saved
     m_bOneGrabDone = true;
-    m_grabTasks.waitIdle();
-    m_saveLimiter.waitUntilEmpty();
+    m_grabPool.waitForDone();
+    awaitSaves(m_saveLimiter);
     (void)m_discovery->passes.waitIdle(longestWaitAtExit);
     const std::lock_guard lock(currentMutex);
     currentLink.reset();

@@ -3,9 +3,9 @@
 #include "app/MainWindow.h"
 
 #include "capture/FramePixels.h"
+#include "capture/Picture.h"
 #include "tree/XMLCtrl.h"
 
-#include <QImage>
 #include <QtConcurrent>
 
 #include <algorithm>
@@ -22,61 +22,61 @@ constexpr useconds_t waitStepUs = 10000;
 
 void MainWindow::slotOneGrab()
 {
-    if (m_hCamera == nullptr || m_bStreaming || m_bExiting)
+    if (!m_session.mayGo(SessionStep::Shooting))
         return;
     (void)OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "SingleFrame");
     readStreamFormat();
-    // Connected anew by every shot, here and below; kept. Both slots bear being called again.
+    // Deliberate: connected again by every shot, here and below. Both slots may be called
+    // repeatedly.
     connect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)),
             Qt::QueuedConnection);
     UpdateUIStatus(true, 2);
-    m_bOneGrab = true;
-    m_bStreaming = true;
+    enter(SessionStep::Shooting);
     m_bOneGrabDone = false;
     ++m_nGrabRun;
+    (void)m_statusFigures.take();
     m_u64FrameCount = 0;
     emit sigStatusBar(0, 0.0, 0.0);
     (void)OrvalisStartAcquisition(m_hCamera, callback_oneGrab);
     connect(&m_grabWatcher, SIGNAL(finished()), this, SLOT(slotFinishedGrab()));
-    m_grabTasks.begin();
-    m_grabWatcher.setFuture(QtConcurrent::run(OneGrabThread, static_cast<void *>(this)));
-    acquisitionChanged(true);
+    m_grabWatcher.setFuture(
+        QtConcurrent::run(&m_grabPool, OneGrabThread, static_cast<void *>(this)));
+    acquisitionChanged();
 }
 
 void MainWindow::callback_oneGrab(OImageFrame *frame)
 {
-    MainWindow *window = g_inst;
-    if (window != nullptr && frame != nullptr)
-        window->oneFrameReceived(*frame);
+    receive(frame, &MainWindow::oneFrameReceived);
 }
 
-void MainWindow::oneFrameReceived(const OImageFrame &frame)
+// May be called for several frames: a camera without single-frame mode goes on until it is stopped.
+void MainWindow::oneFrameReceived(OImageFrame *frame)
 {
-    if (m_bOneGrabDone)
-        return; // a camera without single-frame mode goes on
-    const FramePlane plane = displayPlane(m_bColor, m_pixelFormat);
-    // Shown from where it lies: it may be larger than announced, if its own size bears that out.
-    const std::uint64_t mostPixels =
-        std::max<std::uint64_t>(regionPixels(m_sizeInfo.width, m_sizeInfo.height), frame.rawSize);
-    const std::uint8_t *pixels = shownPixels(frame, plane, mostPixels);
-    if (pixels == nullptr)
-        return;
-    const auto width = static_cast<int>(frame.width);
-    const QImage image(pixels, width, static_cast<int>(frame.height),
-                       width * static_cast<int>(pixelBytes(plane)),
-                       plane == FramePlane::Rgb ? QImage::Format_RGB888 : QImage::Format_Indexed8);
-    emit sigDisplayFrame(QPixmap::fromImage(image));
+    const bool shown = showOneFrame(frame);
     const std::uint64_t count = ++m_u64FrameCount;
     emit sigStatusBar(0, static_cast<double>(count), 0.0);
-    m_bOneGrabDone = true;
+    if (shown)
+        m_bOneGrabDone = true;
 }
 
-void OneGrabThread(void *mainWindow)
+bool MainWindow::showOneFrame(OImageFrame *frame)
 {
-    auto *window = static_cast<MainWindow *>(mainWindow);
-    window->waitForOneGrab();
-    window->m_grabTasks.end();
+    if (m_bOneGrabDone && guiIsLate())
+        return false;
+    // Read from where it lies: it may be larger than announced, if its own size confirms that.
+    const std::uint64_t mostPixels =
+        std::max<std::uint64_t>(regionPixels(m_sizeInfo.width, m_sizeInfo.height), frame->rawSize);
+    const FrameStamp stamp{m_u64FrameCount + 1, std::chrono::steady_clock::now(),
+                           std::chrono::system_clock::now()};
+    PictureMaker maker(streamInfo(), m_meaning);
+    const PicturePtr picture = maker.make({frame, stamp}, Rows::Packed, mostPixels);
+    if (picture == nullptr)
+        return false;
+    sendToScreen(picture);
+    return true;
 }
+
+void OneGrabThread(void *mainWindow) { static_cast<MainWindow *>(mainWindow)->waitForOneGrab(); }
 
 void MainWindow::waitForOneGrab()
 {
@@ -94,21 +94,20 @@ void MainWindow::waitForOneGrab()
 
 void MainWindow::slotFinishedGrab()
 {
-    // m_bStreaming alone may by now stand for a stream that was started behind the shot.
-    if (!m_bStreaming || !m_bOneGrab)
+    // A stream may have been started after the shot.
+    if (!m_session.is(SessionStep::Shooting))
         return;
     UpdateUIStatus(false, 2);
-    m_bStreaming = false;
+    enter(SessionStep::Stopping);
     (void)OrvalisStopAcquisition(m_hCamera);
+    showFinalCount();
     endOneGrab();
-    acquisitionChanged(false);
+    enter(SessionStep::Open);
+    acquisitionChanged();
 }
 
 void MainWindow::endOneGrab()
 {
-    if (!m_bOneGrab)
-        return;
-    m_bOneGrab = false;
     m_bOneGrabDone = true;
     // Also for a shot that was stopped, or the next stream would end with its first frame.
     (void)OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "Continuous");

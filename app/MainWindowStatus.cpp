@@ -7,7 +7,6 @@
 
 #include <QLabel>
 #include <QStatusBar>
-#include <QTimer>
 
 #include <cmath>
 
@@ -86,25 +85,52 @@ void MainWindow::showInStatusBar(QLabel *label, const QString &text)
 
 void MainWindow::slotStatusBar(int kind, double a, double b)
 {
-    if (kind == 0) {
-        showInStatusBar(m_pRecvLabel,
-                        QStringLiteral("Recv :                 %1").arg(wholeNumber(a)));
-        return;
-    }
-    // A rate that was under way when its stream ended would stay on show.
-    const bool late = sender() == this && !m_bStreaming;
-    if (kind != 1 || late)
-        return;
-    showInStatusBar(m_pRateLabel, QStringLiteral("                        %1")
-                                      .arg(QString::fromLatin1(formatRates(a, b).data())));
+    if (kind == 0)
+        m_statusFigures.putCount(a);
+    else if (kind == 1)
+        m_statusFigures.putRates({a, b});
+    if (std::this_thread::get_id() == m_guiThread)
+        refreshStatus();
+}
+
+void MainWindow::showCount(double count)
+{
+    showInStatusBar(m_pRecvLabel,
+                    QStringLiteral("Recv :                 %1").arg(wholeNumber(count)));
+}
+
+void MainWindow::showRates(const StreamRates &rates)
+{
+    const auto text = formatRates(rates.framesPerSecond, rates.megabytesPerSecond);
+    showInStatusBar(
+        m_pRateLabel,
+        QStringLiteral("                        %1").arg(QString::fromLatin1(text.data())));
+}
+
+void MainWindow::refreshStatus()
+{
+    const StatusFigures::Newest newest = m_statusFigures.take();
+    if (newest.rates)
+        showRates(*newest.rates);
+    if (newest.count)
+        showCount(*newest.count);
+}
+
+// After the last frame. A rate that was measured just before the end is discarded.
+void MainWindow::showFinalCount()
+{
+    if (const auto count = m_statusFigures.take().count)
+        showCount(*count);
 }
 
 Situation MainWindow::situation() const
 {
-    if (m_hCamera == nullptr && m_bLost)
+    if (m_session.is(SessionStep::Lost))
         return Situation::CameraLost;
+    if (m_hCamera == nullptr && m_nCameras < 2)
+        return m_nCameras == 0 ? Situation::NoCamera : Situation::OneNotOpen;
     if (m_hCamera == nullptr)
-        return m_nCameras == 0 ? Situation::NoCamera : Situation::NotOpen;
+        return Situation::NotOpen;
     if (!m_bStreaming && m_bPicture)
         return Situation::Stopped;
     if (!m_bStreaming)

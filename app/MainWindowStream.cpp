@@ -4,18 +4,15 @@
 
 #include "capture/FramePixels.h"
 #include "capture/FrameSaveJob.h"
-#include "capture/ScreenImages.h"
+#include "capture/Picture.h"
 #include "control/CameraCtrl.h"
 #include "tree/XMLCtrl.h"
 #include "ui_MainWindow.h"
 
 #include <QDebug>
-#include <QImage>
 #include <QLabel>
-#include <QScopedValueRollback>
-#include <QTimer>
-#include <QtConcurrent>
 
+#include <exception>
 #include <new>
 #include <string.h>
 #include <system_error>
@@ -28,18 +25,10 @@ constexpr useconds_t displayPauseUs = 33000;
 
 constexpr int everyFrame = -1;
 
-/// Frames that wait while the display thread waits for the disk. It wants none but the newest.
-constexpr std::size_t mostQueued = 1000;
-
 /// Pixels on their way to a GUI thread that is late. With that many no further frame is taken.
 constexpr std::size_t mostOnTheirWay = std::size_t{64} * 1024 * 1024;
 
-timeval timeNow()
-{
-    timeval now{};
-    (void)gettimeofday(&now, nullptr);
-    return now;
-}
+QString noRate() { return QStringLiteral("               0.0 fps (0.0 MB/s)"); }
 
 } // namespace
 
@@ -48,42 +37,41 @@ void MainWindow::readStreamFormat()
     OCameraInfo info{};
     (void)OrvalisGetCamInfo(m_hCamera, &info);
     m_pixelFormat = info.pixelFormat;
+    m_sensorPixelFormat = info.sensorPixelFormat;
     (void)OrvalisGetSizeInfo(m_hCamera, &m_sizeInfo);
     char text[ORVALIS_TEXT_SIZE] = {};
     (void)OrvalisGetPixelFormatStr(m_hCamera, text);
-    const auto length = static_cast<int>(strnlen(text, sizeof text));
-    const QString format = QString::fromUtf8(text, length);
-    m_bColor = !format.contains(QLatin1String("Mono"));
-    m_bBayer = m_bColor && format.contains(QLatin1String("Bayer"));
-    (void)OrvalisSetBayerConversion(m_hCamera, m_bBayer ? 1 : 0);
+    m_meaning = meaningOf({text, strnlen(text, sizeof text)}, info.pixelFormat);
+    (void)OrvalisSetBayerConversion(m_hCamera, m_meaning.bayer ? 1 : 0);
 }
 
 void MainWindow::slotStartCamera()
 {
     if (m_bStreaming)
         return;
-    if (m_hCamera == nullptr || m_bStarting || m_bExiting) {
+    if (!m_session.mayStart()) {
         ui->actionPlay->setChecked(false);
         return;
     }
-    const QScopedValueRollback<bool> starting(m_bStarting, true);
+    enter(SessionStep::Starting);
     const unsigned connection = m_nConnection;
-    readStreamFormat();
     init_graphics_view(true);
-    // That let events through: the camera may be gone, another one open, or a single shot under
-    // way.
-    if (m_hCamera == nullptr || m_nConnection != connection || m_bStreaming) {
-        acquisitionChanged(m_bStreaming);
+    // That let events through: the camera may be gone, another one open, or a single shot pending.
+    // A shot that has already ended leaves the camera open.
+    const bool sameCamera = m_hCamera != nullptr && m_nConnection == connection;
+    if (!sameCamera || !m_session.isOneOf({SessionStep::Starting, SessionStep::Open})) {
+        acquisitionChanged();
         return;
     }
+    readStreamFormat(); // after the events, which may have changed it
     if (!startDisplaying()) {
-        acquisitionChanged(false);
+        acquisitionChanged();
         return;
     }
     (void)OrvalisStartAcquisition(m_hCamera, callback_imgrecv);
     UpdateUIStatus(true, 2);
     emit sigTraceLog(QStringLiteral("start stream Camera[%1]").arg(cameraIdText()));
-    acquisitionChanged(true);
+    acquisitionChanged();
 }
 
 bool MainWindow::startDisplaying()
@@ -92,14 +80,15 @@ bool MainWindow::startDisplaying()
             Qt::QueuedConnection);
     showSizeInTitle();
     joinDisplayThread();
-    frameQueue.clear(); // a library that failed to stop may have gone on
-    m_u64FrameCount = 0;
-    m_rateMeter.restart();
-    m_bStreaming = true;
+    (void)m_statusFigures.take(); // a library that failed to stop may have gone on
+    m_hub.start(streamInfo());
+    enter(SessionStep::Live);
     try {
         m_displayThread = std::thread(&MainWindow::DisplayThread, this);
     } catch (const std::system_error &) { // the system has no thread left
-        m_bStreaming = false;
+        enter(SessionStep::Stopping);
+        enter(SessionStep::Open);
+        m_hub.stop();
         disconnect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)));
         return false;
     }
@@ -120,99 +109,110 @@ void MainWindow::joinDisplayThread()
 // shown.
 void MainWindow::endStream()
 {
-    m_bStreaming = false;
+    const bool shot = m_session.is(SessionStep::Shooting);
+    enter(SessionStep::Stopping);
     joinDisplayThread();
     (void)OrvalisStopAcquisition(m_hCamera);
-    frameQueue.clear();
-    endOneGrab();
+    m_hub.stop();
+    showFinalCount();
+    if (shot)
+        endOneGrab();
     disconnect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)));
+    enter(SessionStep::Open);
 }
 
 void MainWindow::slotStopCamera()
 {
     if (!m_bStreaming)
         return;
-    m_rateMeter.restart();
-    showInStatusBar(m_pRateLabel, QStringLiteral("               0.0 fps (0.0 MB/s)"));
+    m_hub.restartRates();
+    showInStatusBar(m_pRateLabel, noRate());
     endStream();
     UpdateUIStatus(false, 2);
     emit sigTraceLog(QStringLiteral("stop steam Camera[%1]").arg(cameraIdText()));
-    acquisitionChanged(false);
+    acquisitionChanged();
 }
 
-void MainWindow::acquisitionChanged(bool acquiring)
+void MainWindow::acquisitionChanged()
 {
-    m_pXMLCtrl->UpdateAcqState(acquiring);
-    ui->actionPlay->setChecked(acquiring && !m_bOneGrab);
-    if (acquiring)
+    m_pXMLCtrl->UpdateAcqState(m_bStreaming);
+    ui->actionPlay->setChecked(m_session.isLive());
+    if (m_bStreaming) {
         streamBegins();
+        m_statusTimer.start();
+    } else {
+        m_statusTimer.stop();
+    }
     updateGuidance();
+}
+
+void MainWindow::receive(OImageFrame *frame, void (MainWindow::*handle)(OImageFrame *)) noexcept
+{
+    MainWindow *window = g_inst;
+    if (window == nullptr || frame == nullptr)
+        return;
+    try {
+        (window->*handle)(frame);
+    } catch (const std::exception &error) { // the library, which is C, cannot pass it on
+        qDebug() << "a frame was lost:" << error.what();
+    }
 }
 
 void MainWindow::callback_imgrecv(OImageFrame *frame)
 {
-    MainWindow *window = g_inst;
-    if (window != nullptr && frame != nullptr)
-        window->frameReceived(frame);
+    receive(frame, &MainWindow::frameReceived);
 }
 
+// We are running in the library's thread: expensive operations are not allowed.
 void MainWindow::frameReceived(OImageFrame *frame)
 {
-    if (const auto rates = m_rateMeter.frameReceived(*frame, timeNow()))
+    m_hub.publish(frame);
+    const auto rates = m_hub.takeRates();
+    if (rates && m_bStreaming)
         emit sigStatusBar(1, rates->framesPerSecond, rates->megabytesPerSecond);
-    const std::uint64_t count = ++m_u64FrameCount;
-    emit sigStatusBar(0, static_cast<double>(count), 0);
-    if (frameQueue.size() >= mostQueued)
-        frameQueue.clear();
-    frameQueue.push(frame);
+    emit sigStatusBar(0, static_cast<double>(m_hub.received()), 0);
 }
 
 void MainWindow::DisplayThread()
 {
-    FrameBuffer buffer(m_sizeInfo.width, m_sizeInfo.height);
-    ScreenImages screenImages;
+    PictureMaker maker(streamInfo(), m_meaning);
     while (m_bStreaming) {
-        const bool guiIsLate = m_bytesOnTheirWay >= mostOnTheirWay;
-        if (const OImageFrame *newest = guiIsLate ? nullptr : frameQueue.takeNewest())
-            displayIfPossible(*newest, &buffer, &screenImages);
+        if (const auto newest = guiIsLate() ? std::nullopt : frameQueue.takeNewest())
+            displayIfPossible(*newest, &maker);
         usleep(displayPauseUs);
     }
 }
 
-void MainWindow::displayIfPossible(OImageFrame frame, FrameBuffer *buffer,
-                                   ScreenImages *screenImages)
+void MainWindow::displayIfPossible(const PublishedFrame &frame, PictureMaker *maker)
 {
     try {
-        displayFrame(frame, buffer, screenImages);
+        displayFrame(frame, maker);
     } catch (const std::bad_alloc &) {
         qDebug() << "no memory to save and show a frame";
     }
 }
 
-void MainWindow::displayFrame(const OImageFrame &frame, FrameBuffer *buffer,
-                              ScreenImages *screenImages)
+void MainWindow::displayFrame(const PublishedFrame &frame, PictureMaker *maker)
 {
-    const FramePlane plane = displayPlane(m_bColor, m_pixelFormat);
-    const bool copied = buffer->copyFrom(frame, plane);
-    frameQueue.clear();
-    if (!copied)
+    const PicturePtr picture =
+        maker->make(frame, Rows::AlignedTo4, regionPixels(m_sizeInfo.width, m_sizeInfo.height));
+    frameQueue.clear(); // frames that arrived meanwhile are not displayed later
+    if (picture == nullptr)
         return;
-    // No line stride: Qt takes rows as aligned to 4 bytes. Kept.
-    const QImage image(
-        buffer->data(), static_cast<int>(frame.width), static_cast<int>(frame.height),
-        plane == FramePlane::Rgb ? QImage::Format_RGB888 : QImage::Format_Grayscale8);
-    saveIfArmed(frame, image);
-    const QPixmap pixmap = screenImages->pixmapOf(image);
-    if (!pixmap.isNull()) // there was memory for it
-        sendToScreen(pixmap);
+    saveIfArmed(*picture);
+    sendToScreen(picture);
 }
 
-void MainWindow::sendToScreen(const QPixmap &pixmap)
+bool MainWindow::guiIsLate() const { return m_bytesOnTheirWay >= mostOnTheirWay; }
+
+void MainWindow::sendToScreen(const PicturePtr &picture)
 {
+    const QPixmap &pixmap = picture->screen();
     const std::size_t bytes = std::size_t{sizeof(QRgb)} * static_cast<std::size_t>(pixmap.width()) *
                               static_cast<std::size_t>(pixmap.height());
     m_bytesOnTheirWay += bytes;
     emit sigDisplayFrame(pixmap);
+    emit sigPicture(picture);
     // Behind the picture, and by a timer: posted events alone, if they come as fast as they are
     // handled, would leave the user's no turn.
     QMetaObject::invokeMethod(
@@ -225,7 +225,7 @@ void MainWindow::sendToScreen(const QPixmap &pixmap)
 
 void MainWindow::slotSaveImg(bool checked) { m_bSaveRequest.set(checked); }
 
-void MainWindow::saveIfArmed(const OImageFrame &frame, const QImage &image)
+void MainWindow::saveIfArmed(const Picture &picture)
 {
     const SaveRequest::Arming arming = m_bSaveRequest.arming();
     if (arming == 0)
@@ -234,7 +234,7 @@ void MainWindow::saveIfArmed(const OImageFrame &frame, const QImage &image)
     QString format;
     int count = 1;
     m_pCameraCtrl->getSaveOpt(&path, &format, &count);
-    auto job = makeSaveJob(frame, image, format);
+    auto job = makeSaveJob(picture, format);
     job->path = path;
     job->ownedCameraId = m_szCameraID;
     job->cameraId = job->ownedCameraId.data();
@@ -254,7 +254,7 @@ void MainWindow::saveIfArmed(const OImageFrame &frame, const QImage &image)
 
 void MainWindow::startSaveTask(std::unique_ptr<FrameSaveJob> job)
 {
-    const QFuture<void> task = QtConcurrent::run(SaveThread, static_cast<void *>(job.release()));
+    const QFuture<void> task = ::startSaveTask(std::move(job));
     // The watcher lives on the GUI thread.
     QMetaObject::invokeMethod(
         this, [this, task] { m_saveWatcher.setFuture(task); }, Qt::QueuedConnection);

@@ -17,15 +17,14 @@ constexpr int longestWaitMs = 1000;
 
 } // namespace
 
-void keepPoolThreads()
+void keepPoolThreads(QThreadPool *pool)
 {
-    QThreadPool *pool = QThreadPool::globalInstance();
     pool->setExpiryTimeout(neverEnd);
     const int threads = pool->maxThreadCount();
     const auto begun = std::make_shared<QSemaphore>();
     // None of these tasks ends before all have begun, so each has a thread of its own.
     for (int i = 0; i < threads; ++i)
-        QtConcurrent::run([begun, threads] {
+        QtConcurrent::run(pool, [begun, threads] {
             begun->release();
             if (begun->tryAcquire(threads, longestWaitMs))
                 begun->release(threads);

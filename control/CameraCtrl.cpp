@@ -18,6 +18,7 @@ CameraCtrl::CameraCtrl(QWidget *parent)
       m_pMainWindow(dynamic_cast<StreamControl *>(parent))
 {
     ui->setupUi(this);
+    m_formGammaStep = ui->spiGamma->singleStep();
     setFocusProxy(ui->tabWidget);
     ui->sliShutter->hide(); // too coarse for its range: exposures are typed
     ui->spiShutter->setKeyboardTracking(false);
@@ -42,7 +43,8 @@ void CameraCtrl::loadConfigurationValue(void *handle)
 {
     if (handle != nullptr && handle != m_hCamera) {
         m_hCamera = handle;
-        m_sizeInfo = {}; // another sensor
+        m_sizeInfo = {};                  // another sensor
+        ui->chkShutter->setEnabled(true); // greyed out by a refusal of the camera before
         publishCamera();
     }
     loadTriggerValue();

@@ -20,8 +20,11 @@ class CameraCtrl;
 }
 
 /// Mirrors the settings of the open camera on four tabs and writes every change straight to it.
-/// There is no model in between: after a change the widgets show what the camera took. Everything
-/// runs on the GUI thread, except GrabThread() and, from any thread, getSaveOpt().
+/// There is no model in between: a load shows what the camera reports, and passes numbers that are
+/// new to a spin box back to the camera. What cannot be read stays as it is, and is not sent. A
+/// value that the camera refuses or adjusts stays in its box until the next load; the region is
+/// read back at once. Everything runs on the GUI thread, except GrabThread() and, from any thread,
+/// getSaveOpt().
 class CameraCtrl : public QDockWidget {
     Q_OBJECT
 
@@ -49,6 +52,13 @@ public:
     /// Ends the sensor preview and waits for it: at once, or as long as a grab is under way (at
     /// most its time-out of one second). No picture arrives afterwards.
     void DeleteGrabThread();
+
+    /// Lets no grab of the sensor preview run until resumePreview(), and waits for one that runs
+    /// (at most its time-out of one second): to be called around writes that may change the
+    /// sensor's size. Calls nest.
+    void pausePreview();
+    /// @copydoc pausePreview
+    void resumePreview();
 
     /// Converts an image of the present region's size from 16-bit little-endian words with `bits`
     /// significant bits to 8 bits; leaves `dst` alone if `bits` is 8. `src` holds width x height
@@ -155,26 +165,29 @@ protected:
 private:
     // One feature with a spin box and a slider of type int.
     void loadInteger(const IntegerFeature &feature);
-    void loadRange(const IntegerFeature &feature);
-    void showInteger(const IntegerFeature &feature, int value);
+    bool loadRange(const IntegerFeature &feature);
+    void showInteger(const IntegerFeature &feature, int value, bool bounded = true);
     void setIntegerEnabled(const IntegerFeature &feature, bool enabled);
     void sendInteger(const IntegerFeature &feature, int value);
     void pageInteger(const IntegerFeature &feature, int action);
     void releaseInteger(const IntegerFeature &feature);
 
     void loadGamma();
+    bool loadGammaRange();
     void loadGain();
     void loadShutter();
     void loadWhiteBalance();
     void fillWhiteBalance(std::int32_t count);
     void setShutterEnabled(bool enabled);
-    void showShutter(std::uint32_t value);
+    bool loadShutterRange();
+    void showShutter(std::uint32_t value, bool bounded = true);
     void setColourGainsEnabled(bool enabled);
     void readColourGains();
 
     void loadRegion();
     void showRegion();
     void loadFrameRate();
+    bool loadFrameRateRange();
     void loadPixelFormats();
     void fillSaveExtensions(const QStringList &always);
 
@@ -196,6 +209,7 @@ private:
     StreamControl *m_pMainWindow; // not owned; may be null
     OCameraHandle m_hCamera = nullptr;
     bool m_bGammaScaled = true; // the gamma slider works in tenths
+    double m_formGammaStep = 0; // of the spin box, while the slider is scaled
     OSizeInfo m_sizeInfo{};
 
     std::mutex m_saveMutex; // guards m_saveOption

@@ -2,6 +2,7 @@
 // The tab "Feature Setting": gain, colour, gamma, white balance.
 #include "control/CameraCtrl.h"
 
+#include "capture/PixelMeaning.h"
 #include "control/FeatureMath.h"
 #include "control/IntegerFeature.h"
 #include "control/LibraryNames.h"
@@ -43,32 +44,35 @@ void CameraCtrl::loadFeatureValue(bool /*bUpdate*/)
 
 void CameraCtrl::loadInteger(const IntegerFeature &feature)
 {
-    loadRange(feature);
+    const bool bounded = loadRange(feature);
     std::int32_t value = 0;
-    const bool failed = feature.read(m_hCamera, &value) != 0;
+    const bool read = feature.read(m_hCamera, &value) == 0;
     if (feature.disabledByFailure)
-        setIntegerEnabled(feature, !failed);
-    if (!failed || !feature.disabledByFailure)
-        showInteger(feature, value);
+        setIntegerEnabled(feature, read);
+    if (read)
+        showInteger(feature, value, bounded);
 }
 
-void CameraCtrl::loadRange(const IntegerFeature &feature)
+/// False, and the range as it was, if the camera does not report it.
+bool CameraCtrl::loadRange(const IntegerFeature &feature)
 {
     std::int32_t minimum = 0;
     std::int32_t maximum = 0;
-    feature.readBounds(m_hCamera, &minimum, &maximum);
+    if (feature.readBounds(m_hCamera, &minimum, &maximum) != 0)
+        return false;
     (ui.get()->*feature.range)->setText(rangeText(minimum, maximum));
     QSpinBox *spin = ui.get()->*feature.spin;
-    // A box that has to give way to new bounds must not overwrite the value that is about to be
+    // A box that new bounds move must not overwrite the value that is about to be
     // read.
     const QSignalBlocker blocker(spin);
     spin->setRange(minimum, maximum);
     (ui.get()->*feature.slider)->setRange(minimum, sliderEnd(minimum, maximum));
+    return true;
 }
 
-void CameraCtrl::showInteger(const IntegerFeature &feature, int value)
+void CameraCtrl::showInteger(const IntegerFeature &feature, int value, bool bounded)
 {
-    setIfDifferent(ui.get()->*feature.spin, value);
+    showRead(ui.get()->*feature.spin, value, bounded);
     (ui.get()->*feature.slider)->setValue(value);
 }
 
@@ -87,10 +91,8 @@ void CameraCtrl::sendInteger(const IntegerFeature &feature, int value)
 void CameraCtrl::pageInteger(const IntegerFeature &feature, int action)
 {
     QSlider *slider = ui.get()->*feature.slider;
-    if (const auto target = pageTarget(*slider, action)) {
-        (ui.get()->*feature.spin)->setValue(*target);
-        slider->setSliderPosition(slider->value()); // refused: stay, instead of paging all the same
-    }
+    if (const auto target = pageTarget(*slider, action))
+        pageTo(ui.get()->*feature.spin, *target, slider, [](int value) { return value; });
 }
 
 void CameraCtrl::releaseInteger(const IntegerFeature &feature)
@@ -100,42 +102,48 @@ void CameraCtrl::releaseInteger(const IntegerFeature &feature)
 
 void CameraCtrl::loadGain()
 {
-    loadRange(features::gain);
+    const bool bounded = loadRange(features::gain);
     std::int32_t value = 0;
     bool automatic = false;
-    OrvalisGetGain(m_hCamera, &value, &automatic);
+    if (OrvalisGetGain(m_hCamera, &value, &automatic) != 0)
+        return;
     ui->chkGain->setChecked(automatic);
     setIntegerEnabled(features::gain, !automatic);
-    showInteger(features::gain, value);
+    showInteger(features::gain, value, bounded);
 }
 
 void CameraCtrl::loadGamma()
 {
+    const bool bounded = loadGammaRange();
+    float value = 0;
+    if (OrvalisGetGamma(m_hCamera, &value) != 0)
+        return;
+    showRead(ui->spiGamma, static_cast<double>(value), bounded);
+    ui->sliGamma->setValue(gammaSliderValue(value, m_bGammaScaled));
+}
+
+/// False, and the range as it was, if the camera does not report it.
+bool CameraCtrl::loadGammaRange()
+{
     float minimum = 0;
     float maximum = 0;
-    OrvalisGetGammaMinMax(m_hCamera, &minimum, &maximum);
+    if (OrvalisGetGammaMinMax(m_hCamera, &minimum, &maximum) != 0)
+        return false;
     m_bGammaScaled = isGammaScaled(maximum);
     ui->laGamma->setText(rangeText<double>(minimum, maximum));
-    {
-        const QSignalBlocker blocker(ui->spiGamma);
-        ui->spiGamma->setRange(static_cast<double>(minimum), static_cast<double>(maximum));
-    }
+    const QSignalBlocker blocker(ui->spiGamma);
+    ui->spiGamma->setRange(static_cast<double>(minimum), static_cast<double>(maximum));
     const int first = gammaSliderValue(minimum, m_bGammaScaled);
     ui->sliGamma->setRange(first, sliderEnd(first, gammaSliderValue(maximum, m_bGammaScaled)));
-    if (!m_bGammaScaled) {
-        ui->spiGamma->setSingleStep(1.0);
-        ui->sliGamma->setSingleStep(1);
-    }
-    float value = 0;
-    OrvalisGetGamma(m_hCamera, &value);
-    setIfDifferent(ui->spiGamma, static_cast<double>(value));
-    ui->sliGamma->setValue(gammaSliderValue(value, m_bGammaScaled));
+    ui->spiGamma->setSingleStep(m_bGammaScaled ? m_formGammaStep : 1.0);
+    ui->sliGamma->setSingleStep(1);
+    return true;
 }
 
 void CameraCtrl::loadWhiteBalance()
 {
     const bool monochrome =
-        readName(m_hCamera, OrvalisGetPixelFormatStr).toLower().contains("mono");
+        meaningOf(readName(m_hCamera, OrvalisGetPixelFormatStr).toStdString()).hasNoColor;
     ui->cmbWB->setEnabled(!monochrome);
     ui->cmbWB->clear();
     std::int32_t count = 0;
@@ -171,8 +179,8 @@ void CameraCtrl::readColourGains()
 {
     for (const IntegerFeature *feature : features::colourGains) {
         std::int32_t value = 0;
-        feature->read(m_hCamera, &value);
-        showInteger(*feature, value);
+        if (feature->read(m_hCamera, &value) == 0)
+            showInteger(*feature, value);
     }
 }
 
@@ -190,10 +198,10 @@ void CameraCtrl::on_cmbWB_activated(const QString &text)
 void CameraCtrl::on_chkGain_clicked(bool checked)
 {
     if (!checked) {
-        std::int32_t value = ui->spiGain->value();
+        std::int32_t value = 0;
         bool automatic = false;
-        OrvalisGetGain(m_hCamera, &value, &automatic);
-        showInteger(features::gain, value);
+        if (OrvalisGetGain(m_hCamera, &value, &automatic) == 0)
+            showInteger(features::gain, value);
     }
     OrvalisSetGain(m_hCamera, ui->spiGain->value(), checked);
     setIntegerEnabled(features::gain, !checked);
@@ -216,8 +224,8 @@ void CameraCtrl::on_spiGamma_valueChanged(double value)
 void CameraCtrl::on_sliGamma_actionTriggered(int action)
 {
     if (const auto target = pageTarget(*ui->sliGamma, action)) {
-        ui->spiGamma->setValue(gammaFromSlider(*target, m_bGammaScaled));
-        ui->sliGamma->setSliderPosition(ui->sliGamma->value());
+        pageTo(ui->spiGamma, gammaFromSlider(*target, m_bGammaScaled), ui->sliGamma,
+               [this](double gamma) { return gammaSliderFromSpin(gamma, m_bGammaScaled); });
     }
 }
 

@@ -11,56 +11,17 @@
 #include <algorithm>
 #include <chrono>
 #include <system_error>
+#include <utility>
 
 namespace {
 
 constexpr std::chrono::seconds grabPeriod{1};
-constexpr std::uint32_t grabTimeoutMs = 1000;
-
-bool isSentAsColour(const QString &pixelFormat)
-{
-    return pixelFormat.contains(QLatin1String("Bayer")) ||
-           pixelFormat.contains(QLatin1String("YUV"));
-}
-
-PreviewSource currentSource(PreviewShared &preview)
-{
-    const std::lock_guard lock(preview.mutex);
-    return preview.source;
-}
-
-/// Grabs one frame and paints it. False, and nothing painted, without a camera or a frame.
-bool grabInto(SensorCanvas &canvas, const PreviewSource &source, PreviewShared &preview)
-{
-    if (source.camera == nullptr || canvas.isEmpty())
-        return false;
-    const bool colour = isSentAsColour(source.pixelFormat);
-    const auto grab = colour ? OrvalisGrabRGBData : OrvalisGrabRAWData;
-    if (grab(source.camera, canvas.frame(), grabTimeoutMs) != 0)
-        return false;
-    const OSizeInfo size = currentSource(preview).size; // the region may have moved meanwhile
-    if (colour)
-        canvas.paintRgb(size);
-    else if (source.pixelFormat.contains(QLatin1String("12")))
-        canvas.paintWords(size, 12);
-    else
-        canvas.paintGrey(size);
-    return true;
-}
-
-/// Waits until a grab may begin. False if the thread has to end.
-bool mayGrab(PreviewShared &preview)
-{
-    std::unique_lock lock(preview.mutex);
-    preview.wake.wait(lock, [&preview] { return preview.stop || preview.paused == 0; });
-    return !preview.stop;
-}
 
 /// Sleeps until the next grab is due or the thread has to end.
 void sleepUntilDue(PreviewShared &preview)
 {
     std::unique_lock lock(preview.mutex);
-    preview.wake.wait_for(lock, grabPeriod, [&preview] { return preview.stop; });
+    preview.changed.wait_for(lock, grabPeriod, [&preview] { return preview.stop; });
 }
 
 } // namespace
@@ -87,7 +48,7 @@ void CameraCtrl::DeleteGrabThread()
         const std::lock_guard lock(m_preview.mutex);
         m_preview.stop = true;
     }
-    m_preview.wake.notify_all();
+    m_preview.changed.notify_all();
     if (!m_bGrabRunning)
         return;
     m_grabThread.join();
@@ -99,15 +60,21 @@ void CameraCtrl::DeleteGrabThread()
 void CameraCtrl::GrabThread()
 {
     SensorCanvas canvas;
-    while (mayGrab(m_preview)) {
-        const PreviewSource source = currentSource(m_preview);
-        if (canvas.fitTo(source.size))
-            postPreview(canvas.picture());
-        if (grabInto(canvas, source, m_preview))
-            postPreview(canvas.picture());
+    for (;;) {
+        {
+            const PreviewTurn turn(m_preview);
+            if (!turn.granted())
+                return;
+            lookAtSensor(turn.source(), canvas,
+                         [this](QImage picture) { postPreview(std::move(picture)); });
+        }
         sleepUntilDue(m_preview);
     }
 }
+
+void CameraCtrl::pausePreview() { PreviewPause::begin(m_preview); }
+
+void CameraCtrl::resumePreview() { PreviewPause::end(m_preview); }
 
 void CameraCtrl::postPreview(QImage picture)
 {
@@ -140,7 +107,7 @@ void CameraCtrl::takePreview()
 void CameraCtrl::publishCamera()
 {
     const std::lock_guard lock(m_preview.mutex);
-    m_preview.source = {m_hCamera, m_sizeInfo, ui->cbPixelFormat->currentText()};
+    m_preview.source = {m_hCamera, ui->cbPixelFormat->currentText()};
 }
 
 void CameraCtrl::RawXXtoRaw8(unsigned char *dst, unsigned char *src, int bits)

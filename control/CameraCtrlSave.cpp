@@ -2,6 +2,7 @@
 // The save options on the tab "Miscellaneous".
 #include "control/CameraCtrl.h"
 
+#include "capture/SaveFormat.h"
 #include "control/FeatureMath.h"
 #include "ui_CameraCtrl.h"
 
@@ -20,8 +21,8 @@ void CameraCtrl::loadSaveOpt()
 {
     ui->radioSaveOnce->setChecked(true);
     setSaveCount(oneFrame);
-    fillSaveExtensions({QStringLiteral("BMP"), QStringLiteral("JPG"), QStringLiteral("PNG"),
-                        QStringLiteral("RAW")});
+    fillSaveExtensions(
+        namesOf({SaveFormat::Bmp, SaveFormat::Jpg, SaveFormat::Png, SaveFormat::Raw}));
     ui->edSavePath->setText(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
 }
 

@@ -22,12 +22,7 @@ int sliderValue(std::uint32_t microseconds)
 
 void CameraCtrl::loadShutter()
 {
-    std::uint32_t minimum = 0;
-    std::uint32_t maximum = 0;
-    OrvalisGetShutterMinMax(m_hCamera, &minimum, &maximum);
-    ui->spiShutter->setRange(minimum, maximum);
-    ui->sliShutter->setRange(sliderValue(minimum), sliderValue(maximum));
-    ui->laShutter->setText(QStringLiteral("us (%1 ~ %2)").arg(minimum).arg(maximum));
+    const bool bounded = loadShutterRange();
     std::uint32_t value = 0;
     bool automatic = false;
     if (OrvalisGetShutter(m_hCamera, &value, &automatic) != 0) {
@@ -36,7 +31,20 @@ void CameraCtrl::loadShutter()
     }
     ui->chkShutter->setChecked(automatic);
     setShutterEnabled(!automatic);
-    showShutter(value);
+    showShutter(value, bounded);
+}
+
+/// False, and the range as it was, if the camera does not report it.
+bool CameraCtrl::loadShutterRange()
+{
+    std::uint32_t minimum = 0;
+    std::uint32_t maximum = 0;
+    if (OrvalisGetShutterMinMax(m_hCamera, &minimum, &maximum) != 0)
+        return false;
+    ui->spiShutter->setRange(minimum, maximum);
+    ui->sliShutter->setRange(sliderValue(minimum), sliderValue(maximum));
+    ui->laShutter->setText(QStringLiteral("us (%1 ~ %2)").arg(minimum).arg(maximum));
+    return true;
 }
 
 void CameraCtrl::setShutterEnabled(bool enabled)
@@ -45,9 +53,10 @@ void CameraCtrl::setShutterEnabled(bool enabled)
     ui->sliShutter->setEnabled(enabled);
 }
 
-void CameraCtrl::showShutter(std::uint32_t value)
+void CameraCtrl::showShutter(std::uint32_t value, bool bounded)
 {
-    ui->spiShutter->setValue(value);
+    showRead(ui->spiShutter, qlonglong{value}, bounded);
+    ui->spiShutter->setSingleStep(shutterStep(value)); // also if the box showed it already
     ui->sliShutter->setValue(sliderValue(value));
 }
 
@@ -62,8 +71,11 @@ void CameraCtrl::on_spiShutter_valueChanged(qlonglong value)
 
 void CameraCtrl::on_sliShutter_actionTriggered(int action)
 {
-    if (const auto target = pageTarget(*ui->sliShutter, action))
-        ui->spiShutter->setValue(*target);
+    // This box takes any number; the slider ends at its bounds.
+    if (const auto target = pageTarget(*ui->sliShutter, action)) {
+        ui->spiShutter->setValue(
+            std::clamp(*target, ui->sliShutter->minimum(), ui->sliShutter->maximum()));
+    }
 }
 
 void CameraCtrl::on_sliShutter_sliderReleased()
@@ -76,7 +88,10 @@ void CameraCtrl::on_chkShutter_clicked(bool checked)
     std::uint32_t value = 0;
     if (!checked) {
         bool automatic = false;
-        OrvalisGetShutter(m_hCamera, &value, &automatic);
+        if (OrvalisGetShutter(m_hCamera, &value, &automatic) != 0) {
+            ui->chkShutter->setChecked(true); // without a time to send the camera stays automatic
+            return;
+        }
         showShutter(value);
     }
     if (OrvalisSetShutter(m_hCamera, value, checked) == 0)

@@ -22,13 +22,20 @@ constexpr NameList strobePolarities{OrvalisGetNumAvailableStrobePolaritys,
                                     OrvalisGetAvailableStrobePolaritysIdxToStr,
                                     OrvalisGetStrobePolarityStr};
 
-/// What a getter gives, zero or false if it fails.
-template <typename Value>
-Value readValue(OCameraHandle camera, std::int32_t (*read)(OCameraHandle, Value *))
+/// Shows what a getter reports; after a failure the widget stays as it is.
+void showSwitch(QCheckBox *box, OCameraHandle camera, std::int32_t (*read)(OCameraHandle, bool *))
 {
-    Value value{};
-    read(camera, &value);
-    return value;
+    bool on = false;
+    if (read(camera, &on) == 0)
+        box->setChecked(on);
+}
+
+/// @copydoc showSwitch
+void showNumber(QSpinBox *box, OCameraHandle camera, CountReader read)
+{
+    std::int32_t value = 0;
+    if (read(camera, &value) == 0)
+        box->setValue(value);
 }
 
 using NameWriter = std::int32_t (*)(OCameraHandle, const char *);
@@ -44,24 +51,24 @@ void CameraCtrl::loadTriggerValue()
 {
     if (m_hCamera == nullptr)
         return;
-    ui->chkTriEnabled->setChecked(readValue(m_hCamera, OrvalisGetTriggerEnable));
+    showSwitch(ui->chkTriEnabled, m_hCamera, OrvalisGetTriggerEnable);
     fillFromCamera(ui->cmbTriSource, m_hCamera, triggerSources);
-    ui->spTriPara->setValue(readValue(m_hCamera, OrvalisGetTriggerParameter));
+    showNumber(ui->spTriPara, m_hCamera, OrvalisGetTriggerParameter);
     fillFromCamera(ui->cmbTriMode, m_hCamera, triggerModes);
     fillFromCamera(ui->cmbTriPol, m_hCamera, triggerPolarities);
-    ui->spTriDelay->setValue(readValue(m_hCamera, OrvalisGetTriggerDelay));
-    ui->spTrNoiseFilter->setValue(readValue(m_hCamera, OrvalisGetTriggerNoiseFilter));
+    showNumber(ui->spTriDelay, m_hCamera, OrvalisGetTriggerDelay);
+    showNumber(ui->spTrNoiseFilter, m_hCamera, OrvalisGetTriggerNoiseFilter);
 }
 
 void CameraCtrl::loadStrobeValue()
 {
     if (m_hCamera == nullptr)
         return;
-    ui->chkStroEnabled->setChecked(readValue(m_hCamera, OrvalisGetStrobeEnable));
+    showSwitch(ui->chkStroEnabled, m_hCamera, OrvalisGetStrobeEnable);
     fillFromCamera(ui->cmbStroMode, m_hCamera, strobeModes);
     fillFromCamera(ui->cmbStroPol, m_hCamera, strobePolarities);
-    ui->spStroDelay->setValue(readValue(m_hCamera, OrvalisGetStrobeDelay));
-    ui->spStroDuration->setValue(readValue(m_hCamera, OrvalisGetStrobeDuration));
+    showNumber(ui->spStroDelay, m_hCamera, OrvalisGetStrobeDelay);
+    showNumber(ui->spStroDuration, m_hCamera, OrvalisGetStrobeDuration);
 }
 
 void CameraCtrl::on_btnApply_clicked()

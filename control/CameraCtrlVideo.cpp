@@ -2,6 +2,7 @@
 // The tab "Video Modes": region of interest, pixel format, frame rate.
 #include "control/CameraCtrl.h"
 
+#include "capture/SaveFormat.h"
 #include "control/FeatureMath.h"
 #include "control/LibraryNames.h"
 #include "control/StreamPause.h"
@@ -22,7 +23,6 @@ void CameraCtrl::loadVideoInfo()
 void CameraCtrl::loadRegion()
 {
     OrvalisGetSizeInfo(m_hCamera, &m_sizeInfo);
-    publishCamera();
     ui->spiOffsetX->setRange(0, m_sizeInfo.maxWidth);
     ui->spiWidth->setRange(0, m_sizeInfo.maxWidth);
     ui->spiOffsetY->setRange(0, m_sizeInfo.maxHeight);
@@ -40,18 +40,24 @@ void CameraCtrl::showRegion()
 
 void CameraCtrl::loadFrameRate()
 {
-    float minimum = 0;
-    float maximum = 0;
-    OrvalisGetFrameRateMinMax(m_hCamera, &minimum, &maximum);
-    {
-        // A box that has to give way to new bounds must not overwrite the rate that is about to be
-        // read.
-        const QSignalBlocker blocker(ui->spiFrameRate);
-        ui->spiFrameRate->setRange(static_cast<double>(minimum), static_cast<double>(maximum));
-    }
+    const bool bounded = loadFrameRateRange();
     float rate = 0;
     if (OrvalisGetFrameRate(m_hCamera, &rate) == 0)
-        setIfDifferent(ui->spiFrameRate, static_cast<double>(rate));
+        showRead(ui->spiFrameRate, static_cast<double>(rate), bounded);
+}
+
+/// False, and the range as it was, if the camera does not report it.
+bool CameraCtrl::loadFrameRateRange()
+{
+    float minimum = 0;
+    float maximum = 0;
+    if (OrvalisGetFrameRateMinMax(m_hCamera, &minimum, &maximum) != 0)
+        return false;
+    // A box that new bounds move must not overwrite the rate that is about to be
+    // read.
+    const QSignalBlocker blocker(ui->spiFrameRate);
+    ui->spiFrameRate->setRange(static_cast<double>(minimum), static_cast<double>(maximum));
+    return true;
 }
 
 void CameraCtrl::loadPixelFormats()
@@ -74,11 +80,11 @@ void CameraCtrl::on_btnROIApply_clicked()
 {
     {
         const StreamPause streamPause(m_pMainWindow);
+        const PreviewPause previewPause(m_preview);
         OrvalisSetSizeInfo(m_hCamera,
                            OSizeInfo{ui->spiOffsetX->value(), ui->spiOffsetY->value(),
                                      ui->spiWidth->value(), ui->spiHeight->value(), 0, 0});
         OrvalisGetSizeInfo(m_hCamera, &m_sizeInfo);
-        publishCamera();
         showRegion();
     }
     emit sigHideRubberBand();
@@ -104,11 +110,12 @@ void CameraCtrl::on_cbPixelFormat_activated(const QString &text)
 {
     {
         const StreamPause streamPause(m_pMainWindow);
+        const PreviewPause previewPause(m_preview);
         OrvalisSetPixelFormatStr(m_hCamera, text.toLatin1().constData());
         loadFeatureValue(false);
     }
-    fillSaveExtensions({QStringLiteral("BMP"), QStringLiteral("JPG"), QStringLiteral("TIF"),
-                        QStringLiteral("RAW")});
+    fillSaveExtensions(
+        namesOf({SaveFormat::Bmp, SaveFormat::Jpg, SaveFormat::Tif, SaveFormat::Raw}));
 }
 
 void CameraCtrl::slotCurrentPoint(QPoint start, QPoint end)

@@ -2,6 +2,9 @@
 // Exposure steps, gamma slider, region mapping and save formats of the control panel.
 #include "control/FeatureMath.h"
 
+#include "capture/PixelMeaning.h"
+#include "capture/SaveFormat.h"
+
 #include <QPointF>
 
 #include <algorithm>
@@ -84,7 +87,7 @@ Region regionFromDrag(QPoint start, QPoint end, QSize label, QSize sensor)
 QStringList saveExtensions(const QStringList &always, const QString &pixelFormat)
 {
     QStringList extensions = always;
-    if (!pixelFormat.contains(QLatin1String("Mono")))
-        extensions.append(QStringLiteral("RGB"));
+    if (meaningOf(pixelFormat.toStdString()).color)
+        extensions.append(nameOf(SaveFormat::Rgb));
     return extensions;
 }

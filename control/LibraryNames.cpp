@@ -34,6 +34,8 @@ void appendNames(QComboBox *combo, OCameraHandle camera, std::int32_t count, Ent
 
 bool selectName(QComboBox *combo, const QByteArray &name)
 {
+    if (name.isEmpty())
+        return false; // a name that could not be read, like an entry that could not
     for (int index = 0; index < combo->count(); ++index) {
         if (combo->itemText(index).toLatin1() == name) {
             combo->setCurrentIndex(index);

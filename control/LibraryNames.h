@@ -33,7 +33,7 @@ QByteArray readName(OCameraHandle camera, NameReader read);
 void appendNames(QComboBox *combo, OCameraHandle camera, std::int32_t count, EntryReader read);
 
 /// Selects the first item whose Latin-1 text is `name`; false, and nothing changed, if there is
-/// none.
+/// none or no name.
 bool selectName(QComboBox *combo, const QByteArray &name);
 
 /// Replaces the items by the camera's and selects its present one.

@@ -2,7 +2,7 @@
 // What the panel's GUI thread shares with the threads that read from it.
 #pragma once
 
-#include "sdk/OrvalisAPI.h"
+#include "control/SensorPreview.h"
 
 #include <QImage>
 #include <QString>
@@ -17,44 +17,76 @@ struct SaveOption {
     int count = 1; ///< 1: one frame per arming; -1: every displayed frame
 };
 
-/// What the sensor preview shows: the GUI thread's copies.
-struct PreviewSource {
-    OCameraHandle camera = nullptr;
-    OSizeInfo size{};
-    QString pixelFormat;
-};
-
 /// Everything that passes between the GUI thread and the sensor preview thread.
 struct PreviewShared {
-    std::mutex mutex;             // guards all members below but `wake`
-    std::condition_variable wake; // `stop` was set or `paused` fell to 0
+    std::mutex mutex;                // guards all members below but `changed`
+    std::condition_variable changed; // `stop`, `paused` or `grabbing` is another
     PreviewSource source;
     QImage picture;      // the newest one, until the GUI thread takes it
     bool posted = false; // the GUI thread has been told of `picture`
     bool stop = false;
-    int paused = 0; // above 0 while settings are reloaded
+    int paused = 0;        // above 0 while a size may change
+    bool grabbing = false; // from before the size is read until the grab has returned
 };
 
-/// Lets no grab begin during its scope, for operations after which the sensor may have another size
-/// than the buffers were made for until the size has been read again. Does not wait for a grab
-/// under way: the library gives it up when settings are written.
-class PreviewPause {
+/// One turn of the preview thread, from reading the sensor's size to the end of the grab.
+class PreviewTurn {
 public:
-    explicit PreviewPause(PreviewShared &preview) : m_preview(preview)
+    /// Waits while the preview is paused.
+    explicit PreviewTurn(PreviewShared &preview) : m_preview(preview)
     {
-        const std::lock_guard lock(m_preview.mutex);
-        ++m_preview.paused;
+        std::unique_lock lock(m_preview.mutex);
+        m_preview.changed.wait(lock, [this] { return m_preview.stop || m_preview.paused == 0; });
+        m_granted = m_preview.grabbing = !m_preview.stop;
+        m_source = m_preview.source;
     }
-    ~PreviewPause()
+    ~PreviewTurn()
     {
         {
             const std::lock_guard lock(m_preview.mutex);
-            --m_preview.paused;
+            m_preview.grabbing = false;
         }
-        m_preview.wake.notify_all();
+        m_preview.changed.notify_all();
     }
+    PreviewTurn(const PreviewTurn &) = delete;
+    PreviewTurn &operator=(const PreviewTurn &) = delete;
+
+    /// False if the thread has to end.
+    bool granted() const { return m_granted; }
+    /// What to show, as it was when the turn began.
+    const PreviewSource &source() const { return m_source; }
+
+private:
+    PreviewShared &m_preview;
+    PreviewSource m_source;
+    bool m_granted = false;
+};
+
+/// Lets no turn begin during its scope, and waits for one that has begun (at most the time-out of a
+/// grab): for writes after which the sensor may be larger than the buffers of that grab.
+class PreviewPause {
+public:
+    explicit PreviewPause(PreviewShared &preview) : m_preview(preview) { begin(m_preview); }
+    ~PreviewPause() { end(m_preview); }
     PreviewPause(const PreviewPause &) = delete;
     PreviewPause &operator=(const PreviewPause &) = delete;
+
+    /// The same without a scope; pauses nest.
+    static void begin(PreviewShared &preview)
+    {
+        std::unique_lock lock(preview.mutex);
+        ++preview.paused;
+        preview.changed.wait(lock, [&preview] { return !preview.grabbing; });
+    }
+    /// @copydoc begin
+    static void end(PreviewShared &preview)
+    {
+        {
+            const std::lock_guard lock(preview.mutex);
+            --preview.paused;
+        }
+        preview.changed.notify_all();
+    }
 
 private:
     PreviewShared &m_preview;

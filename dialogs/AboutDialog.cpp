@@ -25,7 +25,10 @@ QString version(const QSettings &settings, const QString &key)
 
 } // namespace
 
-AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(std::make_unique<Ui_AboutDialog>())
+AboutDialog::AboutDialog(QWidget *parent) : AboutDialog(parent, sdkHeaderPath()) {}
+
+AboutDialog::AboutDialog(QWidget *parent, const QString &headerPath)
+    : QDialog(parent), ui(std::make_unique<Ui_AboutDialog>())
 {
     ui->setupUi(this);
     blackenPanel();
@@ -33,7 +36,7 @@ AboutDialog::AboutDialog(QWidget *parent) : QDialog(parent), ui(std::make_unique
     ui->laOS->setText(QStringLiteral("%1, %2 (%3)")
                           .arg(QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
                                QSysInfo::currentCpuArchitecture()));
-    const SdkVersions versions = readSdkVersions(sdkHeaderPath());
+    const SdkVersions versions = readSdkVersions(headerPath);
     ui->laPackage->setText(versions.package);
     ui->laLibrary->setText(versions.library);
     nameValues();

@@ -21,6 +21,8 @@ public:
     };
 
     explicit AboutDialog(QWidget *parent = nullptr);
+    /// With the versions in a header at another place than sdkHeaderPath().
+    AboutDialog(QWidget *parent, const QString &headerPath);
     ~AboutDialog() override;
 
     /// Where the camera library installs its header.

@@ -8,6 +8,7 @@
 
 #include <cstdio>
 
+#include "capture/StreamControl.h"
 #include "dialogs/ui_AccessRegister.h"
 #include "sdk/OrvalisAPI.h"
 
@@ -33,7 +34,8 @@ bool hasRoom(const QWidget &widget, const QFont &font, const QString &text, QSiz
 } // namespace
 
 AccessRegister::AccessRegister(QWidget *parent, void *handle)
-    : QDialog(parent), ui(std::make_unique<Ui_AccessRegister>()), m_pHandle(handle)
+    : QDialog(parent), ui(std::make_unique<Ui_AccessRegister>()),
+      m_pMainWindow(dynamic_cast<StreamControl *>(parent)), m_pHandle(handle)
 {
     ui->setupUi(this);
     fitFont();
@@ -72,6 +74,7 @@ void AccessRegister::on_btnRead_clicked()
 
 void AccessRegister::on_btnWrite_clicked()
 {
+    const PreviewHold hold(m_pMainWindow); // it may be the register of a size
     OrvalisWriteRegiser(m_pHandle, hexadecimal(*ui->edAddr), hexadecimal(*ui->edData));
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 
 class QKeyEvent;
+class StreamControl;
 class Ui_AccessRegister;
 
 /// GUI thread; the library is called synchronously and its failures are silent.
@@ -14,6 +15,7 @@ class AccessRegister : public QDialog {
     Q_OBJECT
 
 public:
+    /// `parent` is asked to pause the sensor preview around writes if it is a StreamControl.
     /// `handle` is the open camera's OCameraHandle, not owned; null is harmless.
     AccessRegister(QWidget *parent, void *handle);
     ~AccessRegister() override;
@@ -31,5 +33,6 @@ private:
     void fitFont();
 
     std::unique_ptr<Ui_AccessRegister> ui;
+    StreamControl *m_pMainWindow; // not owned; may be null
     void *m_pHandle;
 };

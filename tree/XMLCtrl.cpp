@@ -4,14 +4,17 @@
 
 #include <QHeaderView>
 #include <QHostAddress>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 
 #include "capture/StreamControl.h"
 #include "sdk/OrvalisAPI.h"
+#include "tree/AddressNode.h"
 #include "tree/NodeText.h"
 #include "tree/TreeModel.h"
 #include "tree/ui_XMLCtrl.h"
@@ -24,11 +27,6 @@ enum PanelMode { PanelNothing = 0, PanelValue = 1, PanelEnumeration = 2, PanelCo
 /// Kept: the spelling "Acquisigion". The camera's own AcquisitionFrameRateAbs is not locked.
 constexpr std::array lockedWhileAcquiring = {"Width",   "Height",      "OffsetX",
                                              "OffsetY", "PixelFormat", "AcquisigionFrameRateAbs"};
-
-bool isAddressNode(const QByteArray &name)
-{
-    return name.contains("Persistent") || name == "GevSCDA";
-}
 
 } // namespace
 
@@ -72,20 +70,30 @@ void XMLCtrl::CreateXMLTree(void *handle)
 {
     const QStringList headers{tr("Root")};
     m_pHandle = handle;
-    delete m_pModel;
-    m_pModel = nullptr;
+    showModel(nullptr);
     m_pModel = new TreeModel(headers, handle, this);
-    ui->treeXML->setModel(m_pModel);
+    showModel(m_pModel);
     for (int column = 0; column < m_pModel->columnCount(); ++column)
         ui->treeXML->resizeColumnToContents(column);
 }
 
 void XMLCtrl::DeleteXMLTree()
 {
-    ui->treeXML->setModel(nullptr); // or the view would warn when it gets the focus
-    delete m_pModel;
-    m_pModel = nullptr;
+    showModel(nullptr);
     m_pHandle = nullptr;
+}
+
+// View and header make a selection model for every model that they get. Those of Qt's empty model,
+// which stands for none, would never go.
+void XMLCtrl::showModel(TreeModel *model)
+{
+    ui->treeXML->setModel(model); // null, or the view would warn when it gets the focus
+    for (QItemSelectionModel *made : ui->treeXML->findChildren<QItemSelectionModel *>()) {
+        if (made != ui->treeXML->selectionModel())
+            delete made;
+    }
+    if (model == nullptr)
+        delete std::exchange(m_pModel, nullptr);
 }
 
 void XMLCtrl::HideShowXMLCtrl(int mode, bool enable)

@@ -61,6 +61,7 @@ private:
     struct NotificationRule;
 
     void fillHeader();
+    void showModel(TreeModel *model);
     void showNode(const QByteArray &name, int type, bool readWrite);
     void showText(bool readable, bool readWrite, const QString &text);
     void showInteger(const QByteArray &name, bool readWrite);

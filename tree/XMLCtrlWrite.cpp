@@ -11,6 +11,7 @@
 
 #include "capture/StreamControl.h"
 #include "sdk/OrvalisAPI.h"
+#include "tree/AddressNode.h"
 #include "tree/NodeText.h"
 #include "tree/ui_XMLCtrl.h"
 
@@ -38,11 +39,26 @@ template <std::size_t N> void XMLCtrl::notify(const NotificationRule (&rules)[N]
 
 namespace {
 
+/// Who is to let the preview of the sensor wait while a node of this name is written: any node may
+/// change the sensor's size. None for a trigger: the grab may be waiting for that very trigger.
+StreamControl *previewOwner(StreamControl *window, const QString &name)
+{
+    return name.contains(QLatin1String("Trigger")) ? nullptr : window;
+}
+
 void reloadFeatures(XMLCtrl &dock) { emit dock.sigUpdateFeatureInfo(false); }
 void reloadVideo(XMLCtrl &dock) { emit dock.sigUpdateVideoInfo(); }
 void reloadTrigger(XMLCtrl &dock) { emit dock.sigUpdateTriggerInfo(); }
 void reloadStrobe(XMLCtrl &dock) { emit dock.sigUpdateStrobeInfo(); }
 void reloadUserSets(XMLCtrl &dock) { emit dock.sigUpdateUSerSetInfo(); }
+
+/// The number that was typed into an integer node; 0 for text that is none. The numbers of address
+/// nodes are bit patterns, so that half of the addresses are negative here.
+std::int32_t integerFrom(const QByteArray &name, const QString &text)
+{
+    const auto address = isAddressNode(name) ? addressFrom(text) : std::nullopt;
+    return address ? static_cast<std::int32_t>(*address) : text.toInt();
+}
 
 } // namespace
 
@@ -55,6 +71,9 @@ void XMLCtrl::on_cmbXMLValue_activated(const QString &text)
         {reloadTrigger, {"Trigger", "ExposureMode"}},
         {reloadStrobe, {"Timer"}},
     };
+    // Also while the panel reloads, which may write: the GUI thread waits for one grab, not for
+    // two.
+    const PreviewHold hold(previewOwner(m_pMainWindow, m_strNodeName));
     OrvalisSetNodeString(m_pHandle, m_strNodeName.toLatin1().constData(),
                          text.toLatin1().constData());
     notify(rules);
@@ -71,8 +90,11 @@ void XMLCtrl::on_btnXMLExcute_clicked()
     const bool restart = isLoad && m_pMainWindow && m_pMainWindow->isStreaming();
     if (restart)
         m_pMainWindow->slotStopCamera();
-    OrvalisSetNodeCommand(m_pHandle, m_strNodeName.toLatin1().constData());
-    notify(rules);
+    {
+        const PreviewHold hold(previewOwner(m_pMainWindow, m_strNodeName));
+        OrvalisSetNodeCommand(m_pHandle, m_strNodeName.toLatin1().constData());
+        notify(rules);
+    }
     if (restart)
         m_pMainWindow->slotStartCamera();
 }
@@ -95,6 +117,7 @@ void XMLCtrl::keyPressEvent(QKeyEvent *event)
     event->accept();
     if (focusWidget() != ui->edXMLValue)
         return;
+    const PreviewHold hold(previewOwner(m_pMainWindow, m_strNodeName));
     commitValue(ui->edXMLValue->text());
     notify(rules);
 }
@@ -151,7 +174,7 @@ QString XMLCtrl::commitFloat(const QByteArray &name, const QString &text)
 QString XMLCtrl::commitInteger(const QByteArray &name, const QString &text)
 {
     OIntNode node{};
-    const std::int32_t typed = text.toInt();
+    const std::int32_t typed = integerFrom(name, text);
     OrvalisGetNodeInt(m_pHandle, name.constData(), &node);
     const std::int32_t value = std::max(std::min(typed, node.maximum), node.minimum);
     OrvalisSetNodeInt(m_pHandle, name.constData(), value);
