@@ -27,11 +27,16 @@ constexpr std::size_t mostWaiting = std::size_t{512} * 1024 * 1024;
 /// it.
 constexpr long encoderKiB = 64 * 1024;
 
+/// The number in the first rows. Reads the pixels by itself: Qt converts images on the thread pool,
+/// where the window's thread would wait behind the files that are being saved.
 quint32 numberOf(const QImage &picture)
 {
-    // The number stands in the first rows.
-    const QImage rows = picture.copy(0, 0, picture.width(), 16);
-    return frameNumber(grayPixels(rows), picture.width());
+    QByteArray rows;
+    for (int y = 0; y < std::min(8, picture.height()); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            rows.append(static_cast<char>(qGray(picture.pixel(x, y))));
+    }
+    return frameNumber(rows, picture.width());
 }
 
 /// How long events wait, and how much memory is taken, ten times a second.

@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QStyle>
 
 class AppearanceTest : public QObject {
@@ -19,6 +20,7 @@ private slots:
     void readableTextsStayAsTheyAre();
     void checkBoxesAreSeenOnDarkColours_data();
     void checkBoxesAreSeenOnDarkColours();
+    void coloursFollowADesktopThatTurnsDark();
 };
 
 namespace {
@@ -97,6 +99,47 @@ void AppearanceTest::checkBoxesAreSeenOnDarkColours()
     for (int x = 0; x < drawn.width(); ++x)
         most = qMax(most, contrastOf(drawn.pixelColor(x, drawn.height() / 2), background));
     QVERIFY2(most >= 2.9, qPrintable(QString::number(most))); // less than 3 by the smoothing
+}
+
+namespace {
+
+/// Gives the application the colours of a desktop that changes them.
+class DesktopStyle : public QProxyStyle {
+public:
+    DesktopStyle() : QProxyStyle(QStringLiteral("fusion")) { setObjectName("desktop"); }
+    using QProxyStyle::polish;
+    void polish(QPalette &colours) override
+    {
+        colours = dark ? coloured(QColor(0x20, 0x20, 0x20), Qt::white, QColor(0x30, 0x30, 0x30))
+                       : coloured(QColor(0xef, 0xef, 0xef), Qt::black, QColor(0xe0, 0xe0, 0xe0));
+    }
+    bool dark = false;
+};
+
+void compareWithDesktop(const QColor &text, const QColor &background)
+{
+    const QPalette colours = QWidget().palette();
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        QCOMPARE(colours.color(QPalette::Active, role), text);
+        QVERIFY(contrastOf(colours.color(QPalette::Disabled, role), background) >= 3.5);
+    }
+    QCOMPARE(colours.color(QPalette::Window), background);
+}
+
+} // namespace
+
+void AppearanceTest::coloursFollowADesktopThatTurnsDark()
+{
+    auto *desktop = new DesktopStyle;
+    QApplication::setStyle(desktop);
+    applyAppearance();
+    compareWithDesktop(Qt::black, QColor(0xef, 0xef, 0xef));
+    desktop->dark = true;
+    QApplication::setPalette(QApplication::palette()); // as Qt does when the desktop changes
+    compareWithDesktop(Qt::white, QColor(0x20, 0x20, 0x20));
+    desktop->dark = false;
+    QApplication::setPalette(QApplication::palette());
+    compareWithDesktop(Qt::black, QColor(0xef, 0xef, 0xef));
 }
 
 ORVALIS_QTEST_MAIN(AppearanceTest)

@@ -35,6 +35,10 @@ private slots:
     void resetOfACameraThatLeftDuringTheQuestionDoesNothing();
     void aFailedCallDuringCloseIsNotReported_data();
     void aFailedCallDuringCloseIsNotReported();
+    void openTellsInOrder();
+    void aRefusedResetStillCloses();
+    void resetWithoutACameraDoesNothing();
+    void resetInsideACloseDoesNothing();
     void exitClosesTheCamera();
 };
 
@@ -312,6 +316,63 @@ void ConnectionTest::aFailedCallDuringCloseIsNotReported()
     shell->slotCloseCamera();
     QCOMPARE(shell::calls(), QStringList({"OrvalisStopAcquisition(h1)", "OrvalisCloseCamera(h1)"}));
     QVERIFY(shell.action("actionOpen")->isEnabled());
+}
+
+void ConnectionTest::openTellsInOrder()
+{
+    QStringList told;
+    const Shell shell;
+    const QObject *context = shell.window.get();
+    connect(shell.window.get(), &MainWindow::sigCameraOpened, context,
+            [&](bool opened) { told << (opened ? "opened" : "closed"); });
+    connect(shell.window.get(), &QWidget::windowTitleChanged, context, [&] { told << "title"; });
+    connect(shell.window.get(), &MainWindow::sigTraceLog, context, [&] { told << "log"; });
+    connect(shell.action("actionPlay"), &QAction::changed, context, [&] { told << "actions"; });
+    fakeorvalis::onCall("OrvalisGetNodeString", [&] {
+        if (QThread::currentThread() == qApp->thread())
+            told << "probe";
+    });
+    shell->slotOpenCamera(0);
+    told.removeDuplicates();
+    QCOMPARE(told, QStringList({"opened", "title", "log", "actions", "probe"}));
+}
+
+void ConnectionTest::aRefusedResetStillCloses()
+{
+    const Shell shell;
+    shell.open();
+    fakeorvalis::fail("OrvalisCameraReset");
+    BoxAnswer box(QMessageBox::Yes);
+    shell->slotResetCamera();
+    QCOMPARE(shell::calls(), QStringList({"OrvalisCameraReset(h1)", "OrvalisCloseCamera(h1)"}));
+    QCOMPARE(shell.lastLog(), QString("close Camera[CAM-A]"));
+    QVERIFY(shell.action("actionOpen")->isEnabled());
+}
+
+void ConnectionTest::resetWithoutACameraDoesNothing()
+{
+    const Shell shell;
+    fakeorvalis::clearCalls();
+    BoxAnswer box(QMessageBox::Yes);
+    shell->slotResetCamera();
+    QVERIFY(!box.asked);
+    QCOMPARE(shell::calls(), QStringList());
+    QCOMPARE(shell.lastLog(), QString("Start orvalisviewer"));
+}
+
+void ConnectionTest::resetInsideACloseDoesNothing()
+{
+    const Shell shell;
+    shell.open();
+    BoxAnswer box(QMessageBox::Yes);
+    // While the scene is built again, events come through; and in the call, the handle is still
+    // set.
+    QTimer::singleShot(0, shell.window.get(), SLOT(slotResetCamera()));
+    fakeorvalis::onCall("OrvalisCloseCamera", [&] { shell->slotResetCamera(); });
+    shell->slotCloseCamera();
+    QVERIFY(!box.asked);
+    QCOMPARE(shell::calls(), QStringList("OrvalisCloseCamera(h1)"));
+    QCOMPARE(shell.log().count("close Camera[CAM-A]"), 1);
 }
 
 void ConnectionTest::exitClosesTheCamera()

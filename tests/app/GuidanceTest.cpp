@@ -16,6 +16,7 @@ private slots:
 
     void withoutCamerasItSaysWhatToConnect();
     void withCamerasItSaysHowToOpenOne();
+    void aSingleCameraHasToBeChosen();
     void withAnOpenCameraItSaysHowToStart();
     void withoutAPanelItSaysWhereTheSettingsAre();
     void aStreamWithoutPicturesIsWaitedFor();
@@ -51,6 +52,18 @@ void GuidanceTest::withCamerasItSaysHowToOpenOne()
 {
     const Shell shell;
     QCOMPARE(status(shell), QString("No camera open"));
+    QVERIFY(hint(shell)->text().contains("Double-click one"));
+}
+
+// It is not preselected, so "Open" alone would do nothing.
+void GuidanceTest::aSingleCameraHasToBeChosen()
+{
+    const Shell shell([] { shell::setCameras({{"CAM-A", "Camera A"}}); });
+    QCOMPARE(status(shell), QString("No camera open"));
+    QVERIFY(hint(shell)->text().contains("Double-click it"));
+    QVERIFY(hint(shell)->text().contains("choose it"));
+    shell::setCameras({{"CAM-A", "Camera A"}, {"CAM-B", "Camera B"}});
+    shell->slotRefreshCamera();
     QVERIFY(hint(shell)->text().contains("Double-click one"));
 }
 

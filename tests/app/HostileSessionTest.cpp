@@ -15,6 +15,7 @@
 #include <deque>
 #include <random>
 
+using shell::dismissBoxes;
 using shell::Frame;
 using shell::Shell;
 
@@ -23,17 +24,6 @@ namespace {
 constexpr int steps = 5000;
 
 /// Closes questions and menus, as a user who reads nothing.
-void dismissBoxes(QTimer *timer)
-{
-    timer->setInterval(1);
-    QObject::connect(timer, &QTimer::timeout, [] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
-            box->done(QMessageBox::Ok);
-        if (QWidget *menu = QApplication::activePopupWidget())
-            menu->close();
-    });
-    timer->start();
-}
 
 class Session {
 public:
@@ -229,7 +219,7 @@ void HostileSessionTest::theWindowSurvives()
     }
     fakeorvalis::hostile(0);
     shell->slotCloseCamera();
-    QVERIFY(!shell->isStreaming());
+    QVERIFY(!shell->isAcquiring());
     QVERIFY(shell.action("actionOpen")->isEnabled());
     shell.open();
     QVERIFY(shell.action("actionClose")->isEnabled());

@@ -39,6 +39,8 @@ private slots:
     void theKeyboardStartsInTheCameraList();
     void returnOpensTheCamera();
     void returnOnNoCameraOpensNothing();
+    void theFocusChoosesNoSingleCamera();
+    void theKeyboardChoosesASingleCamera();
     void returnChoosesTheNode();
     void showingADockMovesTheKeyboardThere_data();
     void showingADockMovesTheKeyboardThere();
@@ -283,6 +285,39 @@ void KeyboardTest::returnOnNoCameraOpensNothing()
     QVERIFY(activate(shell.window.get()));
     QTest::keyClick(shell.list(), Qt::Key_Return);
     QCOMPARE(shell.log(), QStringList("Start orvalisviewer"));
+}
+
+void KeyboardTest::theFocusChoosesNoSingleCamera()
+{
+    const Shell shell([] { shell::setCameras({{"CAM-A", "Camera A"}}); });
+    QVERIFY(activate(shell.window.get()));
+    QCOMPARE(shell.list()->currentRow(), -1);
+    for (int round = 0; round < 2; ++round) {
+        shell.view()->setFocus();
+        shell.list()->setFocus();
+        QVERIFY(shell.list()->hasFocus());
+        QCOMPARE(shell.list()->currentRow(), -1);
+        QVERIFY(shell.list()->selectedItems().isEmpty());
+        shell.action("actionDiscovery")->trigger();
+    }
+    shell.action("actionOpen")->trigger();
+    QCOMPARE(shell.log(), QStringList("Start orvalisviewer"));
+    // A list of its own that comes with the focus already there.
+    shell::setCameras({{"CAM-C", "Camera C"}});
+    shell.action("actionDiscovery")->trigger();
+    shell.view()->setFocus();
+    shell.list()->setFocus();
+    QCOMPARE(shell.list()->currentRow(), -1);
+}
+
+void KeyboardTest::theKeyboardChoosesASingleCamera()
+{
+    const Shell shell([] { shell::setCameras({{"CAM-A", "Camera A"}}); });
+    QVERIFY(activate(shell.window.get()));
+    QTest::keyClick(shell.list(), Qt::Key_Down);
+    QCOMPARE(shell.list()->currentRow(), 0);
+    shell.action("actionOpen")->trigger();
+    QVERIFY(shell.lastLog().startsWith("Success open camera[CAM-A]"));
 }
 
 void KeyboardTest::returnChoosesTheNode()

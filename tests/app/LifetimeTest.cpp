@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The window's end, and libraries that misbehave.
+#include "tests/app/BusyPool.h"
 #include "tests/app/Shell.h"
 #include "tests/support/ProcessFigures.h"
 
+#include <QDir>
+#include <QLineEdit>
+#include <QTemporaryDir>
 #include <QThreadPool>
 
 #include <atomic>
@@ -14,6 +18,8 @@
 #include <thread>
 
 using shell::BoxAnswer;
+using shell::BusyPool;
+using shell::dismissBoxes;
 using shell::Frame;
 using shell::Shell;
 
@@ -31,6 +37,9 @@ private slots:
     void framesBehindAStopThatFailedAreForgotten();
     void framesThatNobodyTakesTakeNoMemory();
     void picturesDoNotPileUpBeforeAWindowThatIsLate();
+    void tasksCalledDirectlyLetTheWindowClose();
+    void aWindowThatWaitsForTheDiskCanBeToldToGiveUp();
+    void aWindowThatWaitsForTheDiskClosesWhenAllIsSaved();
     void randomUseOfALibraryThatFails_data();
     void randomUseOfALibraryThatFails();
     void randomUseOfAHostileLibrary_data();
@@ -169,16 +178,6 @@ private:
     Frame m_frame{16, 16, 50};
 };
 
-void dismissBoxes(QTimer *timer)
-{
-    timer->setInterval(1);
-    QObject::connect(timer, &QTimer::timeout, [] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
-            box->done(QMessageBox::Ok);
-    });
-    timer->start();
-}
-
 void addSeeds()
 {
     QTest::addColumn<uint>("seed");
@@ -248,6 +247,98 @@ void LifetimeTest::picturesDoNotPileUpBeforeAWindowThatIsLate()
     QTRY_COMPARE(shell.picture().isNull() ? QColor() : shell.picture().pixelColor(0, 0), due);
 }
 
+// Neither was started by the window, which waits for those that it started.
+void LifetimeTest::tasksCalledDirectlyLetTheWindowClose()
+{
+    Shell shell;
+    shell.open();
+    shell->slotOneGrab();
+    shell->slotStopCamera(); // so that there is no frame to wait for
+    OneGrabThread(shell.window.get());
+    DiscoveryThread(shell.window.get());
+    shell.window.reset();
+    QVERIFY(g_inst.load() == nullptr);
+}
+
+namespace {
+
+/// The message of a window that is gone from sight, null while there is none.
+QMessageBox *notice()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        auto *box = qobject_cast<QMessageBox *>(widget);
+        if (box != nullptr && box->isVisible())
+            return box;
+    }
+    return nullptr;
+}
+
+/// Runs `act` on the notice once it is there.
+class OnNotice : public QTimer {
+public:
+    explicit OnNotice(std::function<void(QMessageBox &)> act)
+    {
+        setInterval(5);
+        connect(this, &QTimer::timeout, this, [this, act] {
+            if (QMessageBox *box = notice()) {
+                stop();
+                said = box->text();
+                act(*box);
+            }
+        });
+        start();
+    }
+    QString said;
+};
+
+/// Arms saving, and returns when a frame is on its way to the disk.
+bool saveOneFrame(const Shell &shell, Frame &frame, const QString &path)
+{
+    shell.child<QLineEdit>("edSavePath")->setText(path);
+    shell.action("actionSave")->trigger();
+    return QTest::qWaitFor(
+        [&] { return frame.deliver() && !shell.action("actionSave")->isChecked(); });
+}
+
+} // namespace
+
+void LifetimeTest::aWindowThatWaitsForTheDiskCanBeToldToGiveUp()
+{
+    const QTemporaryDir directory;
+    Shell shell;
+    shell.play();
+    BusyPool disk; // that does not answer
+    {
+        Frame frame(64, 48, 3);
+        QVERIFY(saveOneFrame(shell, frame, directory.path()));
+    }
+    QVERIFY(shell->bytesToSave() > 0);
+    OnNotice giveUp([](QMessageBox &box) { box.buttons().first()->click(); });
+    shell.window.reset(); // returns although the disk does not
+    QVERIFY2(giveUp.said.contains("saved"), qPrintable(giveUp.said));
+    QVERIFY(notice() == nullptr);
+    disk.release();
+    QThreadPool::globalInstance()->waitForDone(); // the job outlives the window
+    QCOMPARE(QDir(directory.path()).entryList(QDir::Files).size(), 1);
+}
+
+void LifetimeTest::aWindowThatWaitsForTheDiskClosesWhenAllIsSaved()
+{
+    const QTemporaryDir directory;
+    Shell shell;
+    shell.play();
+    BusyPool disk; // that does not answer
+    {
+        Frame frame(64, 48, 3);
+        QVERIFY(saveOneFrame(shell, frame, directory.path()));
+    }
+    OnNotice wait([&](QMessageBox &) { disk.release(); });
+    shell.window.reset();
+    QVERIFY(!wait.said.isEmpty());
+    QVERIFY(notice() == nullptr);
+    QCOMPARE(QDir(directory.path()).entryList(QDir::Files).size(), 1);
+}
+
 void LifetimeTest::randomUseOfALibraryThatFails_data() { addSeeds(); }
 
 void LifetimeTest::randomUseOfALibraryThatFails()
@@ -264,7 +355,7 @@ void LifetimeTest::randomUseOfALibraryThatFails()
     }
     fakeorvalis::failAll(false);
     shell->slotCloseCamera();
-    QVERIFY(!shell->isStreaming());
+    QVERIFY(!shell->isAcquiring());
 }
 
 void LifetimeTest::randomUseOfAHostileLibrary_data() { addSeeds(); }
@@ -281,7 +372,7 @@ void LifetimeTest::randomUseOfAHostileLibrary()
         user.act();
     fakeorvalis::hostile(0);
     shell->slotCloseCamera();
-    QVERIFY(!shell->isStreaming());
+    QVERIFY(!shell->isAcquiring());
 }
 
 ORVALIS_QTEST_MAIN(LifetimeTest)

@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: MIT
 // Which frame of a stream is shown and how: planes, rows, zoom and the centre cross.
+#include "tests/app/BusyPool.h"
 #include "tests/app/Shell.h"
 
+#include <QComboBox>
+#include <QMouseEvent>
+#include <QSpinBox>
 #include <QTimeLine>
-#include <QtConcurrent>
+#include <QWheelEvent>
 
-#include <latch>
-
+using shell::bayerGR12;
+using shell::BusyPool;
 using shell::Frame;
 using shell::gray;
+using shell::mono12;
 using shell::mono8;
 using shell::Shell;
 using shell::shows;
@@ -32,33 +37,23 @@ private slots:
     void theCrossIsPainted_data();
     void theCrossIsPainted();
     void theCrossTakesNewValuesWithTheNextFrame();
+    void theCrossIsTwoWideAtFirst();
+    void theDialogOfTheCrossReachesThePicture();
+    void closingTheDialogKeepsTheCross();
+    void theCrossWaitsForTheNextFrame();
+    void aDragMovesThePictureAtEveryScale_data();
+    void aDragMovesThePictureAtEveryScale();
+    void withoutAFrameZoomActionsKeepThePicture();
+    void aTurnOfTheWheelLeavesFitMode();
+    void aFrameWithoutARawSizeIsShown();
+    void everyDisplayedFrameIsAlsoAPicture_data();
+    void everyDisplayedFrameIsAlsoAPicture();
 };
 
 namespace {
 
 constexpr std::uint32_t bayerGR8 = 0x01080008;
-constexpr std::uint32_t bayerGR12 = 0x01100010;
-constexpr std::uint32_t mono12 = 0x01100005;
 constexpr std::uint32_t rgb8 = 0x02180014;
-
-/// Keeps every thread of the global pool busy while it lives.
-class BusyPool {
-public:
-    BusyPool()
-    {
-        for (int i = 0; i < QThreadPool::globalInstance()->maxThreadCount(); ++i)
-            m_tasks.addFuture(QtConcurrent::run([this] { m_end.wait(); }));
-    }
-    ~BusyPool()
-    {
-        m_end.count_down();
-        m_tasks.waitForFinished();
-    }
-
-private:
-    std::latch m_end{1};
-    QFutureSynchronizer<void> m_tasks;
-};
 
 } // namespace
 
@@ -287,6 +282,178 @@ void LivePictureTest::theCrossTakesNewValuesWithTheNextFrame()
     shell.action("actionDrawCenter")->setChecked(false);
     shell->slotDisplayFrame(pixmap);
     QCOMPARE(shell.picture().pixelColor(4, 4), QColor(Qt::blue));
+}
+
+void LivePictureTest::theCrossIsTwoWideAtFirst()
+{
+    const Shell shell;
+    shell.play();
+    shell.action("actionDrawCenter")->setChecked(true);
+    QPixmap pixmap(64, 48);
+    pixmap.fill(Qt::blue);
+    shell->slotDisplayFrame(pixmap);
+    const QImage painted = shell.picture();
+    for (const int x : {31, 32})
+        QCOMPARE(painted.pixelColor(x, 5), QColor(Qt::red));
+    for (const int y : {23, 24})
+        QCOMPARE(painted.pixelColor(5, y), QColor(Qt::red));
+    for (const int x : {30, 33})
+        QCOMPARE(painted.pixelColor(x, 5), QColor(Qt::blue));
+    for (const int y : {22, 25})
+        QCOMPARE(painted.pixelColor(5, y), QColor(Qt::blue));
+}
+
+void LivePictureTest::theDialogOfTheCrossReachesThePicture()
+{
+    const Shell shell;
+    shell.play();
+    shell.action("actionDrawCenter")->setChecked(true);
+    auto *dialog = shell.child<QDialog>("DrawCenterDlg");
+    dialog->findChild<QSpinBox *>()->setValue(1);
+    dialog->findChild<QComboBox *>()->setCurrentIndex(4);
+    QPixmap pixmap(9, 9);
+    pixmap.fill(Qt::white);
+    shell->slotDisplayFrame(pixmap);
+    QCOMPARE(shell.picture().pixelColor(4, 1), QColor(Qt::red)); // not applied yet
+    dialog->findChild<QPushButton *>("btnApply")->click();
+    shell->slotDisplayFrame(pixmap);
+    QCOMPARE(shell.picture().pixelColor(4, 1), QColor(Qt::blue));
+    QCOMPARE(shell.picture().pixelColor(3, 1), QColor(Qt::white));
+    QVERIFY(dialog->isVisibleTo(shell.window.get()));
+}
+
+void LivePictureTest::closingTheDialogKeepsTheCross()
+{
+    const Shell shell;
+    shell->show();
+    shell.play();
+    shell.action("actionDrawCenter")->setChecked(true);
+    auto *dialog = shell.child<QDialog>("DrawCenterDlg");
+    QVERIFY(dialog->isVisible());
+    dialog->close();
+    QVERIFY(shell.action("actionDrawCenter")->isChecked());
+    QPixmap pixmap(9, 9);
+    pixmap.fill(Qt::white);
+    shell->slotDisplayFrame(pixmap);
+    QCOMPARE(shell.picture().pixelColor(4, 1), QColor(Qt::red));
+}
+
+void LivePictureTest::theCrossWaitsForTheNextFrame()
+{
+    const Shell shell;
+    const QImage logo = shell.picture();
+    shell.action("actionDrawCenter")->setChecked(true);
+    QCOMPARE(shell.picture(), logo);
+    shell.action("actionDrawCenter")->setChecked(false);
+    shell.play();
+    Frame frame(64, 48, 30);
+    QVERIFY(shows(shell, frame, gray(30)));
+    shell->slotStopCamera();
+    const QImage last = shell.picture();
+    shell.action("actionDrawCenter")->setChecked(true);
+    QCOMPARE(shell.picture(), last);
+}
+
+void LivePictureTest::aDragMovesThePictureAtEveryScale_data()
+{
+    QTest::addColumn<double>("scale");
+    for (const double scale : {20.0, 40.0, 100.0})
+        QTest::addRow("%.0f", scale) << scale;
+}
+
+void LivePictureTest::aDragMovesThePictureAtEveryScale()
+{
+    QFETCH(double, scale);
+    const Shell shell;
+    shell->show();
+    shell.play();
+    QPixmap pixmap(2000, 2000);
+    shell->slotDisplayFrame(pixmap);
+    shell.view()->scale(scale, scale);
+    QWidget *viewport = shell.view()->viewport();
+    const QPoint from = viewport->rect().center();
+    const QPointF held = shell.view()->mapToScene(from);
+    const QPoint to = from + QPoint(-40, -30);
+    QTest::mousePress(viewport, Qt::LeftButton, Qt::NoModifier, from);
+    QMouseEvent drag(QEvent::MouseMove, to, viewport->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QCoreApplication::sendEvent(viewport, &drag);
+    QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, to);
+    QCOMPARE(shell.view()->mapFromScene(held),
+             to); // the same point of the picture is under the mouse
+}
+
+void LivePictureTest::withoutAFrameZoomActionsKeepThePicture()
+{
+    const Shell shell;
+    shell.play();
+    Frame frame(64, 48, 30);
+    QVERIFY(shows(shell, frame, gray(30)));
+    shell->slotStopCamera();
+    const QImage last = shell.picture();
+    for (const auto zoom : {&MainWindow::slotZoom100, &MainWindow::slotZoomFit}) {
+        shell.view()->scale(3, 3);
+        (*shell.*zoom)();
+        QVERIFY(shell.view()->transform().isIdentity());
+        QCOMPARE(shell.picture(), last);
+    }
+}
+
+void LivePictureTest::aTurnOfTheWheelLeavesFitMode()
+{
+    const Shell shell;
+    shell->show();
+    shell.play();
+    shell.action("actionZoomFIT")->trigger();
+    Frame frame(64, 48, 30);
+    QVERIFY(shows(shell, frame, gray(30)));
+    QTRY_VERIFY(!shell.view()->transform().isIdentity());
+    const qreal fitted = shell.view()->transform().m11();
+    const QPointF middle = shell.view()->viewport()->rect().center();
+    QWheelEvent turn(middle, shell.view()->viewport()->mapToGlobal(middle.toPoint()), {}, {0, -120},
+                     Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(shell.view()->viewport(), &turn);
+    QTRY_VERIFY(shell.view()->findChildren<QTimeLine *>().isEmpty());
+    Frame next(64, 48, 31);
+    QVERIFY(shows(shell, next, gray(31)));
+    QVERIFY(shell.view()->transform().m11() < fitted);
+}
+
+void LivePictureTest::aFrameWithoutARawSizeIsShown()
+{
+    const Shell shell([] { shell::setPixelFormat("Mono8", mono8); });
+    shell.play();
+    Frame frame(64, 48, 9);
+    frame.record.rawSize = 0;
+    QVERIFY(shows(shell, frame, gray(9)));
+}
+
+void LivePictureTest::everyDisplayedFrameIsAlsoAPicture_data()
+{
+    QTest::addColumn<bool>("live");
+    QTest::newRow("stream") << true;
+    QTest::newRow("single shot") << false;
+}
+
+void LivePictureTest::everyDisplayedFrameIsAlsoAPicture()
+{
+    QFETCH(bool, live);
+    PicturePtr newest; // lives longer than the window, whose end may deliver another
+    const Shell shell;
+    shell.open();
+    shell::setPixelFormat("Mono8", shell::mono8);
+    QObject::connect(
+        shell.window.get(), &MainWindow::sigPicture, shell.window.get(),
+        [&](const PicturePtr &picture) { newest = picture; }, Qt::QueuedConnection);
+    live ? shell->slotStartCamera() : shell->slotOneGrab();
+    Frame frame(64, 48, 77);
+    QTRY_VERIFY((frame.deliver(), newest != nullptr));
+    QCOMPARE(newest->width(), 64U);
+    QCOMPARE(newest->sampleBytes(), std::size_t{64 * 48});
+    QCOMPARE(newest->samples()[64 * 48 - 1], std::uint8_t{77});
+    QCOMPARE(newest->stream().pixelFormat, shell::mono8);
+    QVERIFY(newest->stamp().index > 0);
+    QCOMPARE(newest->screenImage().pixel(0, 0), gray(77));
 }
 
 ORVALIS_QTEST_MAIN(LivePictureTest)

@@ -26,6 +26,8 @@ private slots:
     void dumpsAreThoseOfTheDisplayedFrame();
     void savedImagesHaveNoCross();
     void aFormatWithoutItsPlaneDisarmsAllTheSame();
+    void aDumpWithoutARawSizeIsAsLongAsThePixels_data();
+    void aDumpWithoutARawSizeIsAsLongAsThePixels();
     void framesArmedAtTheExitAreOnDisk();
 };
 
@@ -146,6 +148,33 @@ void SavingTest::aFormatWithoutItsPlaneDisarmsAllTheSame()
     QTRY_VERIFY((frame.deliver(), !saving.isArmed()));
     shell->slotStopCamera();
     QCOMPARE(saving.files(), QStringList());
+}
+
+void SavingTest::aDumpWithoutARawSizeIsAsLongAsThePixels_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<uint>("code");
+    QTest::addColumn<int>("bytes");
+    QTest::newRow("8 bits") << "Mono8" << mono8 << 64 * 48;
+    QTest::newRow("12 bits") << "Mono12" << 0x01100005U << 64 * 48 * 2;
+    QTest::newRow("Bayer of 12 bits") << "BayerGR12" << 0x01100010U << 64 * 48 * 2;
+}
+
+void SavingTest::aDumpWithoutARawSizeIsAsLongAsThePixels()
+{
+    QFETCH(QString, format);
+    QFETCH(uint, code);
+    QFETCH(int, bytes);
+    const Shell shell;
+    shell.open();
+    shell::setPixelFormat(format.toStdString(), code);
+    shell->slotStartCamera();
+    const Saving saving(shell, "RAW", false);
+    saving.arm();
+    Frame frame(64, 48, 60); // its planes have three bytes for each pixel
+    frame.record.rawSize = 0;
+    QTRY_VERIFY((frame.deliver(), !saving.isArmed()));
+    QTRY_COMPARE(saving.bytes(), QByteArray(bytes, 60));
 }
 
 void SavingTest::framesArmedAtTheExitAreOnDisk()

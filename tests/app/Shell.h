@@ -23,6 +23,22 @@
 
 namespace shell {
 
+constexpr std::uint32_t mono12 = 0x01100005;
+constexpr std::uint32_t bayerGR12 = 0x01100010;
+
+/// Closes message boxes and menus as they open, as a user would who answers everything.
+inline void dismissBoxes(QTimer *timer)
+{
+    timer->setInterval(1);
+    QObject::connect(timer, &QTimer::timeout, [] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
+            box->done(QMessageBox::Ok);
+        if (QWidget *menu = QApplication::activePopupWidget())
+            menu->close();
+    });
+    timer->start();
+}
+
 /// A frame with planes of its own, filled with `grey`. Its end stops the stream, which may hold it.
 class Frame {
 public:
@@ -59,12 +75,18 @@ inline QStringList texts(const std::vector<std::string> &calls)
     return list;
 }
 
-/// Calls that come by themselves: discovery and the sensor preview.
+/// Calls of the window's own thread: not those that come by themselves, of discovery and of the
+/// sensor preview.
 inline QStringList calls()
 {
-    return texts(fakeorvalis::callsExcept({"OrvalisNumberOfCameras", "OrvalisGetDisplayName",
-                                           "OrvalisGetCameraID", "OrvalisGrabRGBData",
-                                           "OrvalisGrabRAWData"}));
+    QStringList kept;
+    for (const QString &call : texts(fakeorvalis::callsHere())) {
+        if (!call.startsWith(QLatin1String("OrvalisNumberOfCameras(")) &&
+            !call.startsWith(QLatin1String("OrvalisGetDisplayName(")) &&
+            !call.startsWith(QLatin1String("OrvalisGetCameraID(")))
+            kept << call;
+    }
+    return kept;
 }
 
 /// The calls that connect, stream and end; not what panels read.

@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: MIT
 // One frame from a camera that does not stream.
+#include "tests/app/BusyPool.h"
 #include "tests/app/Shell.h"
 
 #include <QThreadPool>
 
+#include <new>
+
+using shell::bayerGR12;
+using shell::BusyPool;
 using shell::Frame;
 using shell::gray;
+using shell::mono12;
 using shell::mono8;
 using shell::Shell;
 
@@ -17,7 +23,7 @@ private slots:
 
     void makesItsCallsInOrder_data();
     void makesItsCallsInOrder();
-    void oneFrameIsShownAndCountedOnce();
+    void everyCallbackIsShownAndCounted();
     void planesAreChosenByFormat_data();
     void planesAreChosenByFormat();
     void withoutAFrameItGivesUp();
@@ -33,15 +39,20 @@ private slots:
     void manyShotsBehaveLikeOne();
     void playIsNotMarkedAsPlaying();
     void theCrossIsPainted();
+    void doesNotWaitBehindSaves_data();
+    void doesNotWaitBehindSaves();
+    void colourNeedsNoBayerPattern();
+    void exceptionsStayInTheCallback();
+    void aFrameWithoutARawSizeIsShown();
+    void picturesDoNotPileUpBeforeAWindowThatIsLate();
+    void aSettingDuringAShotBeginsNoStream_data();
+    void aSettingDuringAShotBeginsNoStream();
 
 private:
-    static bool isIdle(const Shell &shell) { return !shell->isStreaming(); }
+    static bool isIdle(const Shell &shell) { return !shell->isAcquiring(); }
 };
 
 namespace {
-
-constexpr std::uint32_t mono12 = 0x01100005;
-constexpr std::uint32_t bayerGR12 = 0x01100010;
 
 QString modeCall(const char *mode)
 {
@@ -88,7 +99,8 @@ void SingleShotTest::makesItsCallsInOrder()
     QVERIFY(!shell.action("actionStop")->isEnabled());
 }
 
-void SingleShotTest::oneFrameIsShownAndCountedOnce()
+// A camera without single-frame mode goes on until it is stopped.
+void SingleShotTest::everyCallbackIsShownAndCounted()
 {
     const Shell shell;
     shell.open();
@@ -96,12 +108,18 @@ void SingleShotTest::oneFrameIsShownAndCountedOnce()
     shell->slotOneGrab();
     Frame frame(64, 48, 70);
     Frame second(64, 48, 71);
+    OImageFrame empty{64 * 48, 64, 48, 8, nullptr, nullptr, nullptr};
     QVERIFY(frame.deliver());
-    QVERIFY(second.deliver()); // from a camera without single-frame mode
+    QVERIFY(fakeorvalis::deliver(empty)); // counted, but there is nothing to show
+    QVERIFY(second.deliver());
     QTRY_VERIFY(isIdle(shell));
-    QCOMPARE(shown.size(), 1);
-    QCOMPARE(shell.picture().pixel(5, 5), gray(70));
-    QCOMPARE(shell.recv(), QString("1"));
+    QCOMPARE(shown.size(), 2);
+    // What was sent to the view: the shot may end between the two frames, and the view discards
+    // what arrives after its end.
+    const auto sent = [&shown](int i) { return shown.at(i).at(0).value<QPixmap>().toImage(); };
+    QCOMPARE(sent(0).pixel(5, 5), gray(70));
+    QCOMPARE(sent(1).pixel(5, 5), gray(71));
+    QCOMPARE(shell.recv(), QString("3"));
     const QStringList log = shell.log();
     QCOMPARE(log.last(), QString("Success open camera[CAM-A] 64x48")); // nothing is logged
 }
@@ -172,7 +190,7 @@ void SingleShotTest::brokenFramesAreNotTheOne()
     QVERIFY(good.deliver());
     QTRY_VERIFY(isIdle(shell));
     QCOMPARE(shell.picture().pixel(0, 0), gray(70));
-    QCOMPARE(shell.recv(), QString("1"));
+    QCOMPARE(shell.recv(), QString("3"));
 }
 
 // Nothing is copied into memory of the announced size here.
@@ -324,6 +342,119 @@ void SingleShotTest::theCrossIsPainted()
     QVERIFY(frame.deliver());
     QTRY_VERIFY(isIdle(shell));
     QCOMPARE(shell.picture().pixelColor(32, 3), QColor(Qt::red));
+}
+
+void SingleShotTest::doesNotWaitBehindSaves_data()
+{
+    QTest::addColumn<QString>("format");
+    QTest::newRow("grey") << "Mono8";
+    QTest::newRow("colour") << "RGB8";
+}
+
+void SingleShotTest::doesNotWaitBehindSaves()
+{
+    QFETCH(QString, format);
+    const Shell shell([&] {
+        shell::setRegion(640, 480);
+        shell::setPixelFormat(format.toStdString(), mono8);
+    });
+    shell.open();
+    const BusyPool pool;
+    shell->slotOneGrab();
+    Frame frame(640, 480, 70);
+    QVERIFY(frame.deliver());
+    QTRY_VERIFY(isIdle(shell));
+    QCOMPARE(shell.picture().pixel(0, 0), gray(70));
+}
+
+void SingleShotTest::colourNeedsNoBayerPattern()
+{
+    const Shell shell;
+    shell.open();
+    shell::setPixelFormat("RGB8", 0x02180014);
+    shell->slotOneGrab();
+    QCOMPARE(shell::texts(fakeorvalis::callsOf({"OrvalisSetBayerConversion"})),
+             QStringList("OrvalisSetBayerConversion(h1, 0)"));
+    Frame frame(64, 48, 0);
+    for (std::size_t i = 0; i < frame.plane().size(); ++i)
+        frame.plane()[i] = static_cast<std::uint8_t>(10 + 100 * (i % 3));
+    QVERIFY(frame.deliver());
+    QTRY_VERIFY(isIdle(shell));
+    QCOMPARE(shell.picture().pixel(63, 47), qRgb(10, 110, 210));
+}
+
+void SingleShotTest::exceptionsStayInTheCallback()
+{
+    const Shell shell;
+    shell.open();
+    shell->slotOneGrab();
+    QMetaObject::Connection thrower = QObject::connect(
+        shell.window.get(), &MainWindow::sigStatusBar, shell.window.get(),
+        [] { throw std::bad_alloc(); }, Qt::DirectConnection);
+    Frame frame(64, 48, 9);
+    QVERIFY(frame.deliver());
+    QObject::disconnect(thrower);
+    QVERIFY(frame.deliver());
+    QTRY_VERIFY(isIdle(shell));
+    QCOMPARE(shell.picture().pixel(0, 0), gray(9));
+}
+
+void SingleShotTest::aFrameWithoutARawSizeIsShown()
+{
+    const Shell shell;
+    shell.open();
+    shell::setPixelFormat("Mono8", mono8);
+    shell->slotOneGrab();
+    Frame frame(64, 48, 9);
+    frame.record.rawSize = 0;
+    QVERIFY(frame.deliver());
+    QTRY_VERIFY(isIdle(shell));
+    QCOMPARE(shell.picture().pixel(0, 0), gray(9));
+}
+
+void SingleShotTest::picturesDoNotPileUpBeforeAWindowThatIsLate()
+{
+    constexpr int side = 2048;
+    constexpr int most = 64 / (4 * side * side / 1024 / 1024) + 1;
+    const Shell shell([] { shell::setRegion(side, side); });
+    shell.open();
+    QSignalSpy shown(shell.window.get(), SIGNAL(sigDisplayFrame(QPixmap)));
+    shell->slotOneGrab();
+    Frame frame(side, side, 60);
+    for (int i = 0; i < 2 * most; ++i)
+        QVERIFY(frame.deliver()); // the window lets no event through
+    QVERIFY2(shown.size() <= most, qPrintable(QString::number(shown.size())));
+    shown.clear(); // the spy holds them
+    QTRY_VERIFY(isIdle(shell));
+    QCOMPARE(shell.recv(), QString::number(2 * most));
+}
+
+void SingleShotTest::aSettingDuringAShotBeginsNoStream_data()
+{
+    QTest::addColumn<QByteArray>("slot");
+    QTest::newRow("region") << QByteArray("on_btnROIApply_clicked");
+    QTest::newRow("pixel format") << QByteArray("loadVideoInfo"); // applies it
+    QTest::newRow("feature default") << QByteArray("on_btnWBDefault_clicked");
+    QTest::newRow("user set") << QByteArray("on_btnUserSetLoad_clicked");
+}
+
+// Only a stream that Play began is stopped for a setting and started again.
+void SingleShotTest::aSettingDuringAShotBeginsNoStream()
+{
+    QFETCH(QByteArray, slot);
+    const Shell shell;
+    shell.open();
+    shell->slotOneGrab();
+    fakeorvalis::clearCalls();
+    QVERIFY(QMetaObject::invokeMethod(shell.child<QObject>("CameraCtrl"), slot.constData()));
+    QCOMPARE(fakeorvalis::callsOf({"OrvalisStartAcquisition", "OrvalisStopAcquisition"}).size(),
+             std::size_t{0});
+    QVERIFY(!shell.action("actionPlay")->isChecked());
+    Frame frame(64, 48, 70);
+    QVERIFY(frame.deliver());
+    QTRY_VERIFY(isIdle(shell));
+    QCOMPARE(shell.picture().pixel(0, 0), gray(70));
+    QVERIFY(!shell.log().contains("start stream Camera[CAM-A]"));
 }
 
 ORVALIS_QTEST_MAIN(SingleShotTest)

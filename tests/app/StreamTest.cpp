@@ -2,10 +2,14 @@
 // Play and stop: the calls they make, what they show, and what they count.
 #include "tests/app/Shell.h"
 
+#include <QComboBox>
 #include <QSemaphore>
+
+#include <new>
 
 using shell::Frame;
 using shell::gray;
+using shell::mono12;
 using shell::Shell;
 using shell::shows;
 
@@ -35,6 +39,10 @@ private slots:
     void eventsDuringStartMayCloseTheCamera();
     void eventsDuringStartMayStartAgain();
     void theFormatIsReadAnewByEveryStart();
+    void aSettingChangedDuringTheStartCounts();
+    void quickKeysOnThePixelFormatLeaveNoBlankPicture();
+    void theStatusShowsWhatItIsToldAtAnyTime();
+    void exceptionsStayInTheCallback();
     void manyCyclesAreQuiet();
 };
 
@@ -347,6 +355,74 @@ void StreamTest::theFormatIsReadAnewByEveryStart()
     frame.record.rgb = nullptr;
     QVERIFY(shows(shell, frame, gray(99)));
     QCOMPARE(shell.picture().size(), QSize(16, 8));
+}
+
+void StreamTest::aSettingChangedDuringTheStartCounts()
+{
+    const Shell shell;
+    shell.open();
+    QTimer::singleShot(0, shell.window.get(), [] {
+        shell::setPixelFormat("Mono12", mono12);
+        shell::setRegion(16, 8);
+    });
+    shell->slotStartCamera();
+    QCOMPARE(shell->windowTitle(), QString("OrvalisViewer - CAM-A 16x8"));
+    const auto conversions = fakeorvalis::callsOf({"OrvalisSetBayerConversion"});
+    QCOMPARE(QString::fromStdString(conversions.back()),
+             QString("OrvalisSetBayerConversion(h1, 0)"));
+    Frame frame(16, 8, 99);
+    frame.record.raw = frame.record.rgb = nullptr;
+    QVERIFY(shows(shell, frame, gray(99)));
+    QCOMPARE(shell.picture().size(), QSize(16, 8));
+}
+
+// Each key restarts the stream; the second comes while the first still starts it.
+void StreamTest::quickKeysOnThePixelFormatLeaveNoBlankPicture()
+{
+    const Shell shell;
+    shell->show();
+    fakeorvalis::withState([](fakeorvalis::State &state) {
+        state.lists["PixelFormat"] = {{"BayerGR8", "RGB8", "Mono8"}, "BayerGR8"};
+    });
+    shell.play();
+    auto *formats = shell.child<QComboBox>("cbPixelFormat");
+    for (int key = 0; key < 2; ++key) {
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+            QCoreApplication::postEvent(formats, new QKeyEvent(type, Qt::Key_Down, Qt::NoModifier));
+    }
+    settle();
+    QCOMPARE(formats->currentText(), QString("Mono8"));
+    QVERIFY(shell->isStreaming());
+    Frame frame(64, 48, 99);
+    frame.record.rgb = nullptr;
+    QVERIFY(shows(shell, frame, gray(99)));
+}
+
+void StreamTest::theStatusShowsWhatItIsToldAtAnyTime()
+{
+    const Shell shell;
+    emit shell->sigStatusBar(1, 12.5, 3.0);
+    QCOMPARE(shell.rateLabel()->text().trimmed(), QString("12.5 fps (3.0 MB/s)"));
+    shell.play();
+    shell->slotStopCamera();
+    emit shell->sigStatusBar(1, 13.5, 4.0);
+    QCOMPARE(shell.rateLabel()->text().trimmed(), QString("13.5 fps (4.0 MB/s)"));
+    settle();
+    QCOMPARE(shell.rateLabel()->text().trimmed(), QString("13.5 fps (4.0 MB/s)"));
+}
+
+void StreamTest::exceptionsStayInTheCallback()
+{
+    const Shell shell;
+    shell.play();
+    QMetaObject::Connection thrower = QObject::connect(
+        shell.window.get(), &MainWindow::sigStatusBar, shell.window.get(),
+        [] { throw std::bad_alloc(); }, Qt::DirectConnection);
+    Frame frame(64, 48, 9);
+    QVERIFY(frame.deliver());
+    QObject::disconnect(thrower);
+    QVERIFY(shows(shell, frame, gray(9)));
+    shell->slotStopCamera();
 }
 
 void StreamTest::manyCyclesAreQuiet()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Saved frames: names, formats, and files that could not be written whole.
 #include "capture/FrameSaveJob.h"
+#include "capture/Picture.h"
 #include "capture/SaveFileName.h"
 #include "tests/support/QtTestMain.h"
 
@@ -10,9 +11,25 @@
 #include <QtConcurrent>
 
 #include <csignal>
+#include <cstdlib>
+#include <new>
 #include <numeric>
 #include <sys/resource.h>
 #include <vector>
+
+namespace {
+
+thread_local bool noMemory = false; // for operator new in this thread
+
+} // namespace
+
+void *operator new(std::size_t size)
+{
+    void *memory = noMemory ? nullptr : std::malloc(size);
+    return memory != nullptr ? memory : throw std::bad_alloc();
+}
+void operator delete(void *memory) noexcept { std::free(memory); }
+void operator delete(void *memory, std::size_t) noexcept { std::free(memory); }
 
 class SaveTest : public QObject {
     Q_OBJECT
@@ -48,8 +65,16 @@ private slots:
     void aJobOfAFrameWithoutThePlaneWritesNothing();
     void aRawSizeBeyondThePixelsIsCut();
     void thePlaceIsGivenBackWithTheJob();
+    void aTaskThatCannotStartGivesItsPlaceBack();
+    void aStartedTaskWritesItsFile();
 
 private:
+    /// Of a frame in a pixel format of this name.
+    static PicturePtr pictureOf(OImageFrame &frame, const char *pixelFormat)
+    {
+        PictureMaker maker({}, meaningOf(pixelFormat));
+        return maker.make({&frame, {}}, Rows::AlignedTo4, 20000);
+    }
     FrameSaveJob *newJob(const QString &format) const;
     QStringList files() const { return QDir(m_directory->path()).entryList(QDir::Files); }
     QByteArray onlyFile() const;
@@ -313,7 +338,7 @@ void SaveTest::aJobKeepsTheBytesOfItsFrame()
     QFETCH(QString, format);
     std::vector<unsigned char> plane(m_bytes.begin(), m_bytes.end());
     OImageFrame frame{60000, 200, 100, 24, plane.data(), plane.data(), nullptr};
-    auto job = makeSaveJob(frame, m_image, format);
+    auto job = makeSaveJob(*pictureOf(frame, "RGB8"), format);
     QCOMPARE(job->size, 60000);
     QCOMPARE(job->width, 200);
     QCOMPARE(job->height, 100);
@@ -327,12 +352,11 @@ void SaveTest::aJobKeepsTheBytesOfItsFrame()
 
 void SaveTest::aJobKeepsItsOwnImage()
 {
-    const QImage before = m_image.copy();
-    const QImage shown(m_image.constBits(), m_image.width(), m_image.height(),
-                       m_image.bytesPerLine(), m_image.format());
-    const OImageFrame frame{0, 201, 100, 24, nullptr, nullptr, nullptr};
-    const auto job = makeSaveJob(frame, shown, "PNG");
-    m_image.fill(Qt::black); // the next frame comes into the same buffer
+    const QImage before(m_bytes.data(), 200, 100, 600, QImage::Format_RGB888);
+    std::vector<unsigned char> plane(m_bytes.begin(), m_bytes.end());
+    OImageFrame frame{0, 200, 100, 24, nullptr, plane.data(), nullptr};
+    const auto job = makeSaveJob(*pictureOf(frame, "RGB8"), "PNG");
+    std::fill(plane.begin(), plane.end(), static_cast<unsigned char>(0)); // the camera goes on
     QCOMPARE(job->image, before);
     QCOMPARE(heldBytes(*job), static_cast<std::size_t>(before.sizeInBytes()));
 }
@@ -345,8 +369,10 @@ void SaveTest::aJobOfAFrameWithoutThePlaneWritesNothing_data()
 void SaveTest::aJobOfAFrameWithoutThePlaneWritesNothing()
 {
     QFETCH(QString, format);
-    const OImageFrame frame{60000, 200, 100, 24, nullptr, nullptr, nullptr};
-    auto job = makeSaveJob(frame, m_image, format);
+    OImageFrame frame{60000, 200, 100, 24, m_bytes.data(), nullptr, nullptr};
+    if (format == "RAW")
+        frame = {60000, 200, 100, 24, nullptr, m_bytes.data(), nullptr};
+    auto job = makeSaveJob(*pictureOf(frame, format == "RAW" ? "RGB8" : "Mono8"), format);
     job->path = m_directory->path();
     SaveThread(job.release());
     QCOMPARE(files(), QStringList());
@@ -355,7 +381,34 @@ void SaveTest::aJobOfAFrameWithoutThePlaneWritesNothing()
 void SaveTest::aRawSizeBeyondThePixelsIsCut()
 {
     OImageFrame frame{0xFFFFFFFF, 200, 100, 24, m_bytes.data(), nullptr, nullptr};
-    QCOMPARE(makeSaveJob(frame, m_image, "RAW")->size, 60000);
+    QCOMPARE(makeSaveJob(*pictureOf(frame, "Mono8"), "RAW")->size, 60000);
+}
+
+void SaveTest::aTaskThatCannotStartGivesItsPlaceBack()
+{
+    SaveLimiter limiter;
+    std::unique_ptr<FrameSaveJob> job(newJob("RAW"));
+    job->place = limiter.take(10);
+    bool failed = false;
+    noMemory = true;
+    try {
+        (void)startSaveTask(std::move(job));
+    } catch (const std::bad_alloc &) {
+        failed = true;
+    }
+    noMemory = false;
+    QVERIFY(failed);
+    QCOMPARE(limiter.taken(), std::size_t{0});
+}
+
+void SaveTest::aStartedTaskWritesItsFile()
+{
+    SaveLimiter limiter;
+    std::unique_ptr<FrameSaveJob> job(newJob("RAW"));
+    job->place = limiter.take(0);
+    (void)startSaveTask(std::move(job));
+    limiter.waitUntilEmpty();
+    QCOMPARE(onlyFile().size(), 60000);
 }
 
 void SaveTest::thePlaceIsGivenBackWithTheJob()

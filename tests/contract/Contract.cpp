@@ -39,11 +39,6 @@ std::string findCamera()
 
 } // namespace
 
-bool isResult(std::int32_t result)
-{
-    return result <= ORVALIS_OK && result >= ORVALIS_ERROR_ABORTED;
-}
-
 Frames::Frames()
 {
     const std::lock_guard lock(g_mutex);

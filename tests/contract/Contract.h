@@ -25,9 +25,6 @@ namespace contract {
         ASSERT_EQ(needed, ORVALIS_OK) << #call;                                                    \
     } while (false)
 
-/// True for a result that OrvalisAPI.h knows.
-bool isResult(std::int32_t result);
-
 /// Frames of the running stream. One at a time; made before the start, gone after the stop.
 class Frames {
 public:

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Many threads at once: nothing crashes, nothing hangs, the camera is of use afterwards.
 #include "tests/contract/Contract.h"
+#include "tests/contract/Documented.h"
 #include "tests/contract/EntryPoints.h"
 
 #include <algorithm>
 #include <atomic>
+#include <deque>
+#include <functional>
 #include <string_view>
 #include <thread>
+#include <utility>
 
 using namespace contract;
 
@@ -15,6 +19,39 @@ namespace {
 constexpr std::string_view kDisruptive[] = {"OrvalisCloseCamera",  "OrvalisStopAcquisition",
                                             "OrvalisCameraReset",  "OrvalisStartAcquisition",
                                             "OrvalisWriteRegiser", "OrvalisSetTriggerEnable"};
+
+std::size_t sumOf(const OImageFrame &frame)
+{
+    return std::hash<std::string_view>{}({reinterpret_cast<char *>(frame.raw), frame.rawSize});
+}
+
+bool isUniform(const OImageFrame &frame)
+{
+    return std::all_of(frame.raw, frame.raw + frame.rawSize,
+                       [&](std::uint8_t byte) { return byte == frame.raw[0]; });
+}
+
+/// Looks at frames as they come: whether each fits its record and stays as it came
+/// while eight more come.
+class OldFrames {
+public:
+    void check(const OImageFrame &frame)
+    {
+        ASSERT_NE(frame.raw, nullptr);
+        EXPECT_GT(frame.width, 0u);
+        EXPECT_GT(frame.height, 0u);
+        EXPECT_EQ(frame.rawSize, frame.width * frame.height * frame.bitsPerPixel / 8);
+        for (const auto &[old, sum] : old_)
+            EXPECT_EQ(sumOf(old), sum) << "an old frame has changed";
+        if (old_.size() == 8)
+            old_.pop_front();
+        old_.emplace_back(frame, sumOf(frame));
+    }
+    void forget() { old_.clear(); }
+
+private:
+    std::deque<std::pair<OImageFrame, std::size_t>> old_;
+};
 
 class Hammer : public CameraTest {
 protected:
@@ -28,28 +65,52 @@ protected:
         while (!done_)
             for (const EntryPoint &entry : entryPoints())
                 if (!done_ && !isLeft(entry.name))
-                    if (!isResult(entry.call(handle_)))
-                        ADD_FAILURE() << entry.name;
+                    if (const std::int32_t result = entry.call(handle_);
+                        !isDocumented(entry.name, result))
+                        ADD_FAILURE() << entry.name << ": " << result;
+    }
+    /// The hammer leaves any exposure behind, a few microseconds for instance.
+    void exposeWell()
+    {
+        if (OrvalisSetUserDefault(handle_) == ORVALIS_OK)
+            return;
+        OSizeInfo size{};
+        OrvalisGetSizeInfo(handle_, &size);
+        OrvalisSetSizeInfo(handle_, {0, 0, size.maxWidth, size.maxHeight, 0, 0});
+        std::int32_t least = 0;
+        std::int32_t most = 0;
+        if (OrvalisGetGainMinMax(handle_, &least, &most) == ORVALIS_OK)
+            OrvalisSetGain(handle_, least, false);
+        OrvalisSetShutter(handle_, 10000, false);
     }
     std::atomic<bool> done_{false};
+    std::atomic<int> uses_{0}; // that went well
 };
 
 } // namespace
 
 TEST_F(Hammer, callsBesideAStreamThatStartsAndStops)
 {
+    OldFrames frames;
+    frames_.onFrame = [&](OImageFrame *frame) { frames.check(*frame); };
     std::thread first([this] { hammer(); });
     std::thread second([this] { hammer(); });
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(OrvalisStartAcquisition(handle_, &Frames::callback), ORVALIS_OK);
-        EXPECT_TRUE(frames_.waitFor(frames_.count() + 1));
+        EXPECT_TRUE(frames_.waitFor(frames_.count() + 10));
         EXPECT_EQ(OrvalisStopAcquisition(handle_), ORVALIS_OK);
+        frames.forget(); // the next start ends them
     }
     done_ = true;
     first.join();
     second.join();
+    exposeWell();
+    std::atomic<bool> sees{false};
+    frames_.onFrame = [&](OImageFrame *frame) { sees = sees || !isUniform(*frame); };
     start();
     EXPECT_TRUE(frames_.waitFor(frames_.count() + 1));
+    EXPECT_EQ(OrvalisStopAcquisition(handle_), ORVALIS_OK);
+    EXPECT_TRUE(sees) << "the camera still takes pictures";
 }
 
 TEST_F(Hammer, enumerationAndCallsBesideCloseAndOpen)
@@ -61,10 +122,14 @@ TEST_F(Hammer, enumerationAndCallsBesideCloseAndOpen)
         char name[ORVALIS_NAME_SIZE] = "";
         std::uint32_t count = 0;
         while (!done_) {
-            EXPECT_TRUE(isResult(OrvalisGetSizeInfo(handle, &info)));
-            EXPECT_TRUE(isResult(OrvalisGetPixelFormatStr(handle, name)));
+            const std::int32_t used = OrvalisGetSizeInfo(handle, &info);
+            EXPECT_TRUE(isDocumented("OrvalisGetSizeInfo", used)) << used;
+            const std::int32_t named = OrvalisGetPixelFormatStr(handle, name);
+            EXPECT_TRUE(isDocumented("OrvalisGetPixelFormatStr", named)) << named;
             EXPECT_EQ(OrvalisNumberOfCameras(&count), ORVALIS_OK);
-            EXPECT_TRUE(isResult(OrvalisGetCameraID(0, name)));
+            const std::int32_t listed = OrvalisGetCameraID(0, name);
+            EXPECT_TRUE(isDocumented("OrvalisGetCameraID", listed)) << listed;
+            uses_ += used == ORVALIS_OK;
         }
     });
     for (int i = 0; i < 20; ++i) {
@@ -76,6 +141,9 @@ TEST_F(Hammer, enumerationAndCallsBesideCloseAndOpen)
             result = OrvalisOpenCamera(id.c_str(), &handle_);
         ASSERT_EQ(result, ORVALIS_OK);
         handle = handle_;
+        // Each time the other thread has had the camera in its hands.
+        for (const int before = uses_; uses_ == before && !HasFailure();)
+            std::this_thread::yield();
     }
     done_ = true;
     user.join();

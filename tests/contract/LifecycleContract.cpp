@@ -2,7 +2,11 @@
 // Library, enumeration, connection.
 #include "tests/contract/Contract.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
+#include <optional>
 
 using namespace contract;
 
@@ -10,6 +14,26 @@ namespace {
 
 class Library : public LibraryTest {};
 class Connection : public CameraTest {};
+
+/// The cameras in their order, with other back ends than those of the environment.
+std::vector<std::string> idsOn(const char *backends)
+{
+    const char *variable = std::getenv("ORVALIS_BACKENDS");
+    const std::optional<std::string> before(variable ? std::optional(variable) : std::nullopt);
+    setenv("ORVALIS_BACKENDS", backends, 1);
+    EXPECT_EQ(OrvalisInit(), ORVALIS_OK);
+    std::uint32_t count = 0;
+    EXPECT_EQ(OrvalisNumberOfCameras(&count), ORVALIS_OK);
+    std::vector<std::string> ids;
+    for (std::uint32_t i = 0; i < count; ++i) {
+        char id[ORVALIS_NAME_SIZE] = "";
+        EXPECT_EQ(OrvalisGetCameraID(i, id), ORVALIS_OK);
+        ids.emplace_back(id);
+    }
+    EXPECT_EQ(OrvalisUninit(), ORVALIS_OK);
+    before ? setenv("ORVALIS_BACKENDS", before->c_str(), 1) : unsetenv("ORVALIS_BACKENDS");
+    return ids;
+}
 
 } // namespace
 
@@ -53,6 +77,18 @@ TEST_F(Library, listsItsCameras)
         EXPECT_LT(strnlen(id, sizeof id), sizeof id);
         EXPECT_LT(strnlen(name, sizeof name), sizeof name);
     }
+}
+
+TEST(LibraryOrder, realCamerasComeBeforeSimulatedOnesAndEachKindKeepsItsOrder)
+{
+    const auto real = [](const std::string &id) { return !id.starts_with("OV-SIM-"); };
+    const std::vector<std::string> ids = idsOn("simulated,fake");
+    EXPECT_TRUE(std::ranges::is_partitioned(ids, real)) << testing::PrintToString(ids);
+    EXPECT_EQ(std::ranges::count_if(ids, std::not_fn(real)), 4);
+    EXPECT_EQ(idsOn("fake,simulated"), ids);
+    std::vector<std::string> simulated = ids;
+    std::erase_if(simulated, real);
+    EXPECT_EQ(idsOn("simulated"), simulated);
 }
 
 TEST_F(Library, refusesWhatIsNotThere)

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <type_traits>
+#include <vector>
 
 namespace contract {
 
@@ -28,6 +30,60 @@ template <class... Calls> std::int32_t inTurn(Calls... calls)
 template <class Value> using Get = std::int32_t (*)(OCameraHandle, Value *);
 template <class Value> using Set = std::int32_t (*)(OCameraHandle, Value);
 
+/// Values that are not `value`, the nearest first.
+template <class Value> std::vector<Value> othersThan(const Value &value)
+{
+    if constexpr (std::is_same_v<Value, bool>) {
+        return {!value};
+    } else if constexpr (std::is_same_v<Value, OSizeInfo>) {
+        OSizeInfo half = value;
+        half.width /= 2;
+        half.height /= 2;
+        return {half};
+    } else {
+        std::vector<Value> others;
+        for (const int step : {1, 10, 100, 1000})
+            others.insert(others.end(), {static_cast<Value>(value + static_cast<Value>(step)),
+                                         static_cast<Value>(value - static_cast<Value>(step))});
+        return others;
+    }
+}
+
+bool same(const OSizeInfo &a, const OSizeInfo &b)
+{
+    return a.width == b.width && a.height == b.height;
+}
+template <class Value> bool same(Value a, Value b) { return !(a < b) && !(b < a); }
+
+/// Sets `wanted` and reads what the camera holds then.
+template <class Value>
+std::int32_t setAndGet(OCameraHandle handle, Get<Value> get, Set<Value> set, const Value &wanted,
+                       Value &now)
+{
+    return inTurn([&] { return set(handle, wanted); }, [&] { return get(handle, &now); });
+}
+
+/// Sets another value than the present one, sees that the camera holds another one then, and puts
+/// the old one back. A camera that takes no other one has to take that.
+template <class Value> std::int32_t change(OCameraHandle handle, Get<Value> get, Set<Value> set)
+{
+    Value before{};
+    if (const std::int32_t result = get(handle, &before); result != ORVALIS_OK)
+        return result;
+    Value now = before;
+    bool taken = false;
+    for (const Value &other : othersThan(before)) {
+        taken = setAndGet(handle, get, set, other, now) == ORVALIS_OK || taken;
+        if (!same(now, before))
+            break;
+    }
+    const bool changed = !same(now, before);
+    const std::int32_t result = setAndGet(handle, get, set, before, now);
+    if (result != ORVALIS_OK)
+        return result;
+    return changed == taken && same(now, before) ? std::int32_t{ORVALIS_OK} : ORVALIS_ERROR_DEVICE;
+}
+
 template <class Value>
 void addValue(Probes &all, const std::string &name, Get<Value> get, Set<Value> set)
 {
@@ -35,11 +91,8 @@ void addValue(Probes &all, const std::string &name, Get<Value> get, Set<Value> s
                        Value value{};
                        return get(handle, &value);
                    }});
-    all.push_back({"OrvalisSet" + name, [=](OCameraHandle handle) {
-                       Value value{};
-                       return inTurn([&] { return get(handle, &value); },
-                                     [&] { return set(handle, value); });
-                   }});
+    all.push_back(
+        {"OrvalisSet" + name, [=](OCameraHandle handle) { return change(handle, get, set); }});
 }
 
 template <class Value>

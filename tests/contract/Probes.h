@@ -11,8 +11,9 @@
 
 namespace contract {
 
-/// Uses one entry point in earnest: reads, or writes what was read before, so that every camera can
-/// say yes. Returns ORVALIS_ERROR_NOT_SUPPORTED if the camera has nothing that it is for.
+/// Uses one entry point in earnest: reads, or sets another value, reads it back and puts the old
+/// one back; names, nodes and registers are written as they were read, so that every camera can say
+/// yes. Returns ORVALIS_ERROR_NOT_SUPPORTED if the camera has nothing that it is for.
 struct Probe {
     std::string name; ///< of the entry point
     std::function<std::int32_t(OCameraHandle)> use;

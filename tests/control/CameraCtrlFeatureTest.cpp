@@ -1,66 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The integer features and "Feature Default": every call, its arguments and its order.
-#include "tests/control/PanelFixture.h"
+#include "tests/control/FeatureRows.h"
 #include "tests/support/QtTestMain.h"
 
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QSlider>
-#include <QSpinBox>
 
-#include <limits>
+#include <algorithm>
 
 namespace {
-
-struct Row {
-    const char *key; // in library names and in the recording library's state
-    const char *spin;
-    const char *slider;
-    const char *range;
-};
-
-constexpr Row rows[] = {
-    {"Gain", "spiGain", "sliGain", "laGain"},
-    {"RGain", "spiRGain", "sliRGain", "laRGain"},
-    {"GGain", "spiGGain", "sliGGain", "laGGain"},
-    {"BGain", "spiBGain", "sliBGain", "laBGain"},
-    {"BlackLevel", "spiBlackLevel", "sliBlackLevel", "laBlack"},
-    {"Contrast", "spiContrast", "sliContrast", "laCont"},
-    {"Hue", "spiHue", "sliHue", "laHue"},
-    {"Saturation", "spiSaturation", "sliSaturation", "laSaturation"},
-    {"Sharpness", "spiSharp", "sliSharp", "laSharp"},
-    {"AutoExposure", "spiAutoExp", "sliAutoExp", "laAutoExp"},
-};
-
-/// One feature of an open panel.
-struct Feature {
-    explicit Feature(int index) : row(rows[index]) {}
-
-    void open()
-    {
-        // Room on both sides for a page step, whatever the feature.
-        fakeorvalis::withState([this](fakeorvalis::State &state) {
-            state.integers[row.key] = {500, 100, 1000, false};
-        });
-        panel.openCamera();
-    }
-    bool checksItsGetter() const { return !isGain() && QByteArray(row.key) != "BlackLevel"; }
-    bool isGain() const { return QByteArray(row.key) == "Gain"; }
-    QString set(int value) const
-    {
-        return QStringLiteral("OrvalisSet%1(h1, %2%3)")
-            .arg(QString(row.key))
-            .arg(value)
-            .arg(isGain() ? QString(", false") : QString());
-    }
-    std::string setter() const { return std::string("OrvalisSet") + row.key; }
-    QSpinBox *spin() const { return panel.find<QSpinBox>(row.spin); }
-    QSlider *slider() const { return panel.find<QSlider>(row.slider); }
-
-    Row row;
-    Panel panel;
-};
 
 const QStringList whiteBalanceCalls{
     "OrvalisGetPixelFormatStr(h1)",
@@ -76,9 +25,6 @@ const QStringList whiteBalanceCalls{
 class CameraCtrlFeatureTest : public QObject {
     Q_OBJECT
 
-private:
-    static void addFeatures();
-
 private slots:
     void loadReadsInTheFixedOrder();
     void firstLoadSendsChangedValuesBack();
@@ -92,23 +38,17 @@ private slots:
     void nextLoadEnablesAgain();
     void failedBoundsAreNotChecked_data();
     void failedBoundsAreNotChecked();
+    void failedBoundsSendNoValueBack_data();
+    void failedBoundsSendNoValueBack();
+    void nothingReadMeansNothingSent();
     void spinBoxSendsAndMovesTheSlider_data();
     void spinBoxSendsAndMovesTheSlider();
     void refusedValueLeavesTheSlider_data();
     void refusedValueLeavesTheSlider();
-    void pageActionsSend_data();
-    void pageActionsSend();
-    void refusedPageLeavesTheSlider_data();
-    void refusedPageLeavesTheSlider();
-    void pagesEndAtTheLastNumber_data();
-    void pagesEndAtTheLastNumber();
-    void otherActionsSendNothing_data();
-    void otherActionsSendNothing();
-    void draggingSendsOnRelease_data();
-    void draggingSendsOnRelease();
-    void nextLoadPutsAMovedSliderBack();
 
-    void gainIgnoresTheGettersResult();
+    void unreadGainKeepsWhatItShows_data();
+    void unreadGainKeepsWhatItShows();
+    void unreadGainIsSentAsShownWhenAutomaticEnds();
     void automaticGainDisablesItsControls();
     void gainIsSentWithTheAutomaticFlag();
     void switchingAutomaticGainOnSendsTheValue_data();
@@ -119,13 +59,6 @@ private slots:
     void featureDefault_data();
     void featureDefault();
 };
-
-void CameraCtrlFeatureTest::addFeatures()
-{
-    QTest::addColumn<int>("index");
-    for (int index = 0; index < static_cast<int>(std::size(rows)); ++index)
-        QTest::newRow(rows[index].key) << index;
-}
 
 void CameraCtrlFeatureTest::loadReadsInTheFixedOrder()
 {
@@ -178,6 +111,19 @@ void CameraCtrlFeatureTest::loadDoesNotOverwriteACameraOfOtherBounds()
     QCOMPARE(panel.find<QSpinBox>("spiContrast")->value(), 40);
 }
 
+/// A camera that does not answer, whatever of it the load asks for.
+void CameraCtrlFeatureTest::nothingReadMeansNothingSent()
+{
+    Panel panel;
+    panel.openCamera();
+    fakeorvalis::failAll(true);
+    panel.panel.loadConfigurationValue(nullptr);
+    QCOMPARE(panel.sent(), QStringList());
+    OCameraHandle other = &panel; // another camera, of which nothing is known
+    panel.panel.loadConfigurationValue(other);
+    QCOMPARE(panel.sent(), QStringList());
+}
+
 void CameraCtrlFeatureTest::loadShowsRangeAndValue_data() { addFeatures(); }
 
 void CameraCtrlFeatureTest::loadShowsRangeAndValue()
@@ -212,9 +158,9 @@ void CameraCtrlFeatureTest::failedGetterDisablesAndLeavesTheValue()
         QCOMPARE(feature.spin()->isEnabled(), !checks);
         QCOMPARE(feature.slider()->isEnabled(), !checks);
     }
-    QCOMPARE(feature.spin()->value(), checks ? 500 : 100);
-    QCOMPARE(feature.slider()->value(), checks ? 500 : 100);
-    QCOMPARE(feature.panel.sent(), checks ? QStringList() : QStringList(feature.set(100)));
+    QCOMPARE(feature.spin()->value(), 500);
+    QCOMPARE(feature.slider()->value(), 500);
+    QCOMPARE(feature.panel.sent(), QStringList());
 }
 
 void CameraCtrlFeatureTest::nextLoadEnablesAgain_data() { addFeatures(); }
@@ -242,8 +188,29 @@ void CameraCtrlFeatureTest::failedBoundsAreNotChecked()
     feature.open();
     fakeorvalis::fail(std::string("OrvalisGet") + feature.row.key + "MinMax");
     feature.panel.panel.loadFeatureValue(false);
-    QCOMPARE(feature.panel.find<QLabel>(feature.row.range)->text(), QString("(0 ~ 0)"));
+    QCOMPARE(feature.panel.find<QLabel>(feature.row.range)->text(), QString("(100 ~ 1000)"));
+    QCOMPARE(feature.spin()->value(), 500);
+    QCOMPARE(feature.slider()->maximum(), 1000);
     QVERIFY(feature.panel.functions().contains(QString("OrvalisGet%1").arg(feature.row.key)));
+    QCOMPARE(feature.panel.sent(), QStringList());
+}
+
+void CameraCtrlFeatureTest::failedBoundsSendNoValueBack_data() { addFeatures(); }
+
+/// The box cannot hold what the camera holds: it must not force its own bound on the camera.
+void CameraCtrlFeatureTest::failedBoundsSendNoValueBack()
+{
+    QFETCH(int, index);
+    Feature feature(index);
+    feature.open();
+    fakeorvalis::fail(std::string("OrvalisGet") + feature.row.key + "MinMax");
+    for (const int value : {1500, 700}) {
+        fakeorvalis::withState(
+            [&](fakeorvalis::State &state) { state.integers[feature.row.key].value = value; });
+        feature.panel.panel.loadFeatureValue(false);
+        QCOMPARE(feature.spin()->value(), std::min(value, 1000));
+        QCOMPARE(feature.panel.sent(), QStringList());
+    }
 }
 
 void CameraCtrlFeatureTest::spinBoxSendsAndMovesTheSlider_data() { addFeatures(); }
@@ -272,124 +239,39 @@ void CameraCtrlFeatureTest::refusedValueLeavesTheSlider()
     QCOMPARE(feature.slider()->value(), 500);
 }
 
-void CameraCtrlFeatureTest::pageActionsSend_data() { addFeatures(); }
-
-void CameraCtrlFeatureTest::pageActionsSend()
+void CameraCtrlFeatureTest::unreadGainKeepsWhatItShows_data()
 {
-    QFETCH(int, index);
-    Feature feature(index);
-    feature.open();
-    const int page = feature.slider()->pageStep();
-    feature.slider()->triggerAction(QAbstractSlider::SliderPageStepAdd);
-    QCOMPARE(feature.panel.log(), QStringList(feature.set(500 + page)));
-    QCOMPARE(feature.slider()->value(), 500 + page);
-    feature.panel.forget();
-    feature.slider()->triggerAction(QAbstractSlider::SliderPageStepSub);
-    QCOMPARE(feature.panel.log(), QStringList(feature.set(500)));
-    QCOMPARE(feature.spin()->value(), 500);
-    QCOMPARE(feature.slider()->value(), 500);
+    QTest::addColumn<bool>("automatic");
+    QTest::newRow("manual") << false;
+    QTest::newRow("automatic") << true;
 }
 
-void CameraCtrlFeatureTest::refusedPageLeavesTheSlider_data() { addFeatures(); }
-
-void CameraCtrlFeatureTest::refusedPageLeavesTheSlider()
+void CameraCtrlFeatureTest::unreadGainKeepsWhatItShows()
 {
-    QFETCH(int, index);
-    Feature feature(index);
-    feature.open();
-    fakeorvalis::fail(feature.setter());
-    feature.slider()->triggerAction(QAbstractSlider::SliderPageStepAdd);
-    QCOMPARE(feature.panel.log().size(), 1);
-    QCOMPARE(feature.slider()->value(), 500);
-}
-
-void CameraCtrlFeatureTest::pagesEndAtTheLastNumber_data()
-{
-    using Limits = std::numeric_limits<int>;
-    QTest::addColumn<int>("minimum");
-    QTest::addColumn<int>("maximum");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<int>("action");
-    QTest::addColumn<int>("end");
-    QTest::newRow("up") << 0 << Limits::max() << Limits::max() - 3
-                        << int(QAbstractSlider::SliderPageStepAdd) << Limits::max();
-    QTest::newRow("down") << Limits::min() << -1 << Limits::min() + 3
-                          << int(QAbstractSlider::SliderPageStepSub) << Limits::min();
-}
-
-void CameraCtrlFeatureTest::pagesEndAtTheLastNumber()
-{
-    QFETCH(int, minimum);
-    QFETCH(int, maximum);
-    QFETCH(int, value);
-    QFETCH(int, action);
-    QFETCH(int, end);
-    Panel panel;
+    QFETCH(bool, automatic);
+    Feature feature(0);
     fakeorvalis::withState([=](fakeorvalis::State &state) {
-        state.integers["Hue"] = {value, minimum, maximum, false};
-    });
-    panel.openCamera();
-    panel.find<QSlider>("sliHue")->triggerAction(QAbstractSlider::SliderAction(action));
-    QCOMPARE(panel.log(), QStringList(QString("OrvalisSetHue(h1, %1)").arg(end)));
-    QCOMPARE(panel.find<QSpinBox>("spiHue")->value(), end);
-}
-
-void CameraCtrlFeatureTest::otherActionsSendNothing_data() { addFeatures(); }
-
-void CameraCtrlFeatureTest::otherActionsSendNothing()
-{
-    QFETCH(int, index);
-    Feature feature(index);
-    feature.open();
-    for (const auto action :
-         {QAbstractSlider::SliderSingleStepAdd, QAbstractSlider::SliderSingleStepSub,
-          QAbstractSlider::SliderToMaximum, QAbstractSlider::SliderToMinimum,
-          QAbstractSlider::SliderMove, QAbstractSlider::SliderNoAction})
-        feature.slider()->triggerAction(action);
-    QCOMPARE(feature.panel.log(), QStringList());
-    QCOMPARE(feature.spin()->value(), 500);
-}
-
-void CameraCtrlFeatureTest::draggingSendsOnRelease_data() { addFeatures(); }
-
-void CameraCtrlFeatureTest::draggingSendsOnRelease()
-{
-    QFETCH(int, index);
-    Feature feature(index);
-    feature.open();
-    feature.slider()->setSliderDown(true);
-    feature.slider()->setSliderPosition(700);
-    feature.slider()->setSliderPosition(720);
-    QCOMPARE(feature.panel.log(), QStringList());
-    feature.slider()->setSliderDown(false);
-    QCOMPARE(feature.panel.log(), QStringList(feature.set(720)));
-    QCOMPARE(feature.spin()->value(), 720);
-}
-
-void CameraCtrlFeatureTest::nextLoadPutsAMovedSliderBack()
-{
-    Feature feature(0);
-    feature.open();
-    QTest::keyClick(feature.slider(), Qt::Key_Right);
-    QCOMPARE(feature.slider()->value(), 501);
-    QCOMPARE(feature.spin()->value(), 500);
-    QCOMPARE(feature.panel.log(), QStringList());
-    feature.panel.panel.loadFeatureValue(false);
-    QCOMPARE(feature.slider()->value(), 500);
-}
-
-void CameraCtrlFeatureTest::gainIgnoresTheGettersResult()
-{
-    Feature feature(0);
-    fakeorvalis::withState([](fakeorvalis::State &state) {
-        state.integers["Gain"] = {500, 100, 1000, true};
+        state.integers["Gain"] = {500, 100, 1000, automatic};
     });
     feature.panel.openCamera();
-    auto *automatic = feature.panel.find<QCheckBox>("chkGain");
-    QVERIFY(automatic->isChecked());
     fakeorvalis::fail("OrvalisGetGain");
     feature.panel.panel.loadFeatureValue(false);
-    QVERIFY(!automatic->isChecked());
+    QCOMPARE(feature.panel.find<QCheckBox>("chkGain")->isChecked(), automatic);
+    QCOMPARE(feature.spin()->isEnabled(), !automatic);
+    QCOMPARE(feature.spin()->value(), 500);
+    QCOMPARE(feature.panel.sent(), QStringList());
+}
+
+void CameraCtrlFeatureTest::unreadGainIsSentAsShownWhenAutomaticEnds()
+{
+    Feature feature(0);
+    feature.open();
+    feature.panel.find<QCheckBox>("chkGain")->click();
+    feature.panel.forget();
+    fakeorvalis::fail("OrvalisGetGain");
+    feature.panel.find<QCheckBox>("chkGain")->click();
+    QCOMPARE(feature.panel.log(),
+             (QStringList{"OrvalisGetGain(h1)", "OrvalisSetGain(h1, 500, false)"}));
     QVERIFY(feature.spin()->isEnabled());
 }
 

@@ -15,7 +15,7 @@ struct Gamma {
         fakeorvalis::withState([=](fakeorvalis::State &state) {
             state.floats["Gamma"] = {value, minimum, maximum};
         });
-        panel.openCamera();
+        panel.changeCamera();
     }
     QDoubleSpinBox *spin() const { return panel.find<QDoubleSpinBox>("spiGamma"); }
     QSlider *slider() const { return panel.find<QSlider>("sliGamma"); }
@@ -33,7 +33,11 @@ private slots:
     void loadChoosesTheSlidersUnit();
     void scaledKeepsTheFormsSteps();
     void unscaledStepsByOne();
-    void failedGetterIsNotChecked();
+    void scaledHasItsStepAgainAfterALargeRange();
+    void unreadGammaIsNotSent();
+    void unreadRangeSendsNothing();
+    void pageToTheShownValueBringsTheSliderBack_data();
+    void pageToTheShownValueBringsTheSliderBack();
     void scaledSpinRoundsToTheSlider();
     void unscaledSpinCutsToTheSlider();
     void refusedValueLeavesTheSlider();
@@ -86,15 +90,64 @@ void CameraCtrlGammaTest::unscaledStepsByOne()
     QCOMPARE(gamma.slider()->singleStep(), 1);
 }
 
-void CameraCtrlGammaTest::failedGetterIsNotChecked()
+void CameraCtrlGammaTest::scaledHasItsStepAgainAfterALargeRange()
+{
+    Gamma gamma;
+    gamma.open(1.0, 0.25, 4.0);
+    gamma.open(0.7, 0.3, 1.0);
+    QCOMPARE(gamma.spin()->singleStep(), 0.1);
+    gamma.spin()->stepUp();
+    QCOMPARE(gamma.panel.log(), QStringList("OrvalisSetGamma(h2, 0.8)"));
+    gamma.open(1.0, 0.25, 4.0);
+    QCOMPARE(gamma.spin()->singleStep(), 1.0);
+}
+
+void CameraCtrlGammaTest::unreadGammaIsNotSent()
 {
     Gamma gamma;
     gamma.open(0.7, 0.3, 1.0);
     fakeorvalis::fail("OrvalisGetGamma");
     gamma.panel.panel.loadFeatureValue(false);
-    QCOMPARE(gamma.spin()->value(), 0.3);
+    QCOMPARE(gamma.spin()->value(), 0.7);
+    QCOMPARE(gamma.slider()->value(), 7);
     QVERIFY(gamma.spin()->isEnabled());
     QVERIFY(gamma.slider()->isEnabled());
+    QCOMPARE(gamma.panel.sent(), QStringList());
+}
+
+void CameraCtrlGammaTest::unreadRangeSendsNothing()
+{
+    Gamma gamma;
+    gamma.open(0.7, 0.3, 1.0);
+    fakeorvalis::fail("OrvalisGetGammaMinMax");
+    fakeorvalis::withState([](fakeorvalis::State &state) { state.floats["Gamma"].value = 2.5; });
+    gamma.panel.panel.loadFeatureValue(false);
+    QCOMPARE(gamma.panel.find<QLabel>("laGamma")->text(), QString("(0.3 ~ 1)"));
+    QCOMPARE(gamma.spin()->maximum(), 1.0);
+    QCOMPARE(gamma.slider()->maximum(), 10);
+    QCOMPARE(gamma.panel.sent(), QStringList());
+}
+
+void CameraCtrlGammaTest::pageToTheShownValueBringsTheSliderBack_data()
+{
+    QTest::addColumn<double>("value");
+    QTest::addColumn<double>("maximum");
+    QTest::newRow("scaled") << 0.7 << 1.0;
+    QTest::newRow("unscaled") << 2.0 << 4.0;
+    QTest::newRow("unscaled, between two places") << 2.9 << 4.0;
+}
+
+void CameraCtrlGammaTest::pageToTheShownValueBringsTheSliderBack()
+{
+    QFETCH(double, value);
+    QFETCH(double, maximum);
+    Gamma gamma;
+    gamma.open(value, 0.3, maximum);
+    const int place = gamma.slider()->value();
+    QTest::keyClick(gamma.slider(), Qt::Key_Left);
+    QTest::keyClick(gamma.slider(), Qt::Key_PageUp);
+    QCOMPARE(gamma.slider()->value(), place);
+    QCOMPARE(int(gamma.spin()->value() * (maximum > 1 ? 1 : 10) + 0.01), place);
 }
 
 void CameraCtrlGammaTest::scaledSpinRoundsToTheSlider()

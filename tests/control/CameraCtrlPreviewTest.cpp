@@ -1,46 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The sensor preview thread, from start to end.
+#include "tests/control/Gate.h"
 #include "tests/control/PanelFixture.h"
 #include "tests/support/QtTestMain.h"
 
 #include <QLabel>
 #include <QPushButton>
+#include <QThread>
 
-#include <condition_variable>
-#include <mutex>
+#include <atomic>
 
 namespace {
-
-/// Counts calls from any thread, and can hold them until it is opened.
-class Gate {
-public:
-    explicit Gate(bool open) : m_open(open) {}
-    void pass()
-    {
-        std::unique_lock lock(m_mutex);
-        ++m_arrived;
-        m_changed.notify_all();
-        m_changed.wait(lock, [this] { return m_open; });
-    }
-    void open()
-    {
-        const std::lock_guard lock(m_mutex);
-        m_open = true;
-        m_changed.notify_all();
-    }
-    /// Waits for `count` arrivals; false if they do not come in `limit`.
-    bool wait(int count, std::chrono::milliseconds limit = std::chrono::seconds(20))
-    {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, limit, [&] { return m_arrived >= count; });
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_open;
-    int m_arrived = 0;
-};
 
 struct Preview {
     /// A camera whose region lies at 32, 24 on a sensor of 128 x 96.
@@ -83,8 +53,9 @@ private slots:
     void regionLiesAtItsPlaceOnWhite();
     void everySecondAnotherGrab();
     void failedGrabLeavesTheLabel();
-    void withoutCameraNothingIsCalled();
-    void unknownSensorIsNotGrabbed();
+    void cameraThatComesLaterIsShown();
+    void sensorThatGrowsAfterTheLoad_data();
+    void sensorThatGrowsAfterTheLoad();
     void secondStartDoesNothing();
     void stopWaitsForTheGrabAndShowsNoMore();
     void stopWithoutStart();
@@ -93,6 +64,10 @@ private slots:
     void frameOfAnotherSizeThanTheRecord();
     void noGrabBeginsWhileSettingsAreReloaded_data();
     void noGrabBeginsWhileSettingsAreReloaded();
+    void writesOfTheSizeWaitForTheGrab_data();
+    void writesOfTheSizeWaitForTheGrab();
+    void pausesNest();
+    void pauseDoesNotKeepTheThreadFromEnding();
     void formatChangeReachesTheThread();
     void rawConversion_data();
     void rawConversion();
@@ -142,7 +117,8 @@ void CameraCtrlPreviewTest::formatChoosesTheGrab()
     preview.panel.panel.CreateGrabThread();
     QTRY_VERIFY(preview.shows(colour));
     preview.panel.panel.DeleteGrabThread();
-    QTEST(preview.panel.log().first(), "call");
+    QFETCH(QString, call);
+    QCOMPARE(preview.panel.log().mid(0, 2), (QStringList{"OrvalisGetSizeInfo(h1)", call}));
 }
 
 void CameraCtrlPreviewTest::regionLiesAtItsPlaceOnWhite()
@@ -162,11 +138,11 @@ void CameraCtrlPreviewTest::regionLiesAtItsPlaceOnWhite()
 
 void CameraCtrlPreviewTest::everySecondAnotherGrab()
 {
+    Gate gate(true);
     Preview preview;
     preview.open("Mono8");
     using Clock = std::chrono::steady_clock;
     std::vector<Clock::time_point> grabs; // touched by the preview thread until it has ended
-    Gate gate(true);
     fakeorvalis::onCall("OrvalisGrabRAWData", [&] {
         grabs.push_back(Clock::now());
         gate.pass();
@@ -174,17 +150,18 @@ void CameraCtrlPreviewTest::everySecondAnotherGrab()
     preview.panel.panel.CreateGrabThread();
     QVERIFY(gate.wait(2));
     preview.panel.panel.DeleteGrabThread();
-    QCOMPARE(preview.panel.log().size(), 2);                       // nothing else is called
+    const QStringList turn{"OrvalisGetSizeInfo(h1)", "OrvalisGrabRAWData(h1, 1000)"};
+    QCOMPARE(preview.panel.log(), turn + turn);                    // nothing else is called
     QVERIFY(grabs.at(1) - grabs.at(0) >= std::chrono::seconds(1)); // never sooner
 }
 
 void CameraCtrlPreviewTest::failedGrabLeavesTheLabel()
 {
+    Gate gate(true);
     Preview preview;
     preview.open("Mono8");
     preview.panel.panel.CreateGrabThread();
     QTRY_VERIFY(preview.shows(qRgb(128, 128, 128)));
-    Gate gate(true);
     fakeorvalis::fail("OrvalisGrabRAWData", ORVALIS_ERROR_TIMEOUT);
     fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
     QVERIFY(gate.wait(1));
@@ -193,29 +170,43 @@ void CameraCtrlPreviewTest::failedGrabLeavesTheLabel()
     QVERIFY(preview.shows(qRgb(128, 128, 128)));
 }
 
-void CameraCtrlPreviewTest::withoutCameraNothingIsCalled()
+/// What a turn without a camera does, see SensorPreviewTest. Here: it ends like any other, and the
+/// next one finds the camera.
+void CameraCtrlPreviewTest::cameraThatComesLaterIsShown()
 {
-    Panel panel;
-    panel.panel.CreateGrabThread();
-    panel.panel.DeleteGrabThread();
-    QCOMPARE(panel.log(), QStringList());
+    Preview preview;
+    preview.panel.panel.CreateGrabThread();
+    preview.open("Mono8");
+    QTRY_VERIFY(preview.shows(qRgb(128, 128, 128)));
 }
 
-void CameraCtrlPreviewTest::unknownSensorIsNotGrabbed()
+void CameraCtrlPreviewTest::sensorThatGrowsAfterTheLoad_data()
 {
-    Panel panel;
-    fakeorvalis::withState([](fakeorvalis::State &state) { state.size = {0, 0, 64, 48, -1, 0}; });
-    panel.openCamera();
-    panel.panel.CreateGrabThread();
-    panel.panel.DeleteGrabThread();
-    QCOMPARE(panel.log(), QStringList());
+    QTest::addColumn<QString>("format");
+    QTest::newRow("grey") << "Mono8";
+    QTest::newRow("colour") << "BayerGR8";
+}
+
+/// Switching binning off, for one, makes the sensor larger behind the panel's back. The library
+/// then writes more than the size known at the load.
+void CameraCtrlPreviewTest::sensorThatGrowsAfterTheLoad()
+{
+    QFETCH(QString, format);
+    Preview preview;
+    preview.open(format.toLatin1().constData());
+    fakeorvalis::withState(
+        [](fakeorvalis::State &state) { state.size = {0, 0, 1024, 768, 1024, 768}; });
+    preview.panel.panel.CreateGrabThread();
+    QTRY_VERIFY(preview.shows(qRgb(128, 128, 128)));
+    QCOMPARE(preview.shown().pixel(127, 95), qRgb(128, 128, 128));
+    QVERIFY(preview.panel.log().contains("OrvalisGetSizeInfo(h1)"));
 }
 
 void CameraCtrlPreviewTest::secondStartDoesNothing()
 {
+    Gate gate(false);
     Preview preview;
     preview.open("Mono8");
-    Gate gate(false);
     fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
     preview.panel.panel.CreateGrabThread();
     QVERIFY(gate.wait(1));
@@ -227,9 +218,9 @@ void CameraCtrlPreviewTest::secondStartDoesNothing()
 
 void CameraCtrlPreviewTest::stopWaitsForTheGrabAndShowsNoMore()
 {
+    Gate gate(false);
     Preview preview;
     preview.open("Mono8");
-    Gate gate(false);
     fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
     preview.panel.panel.CreateGrabThread();
     QVERIFY(gate.wait(1));
@@ -239,7 +230,8 @@ void CameraCtrlPreviewTest::stopWaitsForTheGrabAndShowsNoMore()
     opener.join();
     QCoreApplication::processEvents();
     QVERIFY(preview.shows(white)); // the grab's picture came too late
-    QCOMPARE(preview.panel.log().size(), 1);
+    QCOMPARE(preview.panel.log(),
+             (QStringList{"OrvalisGetSizeInfo(h1)", "OrvalisGrabRAWData(h1, 1000)"}));
 }
 
 void CameraCtrlPreviewTest::stopWithoutStart()
@@ -303,9 +295,9 @@ void CameraCtrlPreviewTest::noGrabBeginsWhileSettingsAreReloaded_data()
 void CameraCtrlPreviewTest::noGrabBeginsWhileSettingsAreReloaded()
 {
     QFETCH(QString, function);
+    Gate gate(true);
     Preview preview;
     preview.open("Mono8");
-    Gate gate(true);
     fakeorvalis::onCall("OrvalisGrabRAWData", [&] { gate.pass(); });
     bool grabbed = true;
     fakeorvalis::onCall(function.toStdString(), [&] {
@@ -317,13 +309,93 @@ void CameraCtrlPreviewTest::noGrabBeginsWhileSettingsAreReloaded()
     QVERIFY(gate.wait(1)); // but now
 }
 
+void CameraCtrlPreviewTest::writesOfTheSizeWaitForTheGrab_data()
+{
+    QTest::addColumn<QString>("widget");
+    QTest::addColumn<QString>("write");
+    QTest::addColumn<QString>("held"); // where the preview is
+    for (const char *held : {"OrvalisGetSizeInfo", "OrvalisGrabRAWData"}) {
+        const auto row = [held](const char *widget, const char *write) {
+            QTest::addRow("%s, %s", write, held) << widget << write << held;
+        };
+        row("btnUserSetLoad", "OrvalisSetNodeCommand");
+        row("btnWBDefault", "OrvalisSetUserDefault");
+        row("btnROIApply", "OrvalisSetSizeInfo");
+        row("cbPixelFormat", "OrvalisSetPixelFormatStr");
+        row("", "OrvalisSetNodeInt"); // the feature tree's way
+    }
+}
+
+/// A grab, or one that has read the size and is about to begin, has buffers of that size.
+void CameraCtrlPreviewTest::writesOfTheSizeWaitForTheGrab()
+{
+    QFETCH(QString, widget);
+    QFETCH(QString, write);
+    QFETCH(QString, held);
+    Gate gate(false);
+    Gate written(true);
+    Preview preview;
+    preview.open("Mono8");
+    const QThread *gui = QThread::currentThread();
+    fakeorvalis::onCall(held.toStdString(), [&] {
+        if (QThread::currentThread() != gui)
+            gate.pass();
+    });
+    preview.panel.panel.CreateGrabThread();
+    QVERIFY(gate.wait(1));
+    fakeorvalis::onCall(write.toStdString(), [&] { written.pass(); });
+    bool early = false;
+    std::thread opener([&] {
+        early = written.wait(1, std::chrono::milliseconds(200));
+        gate.open();
+    });
+    if (widget.isEmpty()) {
+        preview.panel.panel.pausePreview();
+        OrvalisSetNodeInt(preview.panel.handle, "BinningHorizontal", 1);
+        preview.panel.panel.resumePreview();
+    } else if (widget.startsWith("btn")) {
+        preview.panel.find<QPushButton>(qPrintable(widget))->click();
+    } else {
+        preview.panel.choose("cbPixelFormat", "Mono12");
+    }
+    opener.join();
+    QVERIFY(written.wait(1));
+    QVERIFY(!early);
+}
+
+void CameraCtrlPreviewTest::pausesNest()
+{
+    Gate gate(true);
+    Preview preview;
+    preview.open("Mono8");
+    fakeorvalis::onCall("OrvalisGetSizeInfo", [&] { gate.pass(); });
+    preview.panel.panel.pausePreview();
+    preview.panel.panel.pausePreview();
+    preview.panel.panel.resumePreview();
+    preview.panel.panel.CreateGrabThread();
+    QVERIFY(!gate.wait(1, std::chrono::milliseconds(100)));
+    preview.panel.panel.resumePreview();
+    QVERIFY(gate.wait(1));
+}
+
+void CameraCtrlPreviewTest::pauseDoesNotKeepTheThreadFromEnding()
+{
+    Preview preview;
+    preview.open("Mono8");
+    preview.panel.panel.pausePreview();
+    preview.panel.panel.CreateGrabThread();
+    preview.panel.panel.DeleteGrabThread();
+    preview.panel.panel.resumePreview();
+    QCOMPARE(preview.panel.log(), QStringList());
+}
+
 void CameraCtrlPreviewTest::formatChangeReachesTheThread()
 {
+    Gate gate(true);
     Preview preview;
     preview.open("Mono8");
     preview.panel.choose("cbPixelFormat", "BayerGR8");
     preview.panel.forget();
-    Gate gate(true);
     fakeorvalis::onCall("OrvalisGrabRGBData", [&] { gate.pass(); });
     preview.panel.panel.CreateGrabThread();
     QVERIFY(gate.wait(1));

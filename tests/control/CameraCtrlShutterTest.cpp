@@ -39,6 +39,11 @@ private slots:
     void loadTakesTheWholeUnsignedRange();
     void loadShowsTheAutomaticMode();
     void failedGetterDisables();
+    void failedBoundsSendNothing();
+    void everyLoadSetsTheStep();
+    void refusalEndsWithTheCamera();
+    void unreadExposureIsNotSent();
+    void pagesEndAtTheSlidersEnds();
     void valueSetsTheStepAndIsSentOnIt_data();
     void valueSetsTheStepAndIsSentOnIt();
     void sliderIsNotTouched();
@@ -101,6 +106,69 @@ void CameraCtrlShutterTest::failedGetterDisables()
     QVERIFY(!shutter.slider()->isEnabled());
     QCOMPARE(shutter.spin()->value(), 10'000LL);
     QCOMPARE(shutter.panel.sent(), QStringList());
+}
+
+void CameraCtrlShutterTest::failedBoundsSendNothing()
+{
+    Shutter shutter;
+    shutter.open(10'000, 50, 2'000'000);
+    fakeorvalis::fail("OrvalisGetShutterMinMax");
+    fakeorvalis::withState(
+        [](fakeorvalis::State &state) { state.integers["Shutter"].value = 30'000; });
+    shutter.panel.panel.loadFeatureValue(false);
+    QCOMPARE(shutter.panel.find<QLabel>("laShutter")->text(), QString("us (50 ~ 2000000)"));
+    QCOMPARE(shutter.spin()->maximum(), 2'000'000LL);
+    QCOMPARE(shutter.spin()->value(), 30'000LL);
+    QCOMPARE(shutter.panel.sent(), QStringList());
+}
+
+void CameraCtrlShutterTest::everyLoadSetsTheStep()
+{
+    Shutter shutter;
+    shutter.open(0, 0, 1000); // the box shows 0 before, too
+    QCOMPARE(shutter.spin()->singleStep(), 1);
+    fakeorvalis::fail("OrvalisGetShutterMinMax");
+    fakeorvalis::withState(
+        [](fakeorvalis::State &state) { state.integers["Shutter"].value = 600; });
+    shutter.panel.panel.loadFeatureValue(false);
+    QCOMPARE(shutter.spin()->singleStep(), 10);
+}
+
+void CameraCtrlShutterTest::refusalEndsWithTheCamera()
+{
+    Shutter shutter;
+    shutter.open();
+    fakeorvalis::fail("OrvalisSetShutter");
+    shutter.automatic()->click();
+    QVERIFY(!shutter.automatic()->isEnabled());
+    shutter.panel.panel.loadConfigurationValue(nullptr);
+    QVERIFY(!shutter.automatic()->isEnabled()); // the same camera
+    shutter.panel.changeCamera();
+    QVERIFY(shutter.automatic()->isEnabled());
+}
+
+void CameraCtrlShutterTest::unreadExposureIsNotSent()
+{
+    Shutter shutter;
+    shutter.open();
+    shutter.automatic()->click();
+    shutter.panel.forget();
+    fakeorvalis::fail("OrvalisGetShutter");
+    shutter.automatic()->click();
+    QCOMPARE(shutter.panel.log(), QStringList("OrvalisGetShutter(h1)"));
+    QVERIFY(shutter.automatic()->isChecked()); // as the camera still is
+    QCOMPARE(shutter.spin()->value(), 10'000LL);
+    QVERIFY(!shutter.spin()->isEnabled());
+}
+
+void CameraCtrlShutterTest::pagesEndAtTheSlidersEnds()
+{
+    Shutter shutter;
+    shutter.open(1'995'000, 50, 2'000'000);
+    shutter.slider()->setPageStep(10'000);
+    shutter.slider()->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    QCOMPARE(shutter.slider()->value(), 2'000'000);
+    QCOMPARE(shutter.spin()->value(), 2'000'000LL);
 }
 
 void CameraCtrlShutterTest::valueSetsTheStepAndIsSentOnIt_data()

@@ -51,7 +51,7 @@ private slots:
     void strobeLoadReadsInOrder();
     void loadShowsTheCamerasValues();
     void loadSendsChangedNumbersBack();
-    void failedGettersAreNotChecked();
+    void unreadNumbersStayAndAreNotSent();
     void listsSelectTheExactEntry_data();
     void listsSelectTheExactEntry();
     void unlistedEntrySelectsNothing_data();
@@ -130,22 +130,25 @@ void CameraCtrlTriggerTest::loadSendsChangedNumbersBack()
     QCOMPARE(panel.sent(), QStringList("OrvalisSetTriggerDelay(h1, 55)"));
 }
 
-void CameraCtrlTriggerTest::failedGettersAreNotChecked()
+void CameraCtrlTriggerTest::unreadNumbersStayAndAreNotSent()
 {
     Panel panel;
     fakeorvalis::withState([](fakeorvalis::State &state) {
-        state.switches["TriggerEnable"] = true;
-        state.integers["TriggerDelay"].value = 55;
+        state.switches = {{"TriggerEnable", true}, {"StrobeEnable", true}};
+        for (const SpinRow &row : spins)
+            state.integers[row.feature].value = row.value;
     });
     panel.openCamera();
     fakeorvalis::failAll(true);
     panel.panel.loadTriggerValue();
     panel.panel.loadStrobeValue();
-    QVERIFY(!panel.find<QCheckBox>("chkTriEnabled")->isChecked());
-    QCOMPARE(panel.find<QSpinBox>("spTriDelay")->value(), 0);
-    QCOMPARE(panel.find<QSpinBox>("spStroDuration")->value(), 250);
+    QVERIFY(panel.find<QCheckBox>("chkTriEnabled")->isChecked());
+    QVERIFY(panel.find<QCheckBox>("chkStroEnabled")->isChecked());
+    for (const SpinRow &row : spins)
+        QCOMPARE(panel.find<QSpinBox>(row.spin)->value(), row.value);
     for (const ComboRow &row : combos)
         QCOMPARE(panel.items(row.combo), QStringList());
+    QCOMPARE(panel.sent(), QStringList());
 }
 
 void CameraCtrlTriggerTest::listsSelectTheExactEntry_data()

@@ -15,6 +15,7 @@ private slots:
     void failedListKeepsTheOldItems();
     void failedDefaultSelectsNothing();
     void staleTextIsStillSent();
+    void setsAreComparedExactly();
     void saveSelectsThenSaves_data();
     void saveSelectsThenSaves();
     void powerOnDefaultIsSent_data();
@@ -81,6 +82,24 @@ void CameraCtrlUserSetTest::staleTextIsStillSent()
     panel.find<QPushButton>("btnUserSetPW")->click();
     QCOMPARE(panel.log(),
              QStringList("OrvalisSetNodeEnum(h1, \"UserSetDefaultSelector\", \"Default\")"));
+    for (const char *button : {"btnUserSetSave", "btnUserSetLoad"}) {
+        panel.forget();
+        panel.find<QPushButton>(button)->click();
+        QCOMPARE(panel.log().first(),
+                 QString("OrvalisSetNodeEnum(h1, \"UserSetSelector\", \"Default\")"));
+    }
+}
+
+void CameraCtrlUserSetTest::setsAreComparedExactly()
+{
+    Panel panel;
+    fakeorvalis::withState([](fakeorvalis::State &state) {
+        state.nodes["UserSetSelector"].entries = {"userset1", "UserSet1 ", "UserSet10",
+                                                  "UserSet",  "UserSet1",  "UserSet1"};
+        state.nodes["UserSetDefaultSelector"].text = "UserSet1";
+    });
+    panel.openCamera();
+    QCOMPARE(panel.find<QComboBox>("cmbUserSet")->currentIndex(), 4);
 }
 
 void CameraCtrlUserSetTest::saveSelectsThenSaves_data()

@@ -50,7 +50,10 @@ private slots:
     void loadShowsWhatTheCameraHas();
     void reloadWhileStreamingRestartsOnce();
     void unlistedFormatIsNotSet();
+    void formatsAreComparedExactly();
+    void unreadFormatIsNotSet();
     void failedRateLeavesTheBox();
+    void failedRateBoundsSendNothing();
     void failedSizeLeavesTheRegion();
     void applySendsAndReadsBack_data();
     void applySendsAndReadsBack();
@@ -64,6 +67,7 @@ private slots:
     void pixelFormat_data();
     void pixelFormat();
     void refusedFormatReloadsAllTheSame();
+    void extensionsAreRefilledAfterTheRestart();
     void formatChoosesTheSaveExtensions_data();
     void formatChoosesTheSaveExtensions();
     void dragSetsTheRegion_data();
@@ -128,6 +132,46 @@ void CameraCtrlVideoTest::unlistedFormatIsNotSet()
     panel.openCamera();
     panel.panel.loadVideoInfo();
     QCOMPARE(panel.log(), loadCalls);
+}
+
+void CameraCtrlVideoTest::formatsAreComparedExactly()
+{
+    Panel panel;
+    fakeorvalis::withState([](fakeorvalis::State &state) {
+        state.lists["PixelFormat"] = {{"mono8", "Mono8x", "Mono8 ", "Mono", "Mono8", "Mono8"},
+                                      "Mono8"};
+    });
+    panel.openCamera();
+    QCOMPARE(panel.find<QComboBox>("cbPixelFormat")->currentIndex(), 4);
+    panel.panel.loadVideoInfo();
+    QCOMPARE(panel.sent(), QStringList("OrvalisSetPixelFormatStr(h1, \"Mono8\")"));
+}
+
+void CameraCtrlVideoTest::unreadFormatIsNotSet()
+{
+    Panel panel;
+    panel.openCamera();
+    panel.window.streaming = true;
+    fakeorvalis::fail("OrvalisGetAvailablePixelFormatsIdxToStr");
+    fakeorvalis::fail("OrvalisGetPixelFormatStr");
+    panel.panel.loadVideoInfo();
+    QCOMPARE(panel.sent(), QStringList());
+}
+
+void CameraCtrlVideoTest::failedRateBoundsSendNothing()
+{
+    Panel panel;
+    panel.openCamera();
+    panel.window.streaming = true;
+    fakeorvalis::fail("OrvalisGetFrameRateMinMax");
+    fakeorvalis::fail("OrvalisGetNumAvailablePixelFormats"); // or the format is set again
+    for (const double rate : {500.0, 60.0}) {
+        fakeorvalis::withState(
+            [=](fakeorvalis::State &state) { state.floats["FrameRate"].value = rate; });
+        panel.panel.loadVideoInfo();
+        QCOMPARE(panel.find<QDoubleSpinBox>("spiFrameRate")->value(), std::min(rate, 120.0));
+        QCOMPARE(panel.sent(), QStringList());
+    }
 }
 
 void CameraCtrlVideoTest::failedRateLeavesTheBox()
@@ -280,6 +324,18 @@ void CameraCtrlVideoTest::refusedFormatReloadsAllTheSame()
     panel.choose("cbPixelFormat", "Mono12");
     QVERIFY(panel.functions().contains("OrvalisGetGamma"));
     QCOMPARE(panel.log().last(), QString("start"));
+}
+
+void CameraCtrlVideoTest::extensionsAreRefilledAfterTheRestart()
+{
+    Panel panel;
+    panel.openCamera();
+    panel.window.streaming = true;
+    QStringList atStart;
+    panel.window.onStart = [&] { atStart = panel.items("cmbSaveExt"); };
+    panel.choose("cbPixelFormat", "Mono12");
+    QCOMPARE(atStart, (QStringList{"BMP", "JPG", "PNG", "RAW", "RGB"})); // still those of the load
+    QCOMPARE(panel.items("cmbSaveExt"), (QStringList{"BMP", "JPG", "TIF", "RAW"}));
 }
 
 void CameraCtrlVideoTest::formatChoosesTheSaveExtensions_data()

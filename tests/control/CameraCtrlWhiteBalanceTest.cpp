@@ -44,6 +44,7 @@ private slots:
     void endlessListIsCut();
     void chosenModeIsSent_data();
     void chosenModeIsSent();
+    void unreadGainsStayAndAreNotSent();
     void refusedModeChangesNothing();
     void onceFallsBackToTheFirstEntry();
 };
@@ -177,6 +178,19 @@ void CameraCtrlWhiteBalanceTest::chosenModeIsSent()
     QCOMPARE(enabledGains(panel), gainsAreRead ? 6 : 0);
     QCOMPARE(panel.find<QSlider>("sliRGain")->value(), gainsAreRead ? 1100 : 1024);
     QCOMPARE(panel.find<QSpinBox>("spiBGain")->value(), gainsAreRead ? 1300 : 1024);
+}
+
+void CameraCtrlWhiteBalanceTest::unreadGainsStayAndAreNotSent()
+{
+    Panel panel;
+    panel.openCamera();
+    for (const char *getter : {"OrvalisGetRGain", "OrvalisGetGGain", "OrvalisGetBGain"})
+        fakeorvalis::fail(getter);
+    panel.choose("cmbWB", "Off");
+    QCOMPARE(panel.sent(), QStringList("OrvalisSetWhiteBalanceStr(h1, \"Off\")"));
+    QCOMPARE(panel.find<QSpinBox>("spiRGain")->value(), 1024);
+    QCOMPARE(panel.find<QSlider>("sliBGain")->value(), 1024);
+    QCOMPARE(enabledGains(panel), 6);
 }
 
 void CameraCtrlWhiteBalanceTest::refusedModeChangesNothing()

@@ -11,6 +11,7 @@
 #include <QTest>
 #include <QWidget>
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,6 +24,8 @@ public:
     {
         streaming = true;
         note(QStringLiteral("start"));
+        if (onStart)
+            onStart();
     }
     void slotStopCamera() override
     {
@@ -30,8 +33,12 @@ public:
         note(QStringLiteral("stop"));
     }
     void resetFrameCount() override { note(QStringLiteral("reset")); }
+    void pausePreview() override { ++paused; }
+    void resumePreview() override { --paused; }
 
     bool streaming = false;
+    int paused = 0;                ///< times that the preview was paused and not resumed
+    std::function<void()> onStart; ///< called when the stream starts
     std::vector<std::pair<std::size_t, QString>> notes; ///< number of calls made before, what
 
 private:
@@ -52,6 +59,14 @@ public:
         OrvalisOpenCamera("CAM-A", &handle);
         panel.loadConfigurationValue(handle);
         forget();
+    }
+    /// Closes the camera, opens it again and forgets the calls: to the panel it is another one.
+    void changeCamera()
+    {
+        panel.DeleteGrabThread();
+        panel.releaseCamera();
+        OrvalisCloseCamera(handle);
+        openCamera();
     }
     /// Opens "CAM-A" and hands it over with a load in which everything fails.
     void openUnloaded()

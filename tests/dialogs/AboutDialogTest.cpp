@@ -33,7 +33,9 @@ private slots:
     void nothingIsCutOff();
     void textsAreReadableOnADarkDesktop();
     void operatingSystemLine();
-    void versionLabelsShowTheInstalledHeader();
+    void versionLabelsShowTheHeader();
+    void versionLabelsAreEmptyWithoutAHeader();
+    void dialogReadsTheInstalledHeader();
     void okAndEscapeClose();
     void headerPathIsTheInstalledOne();
     void readsTheVersionBlock();
@@ -165,7 +167,24 @@ void AboutDialogTest::operatingSystemLine()
                  QSysInfo::currentCpuArchitecture() + ")");
 }
 
-void AboutDialogTest::versionLabelsShowTheInstalledHeader()
+void AboutDialogTest::versionLabelsShowTheHeader()
+{
+    const AboutDialog dialog(nullptr, write(versionBlock));
+    QCOMPARE(dialog.findChild<QLabel *>("laPackage")->text(), QString("1.0.5"));
+    QCOMPARE(dialog.findChild<QLabel *>("laLibrary")->text(), QString("2.1.0"));
+}
+
+void AboutDialogTest::versionLabelsAreEmptyWithoutAHeader()
+{
+    AboutDialog dialog(nullptr, m_directory.filePath("missing.h"));
+    dialog.show();
+    QVERIFY(dialog.isVisible());
+    QCOMPARE(dialog.findChild<QLabel *>("laPackage")->text(), QString());
+    QCOMPARE(dialog.findChild<QLabel *>("laLibrary")->text(), QString());
+}
+
+/// Whatever is installed where the test runs, which may be nothing.
+void AboutDialogTest::dialogReadsTheInstalledHeader()
 {
     const AboutDialog dialog;
     const auto versions = AboutDialog::readSdkVersions(AboutDialog::sdkHeaderPath());

@@ -2,6 +2,7 @@
 // The register dialog: its fixed form, the numbers it makes of text, its keys, and the calls it
 // makes.
 #include "dialogs/AccessRegister.h"
+#include "capture/StreamControl.h"
 #include "tests/fakelibrary/FakeOrvalis.h"
 #include "tests/support/QtTestMain.h"
 
@@ -46,6 +47,7 @@ private slots:
     void numbersAreParsedAsScanfDoes();
     void emptyAddressReadsRegisterZero();
     void failedReadShowsZero();
+    void writePausesThePreview();
     void writeParsesBothFields();
     void unparsableDataWritesZero();
     void failedWriteChangesNothing();
@@ -253,6 +255,28 @@ void AccessRegisterTest::failedReadShowsZero()
     press("btnRead");
     QCOMPARE(fakeorvalis::calls(), reading(0x1A2B));
     QCOMPARE(data()->text(), QString("00000000"));
+}
+
+/// What is written may be the size of the sensor.
+void AccessRegisterTest::writePausesThePreview()
+{
+    class Window : public QWidget, public StreamControl {
+    public:
+        bool isStreaming() const override { return false; }
+        void slotStartCamera() override {}
+        void slotStopCamera() override {}
+        void resetFrameCount() override {}
+        void pausePreview() override { ++paused; }
+        void resumePreview() override { --paused; }
+        int paused = 0;
+    };
+    Window window;
+    AccessRegister dialog(&window, m_handle);
+    int pausedAtTheWrite = -1;
+    fakeorvalis::onCall("OrvalisWriteRegiser", [&] { pausedAtTheWrite = window.paused; });
+    dialog.on_btnWrite_clicked();
+    QCOMPARE(pausedAtTheWrite, 1);
+    QCOMPARE(window.paused, 0);
 }
 
 void AccessRegisterTest::writeParsesBothFields()

@@ -151,4 +151,25 @@ QString Desktop::titleOf(const QString &window) const
         run(QStringLiteral("xdotool"), {QStringLiteral("getwindowname"), window}).trimmed());
 }
 
+QImage Desktop::iconOf(const QString &window) const
+{
+    // Width, height, and a number for each pixel: 0xAARRGGBB.
+    const QByteArray property =
+        run(QStringLiteral("xprop"),
+            {QStringLiteral("-notype"), QStringLiteral("-id"), window, QStringLiteral("-f"),
+             QStringLiteral("_NET_WM_ICON"), QStringLiteral("32c"), QStringLiteral("=$0+\\n"),
+             QStringLiteral("_NET_WM_ICON")});
+    const QList<QByteArray> numbers = property.mid(property.indexOf('=') + 1).split(',');
+    if (numbers.size() < 3)
+        return {};
+    const int columns = numbers.at(0).trimmed().toInt();
+    const int rows = numbers.at(1).trimmed().toInt();
+    if (columns < 1 || rows < 1 || numbers.size() - 2 < columns * rows)
+        return {};
+    QImage icon(columns, rows, QImage::Format_ARGB32);
+    for (int i = 0; i < columns * rows; ++i)
+        icon.setPixel(i % columns, i / columns, numbers.at(2 + i).trimmed().toUInt());
+    return icon;
+}
+
 } // namespace e2e

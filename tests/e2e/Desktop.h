@@ -42,6 +42,8 @@ public:
     /// Window of `process` whose title begins with `title`; empty if there is none at present.
     QString windowOf(qint64 process, const QString &title) const;
     QString titleOf(const QString &window) const;
+    /// The first picture that `window` gives for its icon; null if it gives none.
+    QImage iconOf(const QString &window) const;
 
 private:
     QByteArray run(const QString &program, const QStringList &arguments) const;

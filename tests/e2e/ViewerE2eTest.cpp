@@ -4,6 +4,7 @@
 #include "tests/e2e/ViewerSession.h"
 
 #include <QDir>
+#include <QImageReader>
 #include <QtTest>
 
 using e2e::differences;
@@ -29,6 +30,7 @@ class ViewerE2eTest : public QObject {
 
 private slots:
     void showsTheCamerasFound();
+    void theWindowHasTheApplicationsIcon();
     void opensByDoubleClickPlaysZoomsSavesAndStops();
     void singleShotShowsNoError();
     void endsWhileStreaming_data();
@@ -53,6 +55,21 @@ void ViewerE2eTest::showsTheCamerasFound()
     QCOMPARE(session.title(), QStringLiteral("OrvalisViewer"));
     QVERIFY(!session.isToolEnabled(playTool));
     session.keepScreenshot(QStringLiteral("start"));
+}
+
+void ViewerE2eTest::theWindowHasTheApplicationsIcon()
+{
+    e2e::ViewerSession session;
+    QVERIFY2(session.start(), qPrintable(session.error()));
+    const QImage shown = session.icon();
+    QVERIFY(!shown.isNull());
+    QImageReader file(QStringLiteral(E2E_ICONS "/../OrvalisViewer.ico"));
+    QImage drawn;
+    for (int i = 0; i < file.imageCount() && drawn.size() != shown.size(); ++i) {
+        QVERIFY(file.jumpToImage(i));
+        drawn = file.read();
+    }
+    QCOMPARE(shown, drawn.convertToFormat(QImage::Format_ARGB32));
 }
 
 void ViewerE2eTest::opensByDoubleClickPlaysZoomsSavesAndStops()

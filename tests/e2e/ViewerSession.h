@@ -24,6 +24,7 @@ public:
 
     Desktop &desktop() { return m_desktop; }
     QString title() const { return m_desktop.titleOf(m_window); }
+    QImage icon() const { return m_desktop.iconOf(m_window); }
     QString documents() const { return m_home.filePath(QStringLiteral("Documents")); }
     QString output() { return QString::fromUtf8(m_viewer.readAll()); }
     bool isRunning() const { return m_viewer.state() == QProcess::Running; }

@@ -42,7 +42,7 @@ public:
 
 private:
     bool isOpen() const { return m_session.action("actionClose")->isEnabled(); }
-    bool isStreaming() { return m_session.window().isStreaming(); }
+    bool isAcquiring() { return m_session.window().isAcquiring(); }
     bool received(int least) const;
 
     LiveSession m_session;
@@ -85,7 +85,7 @@ void Cycles::close()
     QCoreApplication::processEvents();
     // Without this the objects would wait for the return to an event loop that is not there.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    expect(!isOpen() && !isStreaming(), "closed");
+    expect(!isOpen() && !isAcquiring(), "closed");
 }
 
 /// Whether the status bar has counted `least` frames; waits for it.
@@ -100,29 +100,29 @@ bool Cycles::received(int least) const
 
 void Cycles::play()
 {
-    if (!isOpen() || isStreaming())
+    if (!isOpen() || isAcquiring())
         return;
     m_session.action("actionPlay")->trigger();
-    expect(isStreaming(), "plays");
+    expect(isAcquiring(), "plays");
     expect(received(1), "frames come");
 }
 
 void Cycles::stop()
 {
-    const bool was = isStreaming();
+    const bool was = isAcquiring();
     m_session.action("actionStop")->trigger();
-    expect(!isStreaming(), "stopped");
+    expect(!isAcquiring(), "stopped");
     expect(!was || m_session.action("actionPlay")->isEnabled(), "may be played again");
 }
 
 void Cycles::shot()
 {
-    if (!isOpen() || isStreaming())
+    if (!isOpen() || isAcquiring())
         return;
     m_session.action("actionOneGrab")->trigger();
-    expect(isStreaming(), "shoots");
+    expect(isAcquiring(), "shoots");
     expect(received(1), "a frame comes");
-    expect(QTest::qWaitFor([this] { return !isStreaming(); }, patienceMs), "the shot ends");
+    expect(QTest::qWaitFor([this] { return !isAcquiring(); }, patienceMs), "the shot ends");
 }
 
 void Cycles::anything(std::mt19937 &random)

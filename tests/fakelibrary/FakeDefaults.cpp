@@ -119,8 +119,8 @@ std::map<std::string, Node> defaultNodes()
             {"UserSetLoad", plain(ORVALIS_NODE_COMMAND)},
             {"UserSetSave", plain(ORVALIS_NODE_COMMAND)},
             {"UserSetDefaultSelector", choice({"Default", "UserSet1", "UserSet2", "UserSet3"})},
-            {"GevPersistentIPAddress", integer(0x7f000001, 0, 0x7fffffff)},
-            {"GevSCDA", integer(0x7f000001, 0, 0x7fffffff)}};
+            {"GevPersistentIPAddress", integer(0x7f000001, INT32_MIN, INT32_MAX)},
+            {"GevSCDA", integer(0x7f000001, INT32_MIN, INT32_MAX)}};
 }
 
 } // namespace

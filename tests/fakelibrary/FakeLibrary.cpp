@@ -25,7 +25,7 @@ Library::Library()
 
 void Library::record(const std::string &call)
 {
-    calls.push_back(call);
+    calls.push_back({call, std::this_thread::get_id()});
     if (trace.is_open())
         trace << call << std::endl;
 }

@@ -11,6 +11,7 @@
 #include <optional>
 #include <set>
 #include <string_view>
+#include <thread>
 #include <utility>
 
 namespace fakeorvalis {
@@ -22,6 +23,12 @@ struct Handle {
     bool open = false;
 };
 
+/// One call, as calls() gives it, and who made it.
+struct Recorded {
+    std::string text;
+    std::thread::id caller;
+};
+
 /// All that the library holds. `mutex` guards every member but itself and `deliveryMutex`.
 struct Library {
     std::mutex mutex;
@@ -29,7 +36,7 @@ struct Library {
     std::mutex deliveryMutex;      ///< held around a callback, so that none runs beside another
 
     State state = defaultState();
-    std::vector<std::string> calls;
+    std::vector<Recorded> calls;
     std::map<std::string, std::int32_t> failures;
     std::map<std::string, std::function<void()>> hooks;
     bool everythingFails = false;

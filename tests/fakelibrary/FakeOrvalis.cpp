@@ -80,7 +80,21 @@ void withState(const std::function<void(State &)> &change)
 std::vector<std::string> calls()
 {
     const std::lock_guard lock(library().mutex);
-    return library().calls;
+    std::vector<std::string> texts;
+    for (const Recorded &call : library().calls)
+        texts.push_back(call.text);
+    return texts;
+}
+
+std::vector<std::string> callsHere()
+{
+    const std::lock_guard lock(library().mutex);
+    std::vector<std::string> texts;
+    for (const Recorded &call : library().calls) {
+        if (call.caller == std::this_thread::get_id())
+            texts.push_back(call.text);
+    }
+    return texts;
 }
 
 std::vector<std::string> callsExcept(const std::vector<std::string> &ignored)

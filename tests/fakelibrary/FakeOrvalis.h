@@ -85,7 +85,9 @@ void withState(const std::function<void(State &)> &change);
 /// frame callback is written as `callback`. The name of a handle stays its own after the close,
 /// until reset().
 std::vector<std::string> calls();
-/// The same without the calls whose function names are in `ignored`.
+/// The same with only the calls of the thread that asks.
+std::vector<std::string> callsHere();
+/// The same, of all threads, without the calls whose function names are in `ignored`.
 std::vector<std::string> callsExcept(const std::vector<std::string> &ignored);
 /// The same with only the calls of those functions.
 std::vector<std::string> callsOf(const std::vector<std::string> &functions);

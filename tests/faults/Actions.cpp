@@ -88,7 +88,7 @@ void stopIt(Bench &bench) { trigger(bench, "actionStop"); }
 void singleShot(Bench &bench)
 {
     trigger(bench, "actionOneGrab");
-    (void)waitFor([&] { return !bench.window().isStreaming(); }, callMs);
+    (void)waitFor([&] { return !bench.window().isAcquiring(); }, callMs);
 }
 
 /// Waits for a grab of the thread that runs since the camera was opened.

@@ -197,7 +197,7 @@ QStringList Bench::files() const { return QDir(folder()).entryList(QDir::Files);
 QString Bench::wayBack()
 {
     window().slotCloseCamera();
-    if (isOpen() || window().isStreaming())
+    if (isOpen() || window().isAcquiring())
         return QStringLiteral("does not close");
     setDefaults();
     // A library that refused to close a camera keeps it; then there is another one.

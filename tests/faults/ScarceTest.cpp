@@ -205,7 +205,7 @@ void ScarceTest::noMoreDescriptors()
         for (int i = 0; i < 3; ++i)
             bench.window().OnTimer();
         bench.window().slotOneGrab();
-        QVERIFY(faults::waitFor([&] { return !bench.window().isStreaming(); }));
+        QVERIFY(faults::waitFor([&] { return !bench.window().isAcquiring(); }));
         bench.window().slotCloseCamera();
         bench.open();
         QVERIFY(bench.isOpen());
@@ -231,7 +231,7 @@ void ScarceTest::noMoreThreads()
         bench.window().slotStopCamera();
         QCOMPARE(bench.lostFrames(), QStringList());
         bench.window().slotStartCamera();
-        QVERIFY(!bench.window().isStreaming());
+        QVERIFY(!bench.window().isAcquiring());
         QVERIFY(bench.shell().action("actionPlay")->isEnabled());
         QVERIFY(!bench.shell().action("actionPlay")->isChecked());
         bench.window().OnTimer();
@@ -262,7 +262,7 @@ void ScarceTest::noMoreMemory()
         bench.window().slotStartCamera();
         bench.window().slotStopCamera();
         bench.window().slotOneGrab();
-        QVERIFY(faults::waitFor([&] { return !bench.window().isStreaming(); }));
+        QVERIFY(faults::waitFor([&] { return !bench.window().isAcquiring(); }));
         bench.window().slotCloseCamera();
         bench.open();
         QVERIFY(bench.isOpen());

@@ -41,10 +41,11 @@ std::uint16_t packedSample(const ImageView &image, std::size_t i)
 
 void checkUnpacked(const ImageView &image, std::size_t pixels, bool fits)
 {
-    Exact<std::uint16_t> words(pixels);
+    const std::size_t samples = pixels * samplesPerPixel(*image.format);
+    Exact<std::uint16_t> words(samples);
     const bool expected = fits && orvalis::isPacked(*image.format);
     FUZZ_CHECK(orvalis::unpackToWords(image, words.data()) == expected);
-    for (std::size_t i = 0; expected && i < pixels; ++i)
+    for (std::size_t i = 0; expected && i < samples; ++i)
         FUZZ_CHECK(words[i] == packedSample(image, i));
 }
 
@@ -66,14 +67,22 @@ void checkGrey(const ImageView &image, std::size_t pixels, bool fits)
         FUZZ_CHECK(grey[i] == greySample(image, i));
 }
 
+/// Four pixels of YUV 4:1:1 take six bytes: rows of an odd width would end within one.
+bool endsWithinAByte(const ImageView &image)
+{
+    return image.format->isYuv() && image.format->bitsPerPixel == 12 && image.width % 2 != 0;
+}
+
 void checkBrightness(const ImageView &image, std::size_t pixels, bool fits)
 {
     Bytes grey(pixels);
-    const bool expected = fits && !orvalis::isPacked(*image.format);
+    const bool expected = fits && !orvalis::isPacked(*image.format) && !endsWithinAByte(image);
     FUZZ_CHECK(orvalis::toBrightness8(image, grey.data()) == expected);
     for (std::size_t i = 0; expected && i < pixels; ++i) {
         if (!image.format->hasDirectColor())
             FUZZ_CHECK(grey[i] == greySample(image, i));
+        else if (image.format->coding != orvalis::YuvCoding::FullBt601)
+            continue;
         else if (image.format->kind == PixelKind::Yuyv)
             FUZZ_CHECK(grey[i] == image.data[2 * i]);
         else if (image.format->kind == PixelKind::Uyvy)
@@ -106,9 +115,13 @@ void checkColour(const ImageView &image, const Bytes &rgb, std::size_t i)
         if (format.isMono())
             FUZZ_CHECK(got == greySample(image, i));
         else if (format.kind == PixelKind::Rgb)
-            FUZZ_CHECK(got == image.data[i * 3 + channel]);
+            FUZZ_CHECK(got == greySample(image, i * 3 + channel));
         else if (format.kind == PixelKind::Bgr)
-            FUZZ_CHECK(got == image.data[i * 3 + 2 - channel]);
+            FUZZ_CHECK(got == greySample(image, i * 3 + 2 - channel));
+        else if (format.kind == PixelKind::Rgba)
+            FUZZ_CHECK(got == greySample(image, i * 4 + channel));
+        else if (format.kind == PixelKind::Bgra)
+            FUZZ_CHECK(got == greySample(image, i * 4 + 2 - channel));
         else if (format.kind == PixelKind::RgbPlanar)
             FUZZ_CHECK(got == image.data[channel * pixels + i]);
     }
@@ -118,8 +131,9 @@ void checkRgb(const ImageView &image, std::size_t pixels, bool fits)
 {
     Bytes rgb(pixels * 3);
     Bytes scratch(pixels);
-    const bool expected = fits && !orvalis::isPacked(*image.format);
-    std::uint8_t *needed = image.format->depth > 8 ? scratch.data() : nullptr;
+    const bool expected = fits && !orvalis::isPacked(*image.format) && !endsWithinAByte(image);
+    std::uint8_t *needed =
+        image.format->depth > 8 && !image.format->hasDirectColor() ? scratch.data() : nullptr;
     FUZZ_CHECK(orvalis::toRgb8(image, rgb.data(), needed) == expected);
     for (std::size_t i = 0; expected && i < pixels; ++i)
         checkColour(image, rgb, i);

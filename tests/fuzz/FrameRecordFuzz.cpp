@@ -2,6 +2,7 @@
 // Fuzzes what the viewer does with a frame record that claims sizes its planes do not have.
 #include "capture/FramePixels.h"
 #include "capture/FrameSaveJob.h"
+#include "capture/Picture.h"
 #include "control/SensorCanvas.h"
 #include "tests/fuzz/Fuzz.h"
 #include "tests/fuzz/Widgets.h"
@@ -30,7 +31,14 @@ struct Record {
     explicit Record(ByteTape &tape);
 
     OImageFrame frame{};
+    std::uint32_t format = 0; ///< code of the pixel format
     std::vector<std::uint8_t> raw, rgb, mono8;
+
+private:
+    std::size_t wholeRawPlane() const
+    {
+        return (std::size_t{frame.width} * frame.height * (format >> 16 & 0xFF) + 7) / 8;
+    }
 };
 
 Record::Record(ByteTape &tape)
@@ -39,9 +47,14 @@ Record::Record(ByteTape &tape)
     frame.height = edge(tape);
     frame.bitsPerPixel =
         tape.below(2) == 0 ? 8 * (1 + tape.below(4)) : tape.number<std::uint32_t>();
+    format = 0x01080001;
+    if (tape.below(2) == 0)
+        format = 0x01100005;
     raw.resize(tape.number<std::uint16_t>());
     frame.rawSize = static_cast<std::uint32_t>(raw.size());
-    frame.raw = tape.below(8) == 0 ? nullptr : raw.data();
+    if (raw.empty() && frame.width <= largestEdge && frame.height <= largestEdge)
+        raw.resize(wholeRawPlane()); // size not stated
+    frame.raw = tape.below(8) == 0 || raw.empty() ? nullptr : raw.data();
     if (frame.width > largestEdge || frame.height > largestEdge)
         return; // nobody could have made these planes
     rgb.resize(std::size_t{3} * frame.width * frame.height);
@@ -50,33 +63,37 @@ Record::Record(ByteTape &tape)
     frame.mono8 = tape.below(8) == 0 ? nullptr : mono8.data();
 }
 
-void checkShown(const Record &record, ByteTape &tape)
-{
-    const std::int32_t width = regionEdge(tape);
-    const std::int32_t height = regionEdge(tape);
-    FrameBuffer buffer(width, height);
-    for (const FramePlane plane : {FramePlane::Rgb, FramePlane::Mono8, FramePlane::Raw}) {
-        const std::uint8_t *pixels = shownPixels(record.frame, plane, regionPixels(width, height));
-        const bool copied = buffer.copyFrom(record.frame, plane);
-        FUZZ_CHECK(!copied || pixels != nullptr);
-        if (pixels == nullptr)
-            continue;
-        const std::uint64_t count = std::uint64_t{record.frame.width} * record.frame.height;
-        FUZZ_CHECK(count <= static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height));
-        FUZZ_CHECK(plane != FramePlane::Raw || count <= record.raw.size());
-    }
-}
-
-void checkSaved(const Record &record, ByteTape &tape)
+void checkSaved(const Record &record, const Picture &picture, ByteTape &tape)
 {
     const char *const formats[] = {"BMP", "RAW", "RGB", "rgb", "RAWRGB", ""};
-    const QImage shown(3, 2, QImage::Format_RGB888);
-    const auto job = makeSaveJob(
-        record.frame, shown, formats[tape.below(static_cast<std::uint32_t>(std::size(formats)))]);
+    const auto job =
+        makeSaveJob(picture, formats[tape.below(static_cast<std::uint32_t>(std::size(formats)))]);
     FUZZ_CHECK(job->raw == nullptr || static_cast<std::size_t>(job->size) <= record.raw.size());
     FUZZ_CHECK(job->rgb == nullptr || static_cast<std::size_t>(job->size) == record.rgb.size());
     FUZZ_CHECK(job->ownedBytes.size() == job->size);
     FUZZ_CHECK(heldBytes(*job) >= static_cast<std::size_t>(job->size));
+}
+
+/// A picture is made of every frame that has its pixels, and of no other, and can be saved.
+void checkShown(const Record &record, ByteTape &tape)
+{
+    OImageFrame frame = record.frame;
+    const std::int32_t width = regionEdge(tape);
+    const std::uint64_t region = regionPixels(width, regionEdge(tape));
+    for (const char *format : {"RGB8", "Mono8", "Mono12"}) {
+        StreamInfo info;
+        info.pixelFormat = record.format;
+        const PixelMeaning meaning = meaningOf(format, record.format);
+        PictureMaker maker(info, meaning);
+        const Rows rows = tape.below(2) == 0 ? Rows::Packed : Rows::AlignedTo4;
+        const PicturePtr picture = maker.make({&frame, {}}, rows, region);
+        FUZZ_CHECK((picture != nullptr) == (shownPixels(frame, meaning.plane, region) != nullptr));
+        if (picture == nullptr)
+            continue;
+        FUZZ_CHECK(std::uint64_t{picture->width()} * picture->height() <= region);
+        FUZZ_CHECK(picture->sampleBytes() <= record.raw.size());
+        checkSaved(record, *picture, tape);
+    }
 }
 
 /// The preview grabs into buffers of its own; only the sizes in the record come from the library.
@@ -107,11 +124,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     fuzz::needApplication();
     ByteTape tape(data, size);
     const Record record(tape);
-    const std::size_t readable = rawPlaneBytes(record.frame);
+    const std::size_t readable = rawPlaneBytes(record.frame, record.format);
     FUZZ_CHECK(readable <= record.raw.size());
     FUZZ_CHECK(record.frame.raw != nullptr || readable == 0);
     checkShown(record, tape);
-    checkSaved(record, tape);
     checkPainted(record, tape);
     return 0;
 }

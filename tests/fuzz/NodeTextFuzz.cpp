@@ -50,6 +50,21 @@ void writeText(OCameraHandle camera, const std::string &name, const std::string 
         FUZZ_CHECK(text.compare(0, std::strlen(value), value) == 0);
 }
 
+/// A whole number is the same in 32 bits, with a sign or as a pattern, and as text.
+void writeInteger(OCameraHandle camera, const std::string &name, std::int32_t value)
+{
+    const std::int32_t written = OrvalisSetNodeInt(camera, name.c_str(), value);
+    FUZZ_CHECK(isResult(written));
+    OIntNode node{};
+    char text[ORVALIS_TEXT_SIZE] = {};
+    if (written != ORVALIS_OK || OrvalisGetNodeInt(camera, name.c_str(), &node) != ORVALIS_OK)
+        return;
+    FUZZ_CHECK(node.minimum <= node.value && node.value <= node.maximum);
+    FUZZ_CHECK(OrvalisGetNodeString(camera, name.c_str(), text) == ORVALIS_OK);
+    FUZZ_CHECK(static_cast<std::uint32_t>(std::strtoll(text, nullptr, 10)) ==
+               static_cast<std::uint32_t>(node.value));
+}
+
 void useNode(OCameraHandle camera, const std::string &name, const std::string &text, ByteTape &tape)
 {
     static ONodeList list;
@@ -61,7 +76,7 @@ void useNode(OCameraHandle camera, const std::string &name, const std::string &t
     if (OrvalisGetNodeEnum(camera, name.c_str(), &entries) == ORVALIS_OK)
         FUZZ_CHECK(entries.count <= ORVALIS_ENUM_SIZE);
     FUZZ_CHECK(isResult(OrvalisSetNodeEnum(camera, name.c_str(), text.c_str())));
-    FUZZ_CHECK(isResult(OrvalisSetNodeInt(camera, name.c_str(), tape.number<std::int32_t>())));
+    writeInteger(camera, name, tape.number<std::int32_t>());
     FUZZ_CHECK(isResult(OrvalisSetNodeFloat(camera, name.c_str(), tape.number<double>())));
 }
 

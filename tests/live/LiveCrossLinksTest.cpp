@@ -109,7 +109,7 @@ void LiveCrossLinksTest::singleShotThenPlayThenSingleShot()
     QAction *shot = m_session->action("actionOneGrab");
     for (int round = 0; round < 2; ++round) {
         shot->trigger();
-        QTRY_VERIFY(!m_session->window().isStreaming());
+        QTRY_VERIFY(!m_session->window().isAcquiring());
         QCOMPARE(m_session->shown().size(), QSize(2448, 2048));
         QVERIFY(shot->isEnabled());
         QVERIFY(m_session->play());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The main function of Qt tests: a widget application in which a Qt warning fails the test.
+// What Qt tests share: a main function for the test classes of a program, in which a Qt warning
+// fails the test.
 #pragma once
 
 #include <QApplication>
@@ -19,19 +20,18 @@ void expectWarning(const QRegularExpression &pattern);
 /// Warnings caught since the last call. A test's cleanup() may compare it with an empty list.
 QStringList takeWarnings();
 
+/// Makes a test class known to the program's main function.
+class Registration {
+public:
+    using Make = QObject *(*)();
+    /// Both live as long as the program; `make` returns a new object of the class `name`.
+    Registration(const char *name, Make make);
+};
+
 } // namespace viewertest
 
-/// In place of QTEST_MAIN.
+/// In place of QTEST_MAIN: the program runs the classes that its first arguments name, all of them
+/// without arguments; the others are those of Qt Test.
 #define ORVALIS_QTEST_MAIN(TestObject)                                                             \
-    int main(int argc, char *argv[])                                                               \
-    {                                                                                              \
-        QApplication application(argc, argv);                                                      \
-        application.setApplicationName(QStringLiteral("OrvalisViewer"));                           \
-        viewertest::installWarningTrap();                                                          \
-        TestObject test;                                                                           \
-        const int failures = QTest::qExec(&test, argc, argv);                                      \
-        const QStringList warnings = viewertest::takeWarnings();                                   \
-        for (const QString &warning : warnings)                                                    \
-            fprintf(stderr, "FAIL!  : unexpected warning: %s\n", qPrintable(warning));             \
-        return failures + static_cast<int>(warnings.size());                                       \
-    }
+    static const viewertest::Registration registered##TestObject(                                  \
+        #TestObject, []() -> QObject * { return new TestObject; });

@@ -17,6 +17,8 @@
 
 #include <memory>
 
+Q_DECLARE_METATYPE(fakeorvalis::Node)
+
 using Calls = std::vector<std::string>;
 
 /// The library's calls in a form that a failing comparison prints.
@@ -43,8 +45,11 @@ public:
         events.append("stop");
     }
     void resetFrameCount() override { events.append("reset"); }
+    void pausePreview() override { ++paused; }
+    void resumePreview() override { --paused; }
 
     bool streaming = false;
+    int paused = 0; ///< times that the preview was paused and not resumed
     QStringList
         events; ///< what happened, in order: signals of the dock by short names, stop, start
 };

@@ -14,6 +14,7 @@ private slots:
     void onlySubCategoriesAreExpanded_data();
     void onlySubCategoriesAreExpanded();
     void thirdLevelIsNeverExpanded();
+    void atMostACapacityOfNamesIsRead_data();
     void atMostACapacityOfNamesIsRead();
     void duplicateNamesStay();
     void listNamingItsOwnParentEnds();
@@ -97,14 +98,33 @@ void TreeModelTest::thirdLevelIsNeverExpanded()
     QCOMPARE(outline(model), QStringLiteral("Top(AutoIris(WDGControl))"));
 }
 
+void TreeModelTest::atMostACapacityOfNamesIsRead_data()
+{
+    QTest::addColumn<int>("level");
+    QTest::newRow("categories") << 1;
+    QTest::newRow("features") << 2;
+    QTest::newRow("third level") << 3;
+}
+
+/// A list before the long one is shorter: each list has the whole capacity of its own.
 void TreeModelTest::atMostACapacityOfNamesIsRead()
 {
+    QFETCH(int, level);
     Names many;
     for (int i = 0; i < 300; ++i)
         many.push_back("N" + std::to_string(i));
-    setTree({{"Root", {"Top"}}, {"Top", many}});
+    const Names path[] = {{"Top"}, {"AutoIris"}, {"Speed"}};
+    const std::string parents[] = {"Root", "Top", "AutoIris"};
+    std::map<std::string, Names> lists;
+    QModelIndex parent;
+    for (int i = 0; i < level; ++i)
+        lists[parents[i]] = i + 1 < level ? path[i] : many;
+    setTree(lists);
     const TreeModel model(oneHeader, m_handle);
-    QCOMPARE(model.rowCount(model.index(0, 0)), 128);
+    for (int i = 1; i < level; ++i)
+        parent = model.index(0, 0, parent);
+    QCOMPARE(model.rowCount(parent), 128);
+    QCOMPARE(model.index(127, 0, parent).data().toString(), QString("N127"));
 }
 
 void TreeModelTest::duplicateNamesStay()

@@ -22,6 +22,8 @@ private slots:
     void otherCommandsLeaveTheStreamAlone();
     void userSetLoadWithoutMainWindow();
     void treeDeletedWhileTheStreamStops();
+    void writesPauseThePreview_data();
+    void writesPauseThePreview();
 };
 
 void XMLCtrlCommandTest::choosingAnEntryWritesItsName()
@@ -190,6 +192,8 @@ void XMLCtrlCommandTest::treeDeletedWhileTheStreamStops()
         void slotStartCamera() override {}
         void slotStopCamera() override { dock->DeleteXMLTree(); }
         void resetFrameCount() override {}
+        void pausePreview() override {}
+        void resumePreview() override {}
         XMLCtrl *dock = nullptr;
     };
     setOnlyNode("UserSetLoad", commandNode());
@@ -203,6 +207,48 @@ void XMLCtrlCommandTest::treeDeletedWhileTheStreamStops()
     fakeorvalis::clearCalls();
     dock.on_btnXMLExcute_clicked();
     QCOMPARE(callsMade(), QStringList{"OrvalisSetNodeCommand(null, \"UserSetLoad\")"});
+}
+
+void XMLCtrlCommandTest::writesPauseThePreview_data()
+{
+    QTest::addColumn<fakeorvalis::Node>("node");
+    QTest::addColumn<QString>("setter");
+    QTest::addColumn<int>("paused");
+    const auto row = [](const char *name, const fakeorvalis::Node &node, const char *setter,
+                        bool paused = true) {
+        QTest::newRow(name) << node << setter << (paused ? 1 : 0);
+    };
+    row("Width", integerNode(2, 0, 9), "OrvalisSetNodeInt");
+    row("BinningHorizontal", integerNode(2, 0, 9), "OrvalisSetNodeInt");
+    row("Zoom", floatNode(2, 0, 9), "OrvalisSetNodeFloat");
+    row("Region", stringNode("2"), "OrvalisSetNodeString");
+    row("HalfSize", booleanNode(false), "OrvalisSetNodeBoolean");
+    row("DecimationVertical", enumNode({"1", "2"}, "2"), "OrvalisSetNodeString");
+    row("UserSetLoad", commandNode(), "OrvalisSetNodeCommand");
+    row("RestoreFactorySettings", commandNode(), "OrvalisSetNodeCommand");
+    // Not for these: a grab may be waiting for the trigger.
+    row("TriggerSoftware", commandNode(), "OrvalisSetNodeCommand", false);
+    row("TriggerDelay", integerNode(2, 0, 9), "OrvalisSetNodeInt", false);
+}
+
+void XMLCtrlCommandTest::writesPauseThePreview()
+{
+    const char *name = QTest::currentDataTag();
+    QFETCH(fakeorvalis::Node, node);
+    QFETCH(QString, setter);
+    setOnlyNode(name, node);
+    DockBench bench;
+    bench.click(name);
+    int pausedAtTheWrite = -1;
+    fakeorvalis::onCall(setter.toStdString(), [&] { pausedAtTheWrite = bench.window.paused; });
+    if (node.type == ORVALIS_NODE_COMMAND)
+        bench.button()->click();
+    else if (node.type == ORVALIS_NODE_ENUMERATION)
+        bench.dock->on_cmbXMLValue_activated("1");
+    else
+        bench.type("1");
+    QTEST(pausedAtTheWrite, "paused");
+    QCOMPARE(bench.window.paused, 0);
 }
 
 ORVALIS_QTEST_MAIN(XMLCtrlCommandTest)

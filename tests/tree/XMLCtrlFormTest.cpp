@@ -2,6 +2,8 @@
 // The feature dock's form, and how its tree comes and goes.
 #include "tests/tree/DockBench.h"
 
+#include <QMetaMethod>
+
 #include <QFocusEvent>
 #include <QGridLayout>
 #include <QHeaderView>
@@ -16,11 +18,13 @@ private slots:
     void formIsAsDesigned();
     void textsAndPlaces_data();
     void textsAndPlaces();
+    void signalsAreInOrder();
     void startsWithNothingShown();
     void createReadsTheTree();
     void createTwiceReplacesTheTree();
     void deleteForgetsTreeAndHandle();
     void deleteTwiceOrBeforeCreateIsHarmless();
+    void manyTreesLeaveNothingBehind();
     void viewWithoutTreeIsQuiet();
     void hideShowArrangesThePanel_data();
     void hideShowArrangesThePanel();
@@ -71,6 +75,23 @@ void XMLCtrlFormTest::textsAndPlaces()
     grid->getItemPosition(grid->indexOf(widget), &row, &column, &rowSpan, &columnSpan);
     QTEST(row, "row");
     QTEST(column, "column");
+}
+
+void XMLCtrlFormTest::signalsAreInOrder()
+{
+    const QMetaObject &dock = XMLCtrl::staticMetaObject;
+    QStringList found;
+    for (int i = dock.methodOffset(); i < dock.methodCount(); ++i) {
+        const QMetaMethod method = dock.method(i);
+        // A default argument makes a second signal, without it.
+        if (method.methodType() == QMetaMethod::Signal &&
+            !(method.attributes() & QMetaMethod::Cloned))
+            found.append(QString::fromLatin1(method.methodSignature()));
+    }
+    const QStringList expected{"sigUpdateFeatureInfo(bool)", "sigUpdateVideoInfo()",
+                               "sigUpdateTriggerInfo()", "sigUpdateStrobeInfo()",
+                               "sigUpdateUSerSetInfo()"};
+    QCOMPARE(found, expected);
 }
 
 void XMLCtrlFormTest::startsWithNothingShown()
@@ -132,6 +153,26 @@ void XMLCtrlFormTest::deleteTwiceOrBeforeCreateIsHarmless()
     dock.DeleteXMLTree();
     dock.DeleteXMLTree();
     QCOMPARE(callsMade(), QStringList{"OrvalisGetNodeList(null, \"Root\")"});
+}
+
+void XMLCtrlFormTest::manyTreesLeaveNothingBehind()
+{
+    const DockBench bench;
+    const auto objects = [&] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return bench.dock->findChildren<QObject *>().size();
+    };
+    const auto round = [&] {
+        bench.dock->CreateXMLTree(bench.handle);
+        bench.dock->CreateXMLTree(bench.handle);
+        bench.dock->DeleteXMLTree();
+        bench.dock->DeleteXMLTree(); // every close deletes, also without a camera
+    };
+    round();
+    const int once = objects();
+    for (int i = 0; i < 20; ++i)
+        round();
+    QCOMPARE(objects(), once);
 }
 
 void XMLCtrlFormTest::viewWithoutTreeIsQuiet()

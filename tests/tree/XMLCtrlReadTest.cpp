@@ -2,8 +2,6 @@
 // What the feature dock shows of a node that was clicked, and the lock while acquiring.
 #include "tests/tree/DockBench.h"
 
-Q_DECLARE_METATYPE(fakeorvalis::Node)
-
 constexpr int readOnly = ORVALIS_ACCESS_READ_ONLY;
 
 class XMLCtrlReadTest : public QObject {

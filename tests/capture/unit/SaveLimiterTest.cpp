@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <deque>
+#include <future>
 #include <thread>
 #include <vector>
 
@@ -105,6 +107,16 @@ TEST(SaveLimiter, neverHoldsMoreThanItsBound)
     limiter.waitUntilEmpty();
     EXPECT_LE(most, bound);
     EXPECT_EQ(limiter.taken(), 0U);
+}
+
+TEST(SaveLimiter, waitsForPlacesWithoutBytesToo)
+{
+    SaveLimiter limiter(30);
+    SaveLimiter::Place empty = limiter.take(0); // a dump of a plane that is missing
+    const auto waiting = std::async(std::launch::async, [&] { limiter.waitUntilEmpty(); });
+    EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+    empty = SaveLimiter::Place();
+    waiting.wait();
 }
 
 TEST(SaveLimiter, mayGoOnceItIsEmpty)

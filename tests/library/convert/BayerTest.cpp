@@ -49,25 +49,32 @@ Seen mosaicOf(std::string_view order, unsigned width, unsigned height)
     return seen;
 }
 
+/// Where a mosaic goes on beyond its edges: mirrored about the outermost pixel.
+unsigned mirrored(int i, unsigned count)
+{
+    const int last = static_cast<int>(count) - 1;
+    return static_cast<unsigned>(last == 0 ? 0 : i < 0 ? -i : i > last ? 2 * last - i : i);
+}
+
 /// Rounded mean of the samples of a colour in the 3 x 3 pixels around, the pixel's own if it is of
-/// that colour, or if there is none.
+/// that colour.
 unsigned expectedAt(const Seen &seen, unsigned x, unsigned y, std::size_t channel)
 {
-    const unsigned own = seen.samples[y * seen.width + x];
     if (channelAt(seen.order, x, y) == channel) {
-        return own;
+        return seen.samples[y * seen.width + x];
     }
     unsigned sum = 0;
     unsigned count = 0;
-    for (unsigned v = y == 0 ? 0 : y - 1; v <= y + 1 && v < seen.height; ++v) {
-        for (unsigned u = x == 0 ? 0 : x - 1; u <= x + 1 && u < seen.width; ++u) {
-            if (channelAt(seen.order, u, v) == channel) {
-                sum += seen.samples[v * seen.width + u];
+    for (unsigned v = y; v <= y + 2; ++v) { // one more than the row and the column
+        for (unsigned u = x; u <= x + 2; ++u) {
+            if (channelAt(seen.order, u + 1, v + 1) == channel) {
+                sum += seen.samples[mirrored(static_cast<int>(v) - 1, seen.height) * seen.width +
+                                    mirrored(static_cast<int>(u) - 1, seen.width)];
                 ++count;
             }
         }
     }
-    return count == 0 ? own : (sum + count / 2) / count;
+    return (sum + count / 2) / count;
 }
 
 void expectInterpolated(const Seen &seen, const Exact<std::uint8_t> &rgb)
@@ -141,8 +148,8 @@ TEST_P(BayerFormat, givesTheInterpolatedSceneWhereVectorCodeRuns)
 
 INSTANTIATE_TEST_SUITE_P(All, BayerFormat,
                          testing::Combine(testing::Values("GR", "RG", "GB", "BG"),
-                                          testing::Values("8", "10", "12", "16", "10p", "12p",
-                                                          "10Packed", "12Packed")),
+                                          testing::Values("8", "10", "12", "14", "16", "10p", "12p",
+                                                          "14p", "10Packed", "12Packed")),
                          [](const auto &row) {
                              return std::string(std::get<0>(row.param)) +
                                     std::string(std::get<1>(row.param));

@@ -62,7 +62,7 @@ inline std::vector<std::uint8_t> encode(const PixelFormat &format,
     if (format.packing == PixelPacking::GigePacked) {
         return encodeGigePacked(samples, format.depth);
     }
-    const std::size_t stride = format.bitsPerPixel;
+    const std::size_t stride = format.packing == PixelPacking::Words ? 16 : format.depth;
     std::vector<std::uint8_t> bytes((samples.size() * stride + 7) / 8);
     for (std::size_t i = 0; i < samples.size(); ++i) {
         putBits(bytes, i * stride, samples[i], format.depth);

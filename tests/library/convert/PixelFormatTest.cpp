@@ -66,6 +66,34 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"YCbCr422_8_YCbYCr", 0x0210003B}),
     [](const auto &row) { return std::string(row.param.name); });
 
+INSTANTIATE_TEST_SUITE_P(
+    Extended, KnownFormat,
+    testing::Values(
+        Row{"Mono14p", 0x010E0104}, Row{"BayerGR14", 0x01100109}, Row{"BayerRG14", 0x0110010A},
+        Row{"BayerGB14", 0x0110010B}, Row{"BayerBG14", 0x0110010C}, Row{"BayerGR14p", 0x010E0105},
+        Row{"BayerRG14p", 0x010E0106}, Row{"BayerGB14p", 0x010E0107}, Row{"BayerBG14p", 0x010E0108},
+        Row{"RGBa8", 0x02200016}, Row{"BGRa8", 0x02200017}, Row{"RGB10", 0x02300018},
+        Row{"BGR10", 0x02300019}, Row{"RGB12", 0x0230001A}, Row{"BGR12", 0x0230001B},
+        Row{"RGB14", 0x0230005E}, Row{"BGR14", 0x0230004A}, Row{"RGB16", 0x02300033},
+        Row{"BGR16", 0x0230004B}, Row{"RGB10p", 0x021E005C}, Row{"RGB12p", 0x0224005D},
+        Row{"BGR10p", 0x021E0048}, Row{"BGR12p", 0x02240049}, Row{"RGBa10", 0x0240005F},
+        Row{"RGBa10p", 0x02280060}, Row{"RGBa12", 0x02400061}, Row{"RGBa12p", 0x02300062},
+        Row{"RGBa14", 0x02400063}, Row{"RGBa16", 0x02400064}, Row{"BGRa10", 0x0240004C},
+        Row{"BGRa10p", 0x0228004D}, Row{"BGRa12", 0x0240004E}, Row{"BGRa12p", 0x0230004F},
+        Row{"BGRa14", 0x02400050}, Row{"BGRa16", 0x02400051}, Row{"YUV411_8_UYYVYY", 0x020C001E},
+        Row{"YUV8_UYV", 0x02180020}, Row{"YCbCr8", 0x0218005B}, Row{"YCbCr8_CbYCr", 0x0218003A},
+        Row{"YCbCr411_8", 0x020C005A}, Row{"YCbCr411_8_CbYYCrYY", 0x020C003C},
+        Row{"YCbCr601_8_CbYCr", 0x0218003D}, Row{"YCbCr601_422_8", 0x0210003E},
+        Row{"YCbCr601_422_8_CbYCrY", 0x02100044}, Row{"YCbCr601_411_8_CbYYCrYY", 0x020C003F},
+        Row{"YCbCr709_8_CbYCr", 0x02180040}, Row{"YCbCr709_422_8", 0x02100041},
+        Row{"YCbCr709_422_8_CbYCrY", 0x02100045}, Row{"YCbCr709_411_8_CbYYCrYY", 0x020C0042},
+        Row{"RGBA8Packed", 0x02200016}, Row{"BGRA8Packed", 0x02200017},
+        Row{"RGB10Packed", 0x02300018}, Row{"BGR10Packed", 0x02300019},
+        Row{"RGB12Packed", 0x0230001A}, Row{"BGR12Packed", 0x0230001B},
+        Row{"RGB16Packed", 0x02300033}, Row{"YUV411Packed", 0x020C001E},
+        Row{"YUV444Packed", 0x02180020}),
+    [](const auto &row) { return std::string(row.param.name); });
+
 TEST(PixelFormat, unknownCodesAndNamesGiveNull)
 {
     EXPECT_EQ(findPixelFormat(0U), nullptr);
@@ -80,7 +108,9 @@ TEST(PixelFormat, unpackedFormatKeepsColourAndDepth)
     for (const auto &[packed, unpacked] :
          {std::pair{"Mono10p"sv, "Mono10"sv}, std::pair{"Mono12Packed"sv, "Mono12"sv},
           std::pair{"BayerGR12p"sv, "BayerGR12"sv}, std::pair{"BayerRG10Packed"sv, "BayerRG10"sv},
-          std::pair{"BayerGB12Packed"sv, "BayerGB12"sv}, std::pair{"Mono8"sv, "Mono8"sv}}) {
+          std::pair{"BayerGB12Packed"sv, "BayerGB12"sv}, std::pair{"Mono14p"sv, "Mono14"sv},
+          std::pair{"BayerBG14p"sv, "BayerBG14"sv}, std::pair{"RGB10p"sv, "RGB10"sv},
+          std::pair{"BGRa12p"sv, "BGRa12"sv}, std::pair{"Mono8"sv, "Mono8"sv}}) {
         EXPECT_EQ(orvalis::unpackedFormat(*findPixelFormat(packed)), findPixelFormat(unpacked))
             << packed;
     }
@@ -95,6 +125,9 @@ TEST(PixelFormat, imageBytesRoundsUpOverTheWholeImage)
     EXPECT_EQ(imageBytes(*findPixelFormat("Mono10Packed"sv), 1, 1), 2U);
     EXPECT_EQ(imageBytes(*findPixelFormat("RGB8"sv), 5, 3), 45U);
     EXPECT_EQ(imageBytes(*findPixelFormat("YUV422_8"sv), 5, 3), 30U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("YUV411_8_UYYVYY"sv), 6, 3), 27U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("RGB10p"sv), 3, 3), 34U);
+    EXPECT_EQ(imageBytes(*findPixelFormat("RGBa16"sv), 3, 3), 72U);
 }
 
 TEST(PixelFormat, imageBytesIsZeroOnOverflow)

@@ -20,7 +20,8 @@ protected:
 
 void expectUnpacked(const PixelFormat &format, std::uint32_t width, std::uint32_t height)
 {
-    const std::vector<unsigned> samples = testSamples(std::size_t{width} * height, format.depth);
+    const std::size_t count = std::size_t{width} * height * samplesPerPixel(format);
+    const std::vector<unsigned> samples = testSamples(count, format.depth);
     const Exact<std::uint8_t> bytes(encode(format, samples));
     Exact<std::uint16_t> words(samples.size());
     ASSERT_TRUE(unpackToWords(view(format, bytes, width, height), words.data()));
@@ -47,8 +48,9 @@ TEST_P(PackedFormat, unpacksImagesThatAreSharedAmongThreads)
 
 TEST_P(PackedFormat, refusesAnImageThatIsTooShort)
 {
-    const Exact<std::uint8_t> bytes(encode(format_, testSamples(35, format_.depth)));
-    Exact<std::uint16_t> words(35);
+    const std::size_t count = 35 * samplesPerPixel(format_);
+    const Exact<std::uint8_t> bytes(encode(format_, testSamples(count, format_.depth)));
+    Exact<std::uint16_t> words(count);
     ImageView image = view(format_, bytes, 7, 5);
     EXPECT_TRUE(unpackToWords(image, words.data()));
     image.size -= 1;
@@ -57,7 +59,8 @@ TEST_P(PackedFormat, refusesAnImageThatIsTooShort)
 
 TEST_P(PackedFormat, isNotConvertedWithoutBeingUnpacked)
 {
-    const Exact<std::uint8_t> bytes(encode(format_, testSamples(16, format_.depth)));
+    const std::size_t count = 16 * samplesPerPixel(format_);
+    const Exact<std::uint8_t> bytes(encode(format_, testSamples(count, format_.depth)));
     Exact<std::uint8_t> out(48);
     Exact<std::uint8_t> scratch(16);
     const ImageView image = view(format_, bytes, 4, 4);
@@ -73,6 +76,11 @@ INSTANTIATE_TEST_SUITE_P(All, PackedFormat,
                                          "BayerGB12Packed", "BayerBG12Packed", "BayerGR10p",
                                          "BayerRG10p", "BayerGB10p", "BayerBG10p", "BayerGR12p",
                                          "BayerRG12p", "BayerGB12p", "BayerBG12p"),
+                         [](const auto &row) { return std::string(row.param); });
+INSTANTIATE_TEST_SUITE_P(Of14BitsAndColour, PackedFormat,
+                         testing::Values("Mono14p", "BayerGR14p", "BayerRG14p", "BayerGB14p",
+                                         "BayerBG14p", "RGB10p", "RGB12p", "BGR10p", "BGR12p",
+                                         "RGBa10p", "RGBa12p", "BGRa10p", "BGRa12p"),
                          [](const auto &row) { return std::string(row.param); });
 
 class DeepFormat : public testing::TestWithParam<std::string_view> {};

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace orvalis::test {
 
 class AcquisitionFixture : public testing::Test {
@@ -19,6 +21,8 @@ protected:
     void TearDown() override
     {
         acquisition_.close();
+        acquisition_.leave();
+        server_.join();
         onFrame = nullptr;
     }
     /// The result of `call`, made inside of the frame callback.
@@ -41,6 +45,7 @@ protected:
     std::atomic<bool> lost_{false};
     Counter frames_; ///< seen by the callback
     Acquisition acquisition_{device_, lost_};
+    std::thread server_{[this] { acquisition_.serve(); }}; ///< the camera's thread
 };
 
 } // namespace orvalis::test

@@ -48,8 +48,9 @@ TEST_F(AcquisitionTest, failedStartLeavesItIdle)
 TEST_F(AcquisitionTest, startThatThrowsLeavesItIdle)
 {
     script_->onStart = []() -> OResult { throw std::bad_alloc(); };
-    EXPECT_THROW(acquisition_.start(frameCallback), std::bad_alloc);
+    EXPECT_EQ(acquisition_.start(frameCallback), ORVALIS_ERROR_OUT_OF_MEMORY);
     EXPECT_FALSE(acquisition_.streaming());
+    EXPECT_EQ(script_->stops.value(), 0);
 }
 
 TEST_F(AcquisitionTest, noCallbackAfterStop)

@@ -127,9 +127,10 @@ TEST_F(DiscoveryTest, stopEndsAWait)
     Discovery discovery(bus(false, true));
     slow_->asked.waitFor(1);
     std::thread waiter([&] { EXPECT_THAT(idsOf(discovery.take()), IsEmpty()); });
-    slow_->gate.open();
-    discovery.stop();
+    discovery.beginStop();
     waiter.join();
+    slow_->gate.open();
+    discovery.waitUntilStopped(Clock::time_point::max());
 }
 
 TEST_F(DiscoveryTest, slowBackEndIsAskedAgainAndAgain)
@@ -225,6 +226,18 @@ TEST(Bus, backEndsAreNamedInAList)
     EXPECT_TRUE(makeBackends("none").empty());
     EXPECT_TRUE(makeBackends("").empty());
 }
+
+#ifdef ORVALIS_WITH_GENICAM
+TEST(Bus, realCamerasComeBeforeSimulatedOnes)
+{
+    for (const char *list : {"simulated,genicam,fake", "genicam,simulated,fake"}) {
+        std::vector<std::string> names;
+        for (const auto &backend : makeBackends(list))
+            names.emplace_back(backend->name());
+        EXPECT_THAT(names, ElementsAre("genicam", "fake", "simulated")) << list;
+    }
+}
+#endif
 
 TEST(Bus, cameraIsOpenedWhereItIs)
 {

@@ -12,7 +12,7 @@ using namespace orvalis::test;
 
 namespace {
 
-/// A node name, the feature that it stands for, and what 10 of it is in the interface's units.
+/// A node name, the feature that it stands for, and what 1 of it is in the interface's units.
 struct NamedNode {
     Number number;
     const char *node;
@@ -21,60 +21,73 @@ struct NamedNode {
 
 /// Every name of the table, in its order.
 constexpr NamedNode kNames[] = {
-    {Number::Gain, "Gain", 10},
-    {Number::Gain, "GainRaw", 10},
-    {Number::Gain, "GainAbs", 10},
-    {Number::Shutter, "ExposureTime", 10},
-    {Number::Shutter, "ExposureTimeAbs", 10},
-    {Number::Shutter, "ExposureTimeRaw", 10},
-    {Number::AutoExposure, "AutoExposureTargetBrightness", 10},
-    {Number::AutoExposure, "AutoTargetBrightness", 1000},
-    {Number::AutoExposure, "AutoTargetValue", 10},
-    {Number::AutoExposure, "AutoExposureTargetGreyValue", 10},
-    {Number::AutoExposure, "ExpectedGrayValue", 10},
-    {Number::AutoExposure, "TargetBrightness", 10},
-    {Number::BlackLevel, "BlackLevel", 10},
-    {Number::BlackLevel, "BlackLevelRaw", 10},
-    {Number::BlackLevel, "BlackLevelAbs", 10},
-    {Number::Gamma, "Gamma", 10},
-    {Number::Gamma, "GammaAbs", 10},
-    {Number::Contrast, "Contrast", 10},
-    {Number::Contrast, "ContrastRaw", 10},
-    {Number::Hue, "Hue", 10},
-    {Number::Hue, "HueRaw", 10},
-    {Number::Hue, "HueAbs", 10},
-    {Number::Saturation, "Saturation", 10},
-    {Number::Saturation, "SaturationRaw", 10},
-    {Number::Saturation, "SaturationAbs", 10},
-    {Number::Sharpness, "Sharpness", 10},
-    {Number::Sharpness, "SharpnessRaw", 10},
-    {Number::RedGain, "BalanceRatio", 10240},
-    {Number::RedGain, "BalanceRatioAbs", 10240},
-    {Number::RedGain, "BalanceRatioRaw", 10},
-    {Number::GreenGain, "BalanceRatio", 10240},
-    {Number::GreenGain, "BalanceRatioAbs", 10240},
-    {Number::GreenGain, "BalanceRatioRaw", 10},
-    {Number::BlueGain, "BalanceRatio", 10240},
-    {Number::BlueGain, "BalanceRatioAbs", 10240},
-    {Number::BlueGain, "BalanceRatioRaw", 10},
-    {Number::FrameRate, "AcquisitionFrameRate", 10},
-    {Number::FrameRate, "AcquisitionFrameRateAbs", 10},
-    {Number::TriggerParameter, "AcquisitionBurstFrameCount", 10},
-    {Number::TriggerParameter, "AcquisitionFrameCount", 10},
-    {Number::TriggerDelay, "TriggerDelay", 10},
-    {Number::TriggerDelay, "TriggerDelayAbs", 10},
-    {Number::TriggerDelay, "TriggerDelayRaw", 10},
-    {Number::TriggerNoiseFilter, "LineDebouncerTime", 10},
-    {Number::TriggerNoiseFilter, "LineDebouncerTimeAbs", 10},
-    {Number::TriggerNoiseFilter, "LineDebouncerTimeRaw", 10},
-    {Number::StrobeDelay, "TimerDelay", 10},
-    {Number::StrobeDelay, "TimerDelayAbs", 10},
-    {Number::StrobeDelay, "TimerDelayRaw", 10},
-    {Number::StrobeDelay, "StrobeDelay", 10},
-    {Number::StrobeDuration, "TimerDuration", 10},
-    {Number::StrobeDuration, "TimerDurationAbs", 10},
-    {Number::StrobeDuration, "TimerDurationRaw", 10},
-    {Number::StrobeDuration, "StrobeDuration", 10},
+    {Number::Gain, "Gain", 1},
+    {Number::Gain, "GainRaw", 1},
+    {Number::Gain, "GainAbs", 1},
+    {Number::Shutter, "ExposureTime", 1},
+    {Number::Shutter, "ExposureTimeAbs", 1},
+    {Number::Shutter, "ExposureTimeRaw", 1},
+    {Number::AutoExposure, "AutoExposureTargetBrightness", 1},
+    {Number::AutoExposure, "AutoTargetBrightness", 100},
+    {Number::AutoExposure, "AutoTargetValue", 1},
+    {Number::AutoExposure, "AutoExposureTargetGreyValue", 1},
+    {Number::AutoExposure, "ExpectedGrayValue", 1},
+    {Number::AutoExposure, "TargetBrightness", 1},
+    {Number::AutoExposure, "ExposureAutoTarget", 1},
+    {Number::AutoExposure, "AutoBrightnessTarget", 1},
+    {Number::AutoExposure, "AutoExposureTarget", 1},
+    {Number::AutoExposure, "AutoExposureTargetGrayValue", 1},
+    {Number::AutoExposure, "BrightnessAutoNominalValue", 1},
+    {Number::AutoExposure, "ALCReference", 1},
+    {Number::BlackLevel, "BlackLevel", 1},
+    {Number::BlackLevel, "BlackLevelRaw", 1},
+    {Number::BlackLevel, "BlackLevelAbs", 1},
+    {Number::Gamma, "Gamma", 1},
+    {Number::Gamma, "GammaAbs", 1},
+    {Number::Contrast, "Contrast", 1},
+    {Number::Contrast, "ContrastRaw", 1},
+    {Number::Hue, "Hue", 1},
+    {Number::Hue, "HueRaw", 1},
+    {Number::Hue, "HueAbs", 1},
+    {Number::Saturation, "Saturation", 1},
+    {Number::Saturation, "SaturationRaw", 1},
+    {Number::Saturation, "SaturationAbs", 1},
+    {Number::Sharpness, "Sharpness", 1},
+    {Number::Sharpness, "SharpnessRaw", 1},
+    {Number::RedGain, "BalanceRatio", 1024},
+    {Number::RedGain, "BalanceRatioAbs", 1024},
+    {Number::RedGain, "BalanceRatioRaw", 1},
+    {Number::GreenGain, "BalanceRatio", 1024},
+    {Number::GreenGain, "BalanceRatioAbs", 1024},
+    {Number::GreenGain, "BalanceRatioRaw", 1},
+    {Number::BlueGain, "BalanceRatio", 1024},
+    {Number::BlueGain, "BalanceRatioAbs", 1024},
+    {Number::BlueGain, "BalanceRatioRaw", 1},
+    {Number::FrameRate, "AcquisitionFrameRate", 1},
+    {Number::FrameRate, "AcquisitionFrameRateAbs", 1},
+    {Number::TriggerParameter, "AcquisitionBurstFrameCount", 1},
+    {Number::TriggerParameter, "AcquisitionFrameCount", 1},
+    {Number::TriggerDelay, "TriggerDelay", 1},
+    {Number::TriggerDelay, "TriggerDelayAbs", 1},
+    {Number::TriggerDelay, "TriggerDelayRaw", 1},
+    {Number::TriggerNoiseFilter, "LineDebouncerTime", 1},
+    {Number::TriggerNoiseFilter, "LineDebouncerTimeAbs", 1},
+    {Number::TriggerNoiseFilter, "LineDebouncerTimeRaw", 1},
+    {Number::TriggerNoiseFilter, "LineDebouncerHighTimeAbs", 1},
+    {Number::TriggerNoiseFilter, "SyncInGlitchFilter", 0.001},
+    {Number::TriggerNoiseFilter, "LineFilterWidth", 1},
+    {Number::StrobeDelay, "StrobeDelay", 1},
+    {Number::StrobeDelay, "StrobeLineDelay", 1},
+    {Number::StrobeDelay, "FlashStartDelay", 1},
+    {Number::StrobeDelay, "TimerDelay", 1},
+    {Number::StrobeDelay, "TimerDelayAbs", 1},
+    {Number::StrobeDelay, "TimerDelayRaw", 1},
+    {Number::StrobeDuration, "StrobeDuration", 1},
+    {Number::StrobeDuration, "StrobeLineDuration", 1},
+    {Number::StrobeDuration, "FlashDuration", 1},
+    {Number::StrobeDuration, "TimerDuration", 1},
+    {Number::StrobeDuration, "TimerDurationAbs", 1},
+    {Number::StrobeDuration, "TimerDurationRaw", 1},
 };
 
 class NamesInOrder : public testing::Test {
@@ -99,13 +112,13 @@ TEST_P(FeatureNames, nodeIsFoundInItsUnits)
 {
     const NamedNode &row = GetParam();
     nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
-    nodes_.nodes[row.node] = floatNode(10, 0, 20);
-    EXPECT_EQ(read(row.number).value, row.units);
-    EXPECT_EQ(read(row.number).maximum, 2 * row.units);
-    EXPECT_EQ(features_.set(row.number, 2 * row.units), ORVALIS_OK);
-    EXPECT_EQ(nodes_.nodes[row.node].value, 20);
-    EXPECT_EQ(features_.set(row.number, 3 * row.units), ORVALIS_ERROR_OUT_OF_RANGE);
-    EXPECT_EQ(nodes_.nodes[row.node].value, 20);
+    nodes_.nodes[row.node] = floatNode(10'000, 0, 20'000);
+    EXPECT_EQ(read(row.number).value, 10'000 * row.units);
+    EXPECT_EQ(read(row.number).maximum, 20'000 * row.units);
+    EXPECT_EQ(features_.set(row.number, 20'000 * row.units), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes[row.node].value, 20'000);
+    EXPECT_EQ(features_.set(row.number, 30'000 * row.units), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_EQ(nodes_.nodes[row.node].value, 20'000);
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, FeatureNames, testing::ValuesIn(kNames), [](const auto &row) {
@@ -134,10 +147,10 @@ TEST_F(NamesInOrder, theFirstNameOfTheTableCounts)
     const NamedNode *first = nullptr;
     for (const NamedNode &name : kNames) {
         first = first && first->number == name.number ? first : &name;
-        nodes_.nodes[first->node] = floatNode(10, 0, 20);
-        nodes_.nodes[name.node] = floatNode(10, 0, 20);
-        ASSERT_EQ(features_.set(name.number, first->units / 2), ORVALIS_OK);
-        EXPECT_EQ(nodes_.nodes[first->node].value, 5) << name.node;
+        nodes_.nodes[first->node] = floatNode(10'000, 0, 20'000);
+        nodes_.nodes[name.node] = floatNode(10'000, 0, 20'000);
+        ASSERT_EQ(features_.set(name.number, 5'000 * first->units), ORVALIS_OK);
+        EXPECT_EQ(nodes_.nodes[first->node].value, 5'000) << name.node;
     }
 }
 

@@ -51,20 +51,21 @@ TEST_P(FramePlanes, areThoseOfTheFormat)
     EXPECT_EQ(frame.record.height, kHeight);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, FramePlanes,
-                         testing::Values(Planes{"Mono8", true, 8, false, false},
-                                         Planes{"Mono12", true, 16, false, true},
-                                         Planes{"Mono12p", false, 16, false, true},
-                                         Planes{"Mono16", false, 16, false, true},
-                                         Planes{"BayerGR8", false, 8, false, false},
-                                         Planes{"BayerGR8", true, 8, true, false},
-                                         Planes{"BayerGR12", false, 16, false, true},
-                                         Planes{"BayerGR12", true, 16, true, true},
-                                         Planes{"RGB8", false, 24, true, false}),
-                         [](const auto &row) {
-                             return std::string(row.param.format) +
-                                    (row.param.bayerConversion ? "_on" : "_off");
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    Formats, FramePlanes,
+    testing::Values(
+        Planes{"Mono8", true, 8, false, false}, Planes{"Mono12", true, 16, false, true},
+        Planes{"Mono12p", false, 16, false, true}, Planes{"Mono16", false, 16, false, true},
+        Planes{"BayerGR8", false, 8, false, false}, Planes{"BayerGR8", true, 8, true, false},
+        Planes{"BayerGR12", false, 16, false, true}, Planes{"BayerGR12", true, 16, true, true},
+        Planes{"RGB8", false, 24, true, false}, Planes{"BGRa8", false, 32, true, false},
+        Planes{"RGB12p", false, 48, true, false}, Planes{"RGBa16", false, 64, true, false},
+        Planes{"YUV411_8_UYYVYY", false, 12, true, false},
+        Planes{"YCbCr709_422_8", false, 16, true, false},
+        Planes{"YCbCr8_CbYCr", false, 24, true, false}, Planes{"Mono14p", false, 16, false, true}),
+    [](const auto &row) {
+        return std::string(row.param.format) + (row.param.bayerConversion ? "_on" : "_off");
+    });
 
 TEST(Frame, holdsTheCamerasMemoryInsteadOfACopy)
 {

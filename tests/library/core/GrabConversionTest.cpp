@@ -12,9 +12,9 @@ using namespace orvalis;
 
 namespace {
 
-constexpr std::uint32_t kWidth = 4;
-constexpr std::uint32_t kHeight = 2;
-constexpr std::size_t kPixels = kWidth * kHeight;
+constexpr std::uint32_t kGrabWidth = 4;
+constexpr std::uint32_t kGrabHeight = 2;
+constexpr std::size_t kPixels = kGrabWidth * kGrabHeight;
 constexpr std::uint8_t kUntouched = 0xAB;
 
 class GrabConversion : public testing::Test {
@@ -23,7 +23,8 @@ protected:
     {
         const PixelFormat *found = findPixelFormat(std::string_view(format));
         std::iota(pixels_.begin(), pixels_.end(), std::uint8_t{1});
-        return {found, pixels_.data(), imageBytes(*found, kWidth, kHeight), kWidth, kHeight, {}};
+        return {found,      pixels_.data(), imageBytes(*found, kGrabWidth, kGrabHeight),
+                kGrabWidth, kGrabHeight,    {}};
     }
 
     std::vector<std::uint8_t> pixels_ = std::vector<std::uint8_t>(64);
@@ -47,7 +48,8 @@ TEST_F(GrabConversion, rawOfTwelveBitsIsWords)
 {
     OImageFrame frame{};
     frame.raw = out_.data();
-    for (const char *format : {"Mono12", "Mono12p", "BayerGR12", "BayerGR12p"}) {
+    for (const char *format :
+         {"Mono12", "Mono12p", "BayerGR12", "BayerGR12p", "RGB12", "BGRa12", "BGR12p"}) {
         ASSERT_EQ(writeGrabbedRaw(image(format), kPixels, frame), ORVALIS_OK) << format;
         EXPECT_EQ(frame.rawSize, kPixels * 2) << format;
         EXPECT_EQ(frame.bitsPerPixel, 16u) << format;
@@ -59,7 +61,8 @@ TEST_F(GrabConversion, rawOfOtherFormatsIsBrightness)
 {
     OImageFrame frame{};
     frame.raw = out_.data();
-    for (const char *format : {"Mono16", "Mono10", "RGB8", "BayerGR10"}) {
+    for (const char *format : {"Mono16", "Mono10", "RGB8", "BayerGR10", "Mono14p", "RGB10p",
+                               "RGBa16", "BGRa8", "YUV411_8_UYYVYY", "YCbCr709_422_8", "YCbCr8"}) {
         ASSERT_EQ(writeGrabbedRaw(image(format), kPixels, frame), ORVALIS_OK) << format;
         EXPECT_EQ(frame.rawSize, kPixels) << format;
         EXPECT_EQ(frame.bitsPerPixel, 8u) << format;
@@ -83,7 +86,8 @@ TEST_F(GrabConversion, rgbOfDeepFormatsNeedsNoMoreRoom)
 {
     OImageFrame frame{};
     frame.rgb = out_.data();
-    for (const char *format : {"Mono12", "BayerGR12", "BayerGR12p", "RGB8"}) {
+    for (const char *format : {"Mono12", "BayerGR12", "BayerGR12p", "RGB8", "RGBa16", "BGRa12p",
+                               "YUV411_8_UYYVYY", "YCbCr8_CbYCr"}) {
         ASSERT_EQ(writeGrabbedRgb(image(format), kPixels, frame), ORVALIS_OK) << format;
         EXPECT_EQ(out_[kPixels * 3], kUntouched) << format;
     }

@@ -186,6 +186,19 @@ TEST_F(RegionTest, sensorSizeHasOtherNamesToo)
     EXPECT_EQ(get().maxHeight, 1000);
 }
 
+TEST_F(RegionTest, sensorWithoutAPresentMaximumIsDividedByBinningAndDecimation)
+{
+    for (const char *name : {"WidthMax", "HeightMax"})
+        nodes_.nodes.erase(name);
+    nodes_.nodes["SensorWidth"] = integerNode(2000, 0, 4000);
+    nodes_.nodes["SensorHeight"] = integerNode(1000, 0, 4000);
+    nodes_.nodes["BinningHorizontal"] = integerNode(2, 1, 4);
+    nodes_.nodes["DecimationHorizontal"] = integerNode(2, 1, 4);
+    nodes_.nodes["DecimationVertical"] = integerNode(4, 1, 4);
+    EXPECT_EQ(get().maxWidth, 500);
+    EXPECT_EQ(get().maxHeight, 250);
+}
+
 TEST_F(RegionTest, cameraWithoutARegionIsADeviceError)
 {
     nodes_.nodes.clear();

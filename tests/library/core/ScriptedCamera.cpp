@@ -134,7 +134,12 @@ void ScriptedDevice::wake()
     script_->wakes.add();
 }
 
-void ScriptedDevice::stopStream() { script_->stops.add(); }
+void ScriptedDevice::stopStream()
+{
+    if (script_->onStop)
+        script_->onStop();
+    script_->stops.add();
+}
 
 OResult ScriptedDevice::takeImage(RawImage &image, Clock::time_point deadline)
 {

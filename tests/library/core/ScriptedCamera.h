@@ -54,6 +54,7 @@ public:
     std::function<void()> onNextImage; ///< runs in nextImage(), e.g. to throw
     std::function<void()> onTakeImage; ///< runs at the beginning of takeImage()
     std::function<OResult()> onStart;  ///< decides startStream()
+    std::function<void()> onStop;      ///< runs in stopStream()
     std::function<void()> onDestroy;   ///< runs in the device's destructor
     std::function<OResult(std::uint32_t)> onReadRegister;
 

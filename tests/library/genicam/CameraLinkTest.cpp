@@ -49,10 +49,18 @@ TEST_F(Link, controlLostSignalMarksTheCameraLost)
     EXPECT_EQ(link_.waitForBuffer(Clock::time_point::max()), CameraLink::Event::Lost);
 }
 
-TEST_F(Link, aCallThatTimesOutMarksTheCameraLost)
+TEST_F(Link, aCallThatTimesOutIsNoLossWhereTheCameraAnswersTheNextOne)
 {
     orvalis::Failure failure;
     g_set_error(failure.slot(), ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_TIMEOUT, "no answer");
+    EXPECT_EQ(link_.resultOf(failure), ORVALIS_ERROR_TIMEOUT);
+    EXPECT_FALSE(link_.lost());
+}
+
+TEST_F(Link, aCallToACameraThatIsNotThereMarksItLost)
+{
+    orvalis::Failure failure;
+    g_set_error(failure.slot(), ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_NOT_CONNECTED, "unplugged");
     EXPECT_EQ(link_.resultOf(failure), ORVALIS_ERROR_CONNECTION_LOST);
     EXPECT_TRUE(link_.lost());
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // GigE Vision cameras that other programs control, or take from us.
 #include "tests/library/genicam/OtherProgram.h"
+#include "tests/library/genicam/rig/RigCamera.h"
 
 using namespace genicamtest;
 
@@ -19,6 +20,41 @@ TEST_F(GigeControl, aCameraOfAnotherProgramIsBusyUntilThatHasLeftIt)
         EXPECT_FALSE(device);
     }
     EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_OK);
+}
+
+TEST_F(GigeControl, aCameraThatAnotherProgramControlsOrHasForItselfAloneIsBusy)
+{
+    RigCamera camera({});
+    backend_->discover();
+    for (const std::uint32_t exclusiveOrControl : {1U, 2U}) {
+        camera.faults.heldElsewhere = exclusiveOrControl;
+        std::unique_ptr<Device> device;
+        EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY) << exclusiveOrControl;
+        EXPECT_FALSE(device);
+    }
+    camera.faults.heldElsewhere = 0;
+    EXPECT_TRUE(openCamera(*backend_, camera.id()));
+}
+
+TEST_F(GigeControl, aCameraOfAnotherProgramIsNotDisturbedByTheAttempt)
+{
+    RigCamera camera({});
+    backend_->discover();
+    camera.faults.heldElsewhere = 2;
+    const std::uint64_t before = camera.commands();
+    std::unique_ptr<Device> device;
+    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY);
+    EXPECT_LE(camera.commands() - before, 3U) << "is it there, and who controls it";
+}
+
+TEST_F(GigeControl, aCameraThatRefusesItsDescriptionToGuestsIsBusy)
+{
+    RigCamera camera({});
+    backend_->discover();
+    constexpr std::uint32_t firstUrl = 0x0200; // where the description is
+    camera.refuse(firstUrl, RigStatus::accessDenied);
+    std::unique_ptr<Device> device;
+    EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY);
 }
 
 TEST_F(GigeControl, aCameraThatAnotherProgramTakesWhileItStreamsIsLost)

@@ -26,10 +26,11 @@ public:
         longest = std::max<Milliseconds>(longest, Clock::now() - begin);
         return result;
     }
-    void print() const
+    void printAndCheck() const
     {
         for (const auto &[what, time] : longest_) {
             std::printf("longest %-28s %8.1f ms\n", what.c_str(), time.count());
+            EXPECT_LT(time, 30s) << what;
         }
     }
 
@@ -91,7 +92,7 @@ TEST_F(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
         camera.start();
         early = i == 10 ? viewertest::processFigures().residentKiB : early;
     }
-    watch.print();
+    watch.printAndCheck();
     const long late = viewertest::processFigures().residentKiB;
     std::printf("resident after the 10th cycle %ld KiB, in the end %ld KiB\n", early, late);
     if (cycles >= 50) {

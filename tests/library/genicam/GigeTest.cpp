@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // GigE Vision cameras in other processes: discovery, streams, registers, control.
 #include "tests/library/genicam/GenicamFixture.h"
+#include "tests/library/genicam/rig/RigCamera.h"
 
 #include <future>
 
@@ -17,6 +18,20 @@ TEST_F(Gige, discoveryFindsTheCamera)
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0].id, "Aravis-Fake-GV01");
     EXPECT_EQ(found[0].displayName, "Aravis Fake (GV01)");
+}
+
+TEST_F(Gige, theNameThatTheUserGaveACameraIsListed)
+{
+    RigCamera camera({}, {.userName = "T\xC3\xBCr"});
+    const auto found = backend_->discover();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].displayName, "T\xFCr: Rig Described (RIG1)");
+    const auto device = openCamera(*backend_, camera.id());
+    ASSERT_TRUE(device);
+    EXPECT_EQ(device->identity().displayName, found[0].displayName);
+    ASSERT_EQ(device->writeRegister(0x00E8, 0x4C656674), ORVALIS_OK); // "Left"
+    ASSERT_EQ(device->writeRegister(0x00EC, 0), ORVALIS_OK);
+    EXPECT_EQ(backend_->discover().at(0).displayName, "Left: Rig Described (RIG1)");
 }
 
 TEST_F(Gige, discoveryFollowsCamerasThatComeAndGo)

@@ -1,57 +1,13 @@
 // SPDX-License-Identifier: MIT
 // Typed features on cameras that have them under one name alone, through Aravis' GenICam engine:
 // from the number that a caller gives to the register of the camera.
-#include "library/core/Features.h"
-#include "tests/library/genicam/DescribedCamera.h"
+#include "tests/library/genicam/DescribedFixture.h"
 
-#include <bit>
 #include <cmath>
 
 using namespace genicamtest;
-using orvalis::Choice;
-using orvalis::Features;
-using orvalis::Number;
-using orvalis::NumberValue;
-using orvalis::Switch;
 
 namespace {
-
-constexpr unsigned valueAddress = 0x1000; // one for each entry of the selector
-constexpr unsigned selectorAddress = 0x1100;
-constexpr unsigned switchAddress = 0x1200;
-
-class Described : public testing::Test {
-protected:
-    void open()
-    {
-        device_ = camera_.open(*backend_);
-        ASSERT_TRUE(device_);
-        features_ = std::make_unique<Features>(device_->nodes(), mutex_);
-    }
-    std::uint32_t registerAt(unsigned address)
-    {
-        std::uint32_t value = 0;
-        EXPECT_EQ(device_->readRegister(address, value), ORVALIS_OK);
-        return value;
-    }
-    float floatAt(unsigned address) { return std::bit_cast<float>(registerAt(address)); }
-    void setFloatAt(unsigned address, float value)
-    {
-        EXPECT_EQ(device_->writeRegister(address, std::bit_cast<std::uint32_t>(value)), ORVALIS_OK);
-    }
-    NumberValue read(Number number)
-    {
-        NumberValue value;
-        EXPECT_EQ(features_->get(number, value), ORVALIS_OK);
-        return value;
-    }
-
-    DescribedCamera camera_;
-    std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(true);
-    std::unique_ptr<Device> device_;
-    std::mutex mutex_;
-    std::unique_ptr<Features> features_;
-};
 
 struct Name {
     Number number;
@@ -98,30 +54,30 @@ protected:
 TEST_P(OneName, isAWholeNumber)
 {
     describe();
-    camera_.addInteger(GetParam().node().name, valueAddress, 1, 200, selector());
+    camera_.addInteger(GetParam().node().name, valueAddress, 1000, 200'000, selector());
     open();
     const double units = GetParam().node().unitsPerNodeUnit;
-    EXPECT_EQ(features_->set(GetParam().number, 150 * units), ORVALIS_OK);
-    EXPECT_EQ(registerAt(addressOf(GetParam().number)), 150U);
-    EXPECT_EQ(read(GetParam().number).value, 150 * units);
-    EXPECT_EQ(read(GetParam().number).minimum, units);
-    EXPECT_EQ(read(GetParam().number).maximum, 200 * units);
-    EXPECT_EQ(features_->set(GetParam().number, 201 * units), ORVALIS_ERROR_OUT_OF_RANGE);
-    EXPECT_EQ(registerAt(addressOf(GetParam().number)), 150U);
+    EXPECT_EQ(features_->set(GetParam().number, 150'000 * units), ORVALIS_OK);
+    EXPECT_EQ(registerAt(addressOf(GetParam().number)), 150'000U);
+    EXPECT_EQ(read(GetParam().number).value, 150'000 * units);
+    EXPECT_EQ(read(GetParam().number).minimum, 1000 * units);
+    EXPECT_EQ(read(GetParam().number).maximum, 200'000 * units);
+    EXPECT_EQ(features_->set(GetParam().number, 201'000 * units), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_EQ(registerAt(addressOf(GetParam().number)), 150'000U);
 }
 
 TEST_P(OneName, isAFloat)
 {
     describe();
-    camera_.addFloat(GetParam().node().name, valueAddress, 0, 200, selector());
+    camera_.addFloat(GetParam().node().name, valueAddress, 0, 200'000, selector());
     open();
     const double units = GetParam().node().unitsPerNodeUnit;
-    EXPECT_EQ(features_->set(GetParam().number, 150 * units), ORVALIS_OK);
-    EXPECT_EQ(floatAt(addressOf(GetParam().number)), 150.0F);
+    EXPECT_EQ(features_->set(GetParam().number, 150'000 * units), ORVALIS_OK);
+    EXPECT_EQ(floatAt(addressOf(GetParam().number)), 150'000.0F);
     setFloatAt(addressOf(GetParam().number), 2.75F);
     const bool whole = orvalis::row(GetParam().number).rounding == orvalis::Rounding::Integer;
     EXPECT_EQ(read(GetParam().number).value, whole ? std::round(2.75 * units) : 2.75);
-    EXPECT_EQ(features_->set(GetParam().number, 201 * units), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_EQ(features_->set(GetParam().number, 201'000 * units), ORVALIS_ERROR_OUT_OF_RANGE);
     EXPECT_EQ(floatAt(addressOf(GetParam().number)), 2.75F);
 }
 
@@ -180,27 +136,20 @@ TEST_F(Described, theStrobeIsOnTheOutputAndItsTimesOnTheTimerBehindIt)
     EXPECT_EQ(registerAt(selectorAddress + 4), 0U);
 }
 
-TEST_F(Described, theTriggerIsThatOfTheSelector)
+TEST_F(Described, theNoiseFilterIsThatOfTheTriggersLine)
 {
-    camera_.addEnumeration("TriggerSelector", selectorAddress, {"FrameStart", "LineStart"});
-    camera_.addEnumeration("TriggerMode", switchAddress, {"Off", "On"});
-    camera_.addEnumeration("TriggerSource", switchAddress + 4, {"Software", "Line0"});
-    camera_.addEnumeration("TriggerActivation", switchAddress + 8, {"RisingEdge", "FallingEdge"});
-    camera_.addEnumeration("LineSelector", selectorAddress + 4, {"Line0", "Line1"});
+    camera_.addEnumeration("TriggerSource", switchAddress, {"Software", "Line0", "Line1"});
+    camera_.addEnumeration("LineSelector", selectorAddress, {"Line0", "Line1"});
     camera_.addInteger("LineDebouncerTimeRaw", valueAddress, 0, 100, "LineSelector");
     open();
-    EXPECT_EQ(features_->set(Switch::TriggerEnable, true), ORVALIS_OK);
-    EXPECT_EQ(features_->set(Choice::TriggerMode, "LineStart"), ORVALIS_OK);
-    EXPECT_EQ(features_->set(Choice::TriggerSource, "Line0"), ORVALIS_OK);
-    EXPECT_EQ(features_->set(Choice::TriggerPolarity, "FallingEdge"), ORVALIS_OK);
-    EXPECT_EQ(registerAt(switchAddress), 1U);
-    EXPECT_EQ(registerAt(selectorAddress), 1U);
-    EXPECT_EQ(registerAt(switchAddress + 4), 1U);
-    EXPECT_EQ(registerAt(switchAddress + 8), 1U);
-    EXPECT_EQ(device_->writeRegister(selectorAddress + 4, 1), ORVALIS_OK);
-    EXPECT_EQ(features_->set(Number::TriggerNoiseFilter, 7), ORVALIS_OK);
-    EXPECT_EQ(registerAt(valueAddress), 7U) << "of the line that triggers come from";
-    EXPECT_EQ(registerAt(selectorAddress + 4), 1U) << "the selector is put back";
+    setRegisterAt(selectorAddress, 1);
+    for (const std::uint32_t line : {0U, 1U}) {
+        setRegisterAt(switchAddress, line + 1);
+        EXPECT_EQ(features_->set(Number::TriggerNoiseFilter, 7 + line), ORVALIS_OK);
+        EXPECT_EQ(registerAt(valueAddress + 4 * line), 7U + line);
+        EXPECT_EQ(registerAt(selectorAddress), 1U) << "the selector is put back";
+    }
+    EXPECT_EQ(registerAt(valueAddress), 7U) << "the other line keeps its own";
 }
 
 TEST_F(Described, userSetsAreLoadedAndTheSelectorPutBack)

@@ -35,7 +35,7 @@ TEST_F(Nodes, showWhatStandsInTheRegisters)
                 continue;
             const std::string name(spec.name);
             if (spec.type == ORVALIS_NODE_INTEGER) {
-                EXPECT_EQ(integer(name.c_str()), std::int32_t(word(spec.address))) << name;
+                EXPECT_EQ(std::uint32_t(integer(name.c_str())), word(spec.address)) << name;
             } else if (spec.type == ORVALIS_NODE_FLOAT) {
                 EXPECT_EQ(float(real(name.c_str())), std::bit_cast<float>(word(spec.address)))
                     << name;
@@ -302,12 +302,23 @@ TEST_F(Nodes, ofAnOutputAreNotThereForAnInput)
     EXPECT_EQ(entry("LineMode"), "Input");
 }
 
-TEST_F(Nodes, showAddressesAsTheirBitPattern)
+TEST_F(Nodes, ofAddressesAreUnsigned)
 {
     open(kMono);
-    EXPECT_EQ(std::uint32_t(integer("GevSCDA")), 0xC0A80101u);
-    set("GevPersistentIPAddress", int(0xC0A80105));
-    EXPECT_EQ(std::uint32_t(integer("GevPersistentIPAddress")), 0xC0A80105u);
+    IntegerValue address;
+    ASSERT_EQ(nodes().getInteger("GevSCDA", address), ORVALIS_OK);
+    EXPECT_EQ(address.value, 0xC0A80101);
+    EXPECT_EQ(address.minimum, 0);
+    EXPECT_EQ(address.maximum, 0xFFFFFFFF);
+    EXPECT_EQ(nodes().setInteger("GevPersistentIPAddress", 0xFFFFFFFF), ORVALIS_OK);
+    EXPECT_EQ(integer("GevPersistentIPAddress"), 0xFFFFFFFF);
+    EXPECT_EQ(nodes().setInteger("GevPersistentIPAddress", -1), ORVALIS_ERROR_OUT_OF_RANGE);
+    EXPECT_EQ(integer("GevCurrentIPAddress"), 0xC0A80164);
+    std::uint32_t word = 0;
+    EXPECT_EQ(camera_->readRegister(0x1A14, word), ORVALIS_OK);
+    EXPECT_EQ(word, 0xFFFFFFFFU);
+    EXPECT_EQ(camera_->writeRegister(0x1A14, 0xC0A80105), ORVALIS_OK);
+    EXPECT_EQ(integer("GevPersistentIPAddress"), 0xC0A80105);
 }
 
 TEST_F(Nodes, countTheTimeFromItsReset)
