@@ -1,11 +1,11 @@
 /* SPDX-License-Identifier: MIT */
-/* grab_one [file.ppm]: lists the cameras, opens the first one and saves one picture. */
+/* grab_one [file.ppm]: lists the cameras, opens the first one and saves one frame as an image. */
 #include <orvalis/OrvalisAPI.h>
 
 #include <stdio.h>
 #include <stdlib.h>
 
-/* Grabs into memory of our own: large enough for the whole sensor, whatever region is set. */
+/* Grabs into memory of this program: large enough for the whole sensor, whatever the region. */
 static int grab(OCameraHandle camera, OImageFrame *frame)
 {
     OSizeInfo size;

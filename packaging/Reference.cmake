@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# The reference of the camera library as web pages, with Doxygen: the target "reference", and a test that it
-# has no warning.
+# Builds the reference of the camera library as web pages with Doxygen: the target "reference", and a test that
+# Doxygen reports no warning.
 find_program(DOXYGEN_PROGRAM doxygen)
 if(NOT DOXYGEN_PROGRAM)
   return()
