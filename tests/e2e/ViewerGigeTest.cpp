@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int patience = 60000; // discovery over the network takes seconds
+constexpr int patience = 40000; // discovery over the network takes seconds
 
 const QString playTool = QStringLiteral("20x20/camera-play.png");
 const QString stopTool = QStringLiteral("20x20/camera-stop.png");
@@ -22,25 +22,29 @@ public:
     ~ViewerGigeTest() override { cleanup(); }
 
 private slots:
-    void init();
     void cleanup();
     void showsTheLivePicture();
     void closesTheCameraThatIsUnplugged();
 
 private:
+    void plugCamera();
+    void startViewer();
     void openAndPlay();
 
     QProcess m_camera;
     std::unique_ptr<e2e::ViewerSession> m_session;
 };
 
-void ViewerGigeTest::init()
+void ViewerGigeTest::plugCamera()
 {
-    cleanup(); // is left out after an init() that failed
     m_camera.start(QStringLiteral("arv-fake-gv-camera-0.8"),
                    {QStringLiteral("-i"), QStringLiteral("127.0.0.1"), QStringLiteral("-s"),
                     QStringLiteral("GV01")});
     QVERIFY(m_camera.waitForStarted());
+}
+
+void ViewerGigeTest::startViewer()
+{
     m_session = std::make_unique<e2e::ViewerSession>();
     m_session->setVariable(QStringLiteral("ORVALIS_BACKENDS"), QStringLiteral("genicam"));
     QVERIFY2(m_session->start(), qPrintable(m_session->error()));
@@ -64,6 +68,8 @@ void ViewerGigeTest::openAndPlay()
 
 void ViewerGigeTest::showsTheLivePicture()
 {
+    plugCamera();
+    startViewer();
     openAndPlay();
     const QImage first = m_session->keepScreenshot(QStringLiteral("gige-first"));
     QTRY_VERIFY_WITH_TIMEOUT(
@@ -82,6 +88,10 @@ void ViewerGigeTest::showsTheLivePicture()
 
 void ViewerGigeTest::closesTheCameraThatIsUnplugged()
 {
+    // The viewer counts cameras every three seconds and looks for the open one when their number
+    // changes. Plugged in afterwards, the camera is known to have been counted once it is listed.
+    startViewer();
+    plugCamera();
     openAndPlay();
     m_camera.kill();
     QTRY_VERIFY_WITH_TIMEOUT(!m_session->isToolEnabled(stopTool), patience);
