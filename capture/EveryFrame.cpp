@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every frame of a stream, in order, for whatever must not miss one.
+// Every frame of a stream, in order, for consumers that must not miss one.
 #include "capture/EveryFrame.h"
 
 #include "capture/FramePixels.h"
@@ -11,12 +11,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The library promises at least this much of a frame's life; both must have passed before its
-// memory is reused.
-constexpr std::uint64_t furtherFrames = 8;
-constexpr auto shortestLife = 200ms;
+// Guaranteed lifetime of a frame: the library reuses its memory only after both have passed.
+constexpr std::uint64_t guaranteedFrames = 8;
+constexpr auto guaranteedTime = 200ms;
 
-constexpr std::size_t mostSpare = 8;
+constexpr std::size_t maxSpare = 8;
 
 } // namespace
 
@@ -38,7 +37,7 @@ void EveryFrame::started(const StreamInfo &info)
     m_thread = std::thread(&EveryFrame::run, this);
 }
 
-// We are running in the library's thread: expensive operations are not allowed.
+// Runs in the library's thread: expensive operations are not allowed.
 void EveryFrame::frame(const PublishedFrame &published)
 {
     m_newest = published.stamp.index;
@@ -70,7 +69,7 @@ void EveryFrame::run()
 {
     for (;;) {
         const std::uint32_t seen = m_wakeUps;
-        const bool ending = m_ending; // read before the ring: nothing arrives after it is set
+        const bool ending = m_ending; // read first: no frame arrives after it is set
         while (m_read != m_written)
             copyNext();
         if (ending)
@@ -109,10 +108,10 @@ void EveryFrame::copyNext()
 bool EveryFrame::isStillValid(const FrameStamp &stamp, std::uint64_t newest,
                               std::chrono::steady_clock::time_point now)
 {
-    return newest - stamp.index < furtherFrames || now - stamp.received < shortestLife;
+    return newest - stamp.index < guaranteedFrames || now - stamp.received < guaranteedTime;
 }
 
-/// Memory for a copy, of one that was taken before where there is such.
+/// Provides memory for a copy, reusing that of a taken copy if possible.
 bool EveryFrame::reserve(std::size_t bytes, std::vector<std::uint8_t> *memory)
 {
     {
@@ -144,7 +143,7 @@ bool EveryFrame::take(FrameCopy *copy, std::chrono::steady_clock::time_point dea
     m_changed.wait_until(lock, deadline, [this] { return !m_ready.empty() || !m_running; });
     if (m_ready.empty())
         return false;
-    if (m_spare.size() < mostSpare)
+    if (m_spare.size() < maxSpare)
         m_spare.push_back(std::move(copy->samples));
     *copy = std::move(m_ready.front());
     m_ready.pop_front();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every frame of a stream, in order, for whatever must not miss one.
+// Every frame of a stream, in order, for consumers that must not miss one.
 #pragma once
 
 #include "capture/FrameTap.h"
@@ -23,21 +23,20 @@ struct FrameCopy {
     std::vector<std::uint8_t> samples; ///< the raw plane as the library delivered it
 };
 
-/// Copies each frame within the lifetime that the camera library promises, into a ring that is
-/// bounded by bytes, and counts by cause what it could not take. Its own thread copies, from
-/// started() to stopped(); any one thread takes.
+/// Copies each frame within the lifetime that the camera library guarantees, into a queue bounded
+/// in bytes, and counts the frames it drops by cause. Its own thread copies, from started() to
+/// stopped(); any one thread takes.
 class EveryFrame : public FrameTap {
 public:
-    /// Where frames went since the start: each frame is in exactly one of these.
+    /// Frames since the start. Each frame is in exactly one of these.
     struct Counts {
-        std::uint64_t copied = 0; ///< waits, or was taken
-        std::uint64_t noRoom = 0; ///< the ring was full: the consumer is too slow
-        std::uint64_t tooLate =
-            0; ///< the library might have reused the memory: this thread came too late
+        std::uint64_t copied = 0;  ///< queued or already taken
+        std::uint64_t noRoom = 0;  ///< the queue was full: the consumer is too slow
+        std::uint64_t tooLate = 0; ///< past its lifetime: the copying thread is too slow
         std::uint64_t noImage = 0; ///< the frame had no samples
     };
 
-    /// @param capacityBytes of samples that wait to be taken
+    /// @param capacityBytes of queued samples
     explicit EveryFrame(std::size_t capacityBytes) : m_capacityBytes(capacityBytes) {}
     ~EveryFrame() override;
     EveryFrame(const EveryFrame &) = delete;
@@ -45,18 +44,18 @@ public:
 
     void started(const StreamInfo &info) override;
     void frame(const PublishedFrame &published) override;
-    /// Returns when every frame that arrived is copied or counted. Copies stay until they are
+    /// Returns when every frame that arrived is copied or counted. Queued copies can still be
     /// taken.
     void stopped() override;
 
-    /// Waits for the oldest copy and moves it to `copy`, whose former memory is used again.
-    /// @return false if there is none at `deadline`, or the stream ended and none is left
+    /// Waits for the oldest copy and moves it to `copy`, whose former memory is reused.
+    /// @return false if none arrives by `deadline`, or the stream ended and none is left
     bool take(FrameCopy *copy, std::chrono::steady_clock::time_point deadline);
 
-    /// Since the start, or of the last stream. Any thread.
+    /// Counts of the current stream, or of the last one. Any thread.
     Counts counts() const;
 
-    /// Whether the library still promises the memory of a frame at `now`, when `newest` is the
+    /// Whether the library still guarantees the memory of a frame at `now`, when `newest` is the
     /// index of the frame that arrived last.
     static bool isStillValid(const FrameStamp &stamp, std::uint64_t newest,
                              std::chrono::steady_clock::time_point now);
@@ -79,7 +78,7 @@ private:
     std::atomic<std::uint64_t> m_written{0};        ///< frames put into m_arrived
     std::atomic<std::uint64_t> m_read{0};           ///< frames taken out of it
     std::atomic<std::uint64_t> m_newest{0};         ///< index of the newest frame
-    std::atomic<std::uint64_t> m_overrun{0};        ///< frames for which m_arrived had no place
+    std::atomic<std::uint64_t> m_overrun{0};        ///< frames dropped because m_arrived was full
     std::atomic<std::uint32_t> m_wakeUps{0};
     std::atomic<bool> m_ending{false};
     std::thread m_thread;

@@ -44,7 +44,7 @@ void FrameHub::detach(FrameTap *tap)
     }
 }
 
-/// A publish() that began before the tap was removed may still call it.
+/// A publish() that began before a tap was removed may still call it.
 void FrameHub::waitForPublish() const
 {
     const std::uint32_t present = m_publishing;
@@ -63,7 +63,7 @@ void FrameHub::start(const StreamInfo &info)
             tap->started(info);
 }
 
-// We are running in the library's thread: expensive operations are not allowed.
+// Runs in the library's thread: expensive operations are not allowed.
 void FrameHub::publish(OImageFrame *frame)
 {
     ++m_publishing;

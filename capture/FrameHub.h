@@ -11,24 +11,24 @@
 #include <mutex>
 #include <optional>
 
-/// Counts frames, measures rates, and hands each frame to all taps. attach(), detach(), start() and
-/// stop() are called by one thread, the GUI thread; publish() by one other, the library's delivery
-/// thread.
+/// Counts frames, measures rates, and publishes each frame to all taps. Call attach(), detach(),
+/// start() and stop() from one thread, the GUI thread, and publish() from one other, the library's
+/// delivery thread.
 class FrameHub {
 public:
-    static constexpr std::size_t capacity = 8; ///< taps at a time
+    static constexpr std::size_t capacity = 8; ///< taps attached at the same time
 
-    /// Adds a tap; while a stream runs, the tap is started first.
-    /// @return false if no place is free
+    /// Adds a tap. While a stream runs, starts the tap first.
+    /// @return false if the hub is full
     bool attach(FrameTap *tap);
-    /// Removes a tap. When it returns, no call of the tap runs and none will. Not from inside of a
-    /// tap.
+    /// Removes a tap. When this returns, no call of the tap runs and none will. Must not be called
+    /// from a tap.
     void detach(FrameTap *tap);
 
     /// A stream begins: counts from 0, restarts the rates, starts the taps.
     void start(const StreamInfo &info);
-    /// A frame of the library, on its thread: O(1), no allocation, and no lock that is held for
-    /// longer than a copy of a few words. The frame is neither read nor copied, but for its size.
+    /// Publishes a frame on the library's thread: O(1), no allocation, and no lock held for longer
+    /// than a copy of a few words. Of the frame, only the size is read.
     void publish(OImageFrame *frame);
     /// The stream ended; no publish() runs any more.
     void stop();
@@ -37,10 +37,10 @@ public:
     std::uint64_t received() const { return m_received; }
     /// The count itself. Any thread may set it.
     std::atomic<std::uint64_t> &count() { return m_received; }
-    /// The next frame is counted as the first. Any thread.
+    /// Counts the next frame as the first. Any thread.
     void restartCount() { m_received = 0; }
 
-    /// Rates of the last full measuring window, once. Any thread.
+    /// Rates of the last full measuring window; each is returned once. Any thread.
     std::optional<StreamRates> takeRates();
     /// Discards the measuring window and rates that were not taken. Any thread.
     void restartRates();
@@ -51,10 +51,10 @@ private:
     std::array<std::atomic<FrameTap *>, capacity> m_taps{};
     std::atomic<std::uint64_t> m_index{0}; ///< of the newest frame
     std::atomic<std::uint64_t> m_received{
-        0}; ///< what the user sees: restarted by a software trigger
+        0}; ///< the displayed count: a software trigger restarts it
     std::atomic<std::uint32_t> m_publishing{0}; ///< odd while publish() runs
     RateMeter m_rateMeter;
     std::mutex m_mutex; // guards m_rates
     std::optional<StreamRates> m_rates;
-    std::optional<StreamInfo> m_info; ///< of the stream that runs; GUI thread
+    std::optional<StreamInfo> m_info; ///< of the running stream; GUI thread
 };

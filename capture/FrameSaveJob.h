@@ -15,9 +15,9 @@
 
 class Picture;
 
-/// Made on the heap by the display thread, consumed and freed by SaveThread().
+/// Created on the heap by the display thread; SaveThread() deletes it.
 struct FrameSaveJob {
-    QImage image;   ///< what is saved unless format names a dump; a copy of its own
+    QImage image;   ///< saved unless `format` is a dump; shares no memory with the frame
     QString path;   ///< directory
     QString format; ///< suffix of the file; "RAW" and "RGB" are headerless dumps
     const char *cameraId =
@@ -28,24 +28,24 @@ struct FrameSaveJob {
     const unsigned char *raw = nullptr; ///< source of "RAW", `size` bytes, not owned
     const unsigned char *rgb = nullptr; ///< source of "RGB", `size` bytes, not owned
 
-    // The display thread fills these, so that the pointers above stay good whatever becomes of the
-    // camera before the task runs. A job may do without them.
-    QByteArray ownedBytes;                ///< what raw or rgb points to
-    std::array<char, 65> ownedCameraId{}; ///< what cameraId points to
-    SaveLimiter::Place place;             ///< given back with the job
+    // Optional. The display thread fills these to keep the pointers above valid even if the camera
+    // closes before the task runs.
+    QByteArray ownedBytes;                ///< memory behind raw or rgb
+    std::array<char, 65> ownedCameraId{}; ///< memory behind cameraId
+    SaveLimiter::Place place;             ///< released with the job
 };
 
-/// A job with a copy of what `format` saves of `picture`: its samples, its RGB bytes, or the
-/// displayed image. Path, camera and place are left to the caller. Throws std::bad_alloc.
+/// A job with a copy of the part of `picture` that `format` saves: its samples, its RGB bytes, or
+/// the displayed image. The caller fills in path, camera and place. Throws std::bad_alloc.
 std::unique_ptr<FrameSaveJob> makeSaveJob(const Picture &picture, const QString &format);
 
 /// Bytes of pixels that a job keeps in memory.
 std::size_t heldBytes(const FrameSaveJob &job);
 
-/// Writes the file of a FrameSaveJob and deletes the job; a null job is nothing to do. A file that
-/// cannot be written to its end is removed; nothing is reported. Any thread.
+/// Writes the file of a FrameSaveJob and deletes the job. Ignores a null job. Removes a file that
+/// it cannot write completely, without reporting it. Any thread.
 void SaveThread(void *job);
 
-/// Runs SaveThread() for `job` on the global thread pool. If that fails, which it does by throwing
-/// std::bad_alloc, the job is deleted and its place given back.
+/// Runs SaveThread() for `job` on the global thread pool. Throws std::bad_alloc if it cannot; the
+/// job is then deleted and its place released.
 QFuture<void> startSaveTask(std::unique_ptr<FrameSaveJob> job);

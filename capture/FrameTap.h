@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a listener to a stream gets: the stream's format once, then every frame as it arrives.
+// Interface of a stream listener: receives the stream's format once, then every frame.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -7,10 +7,10 @@
 #include <chrono>
 #include <cstdint>
 
-/// What holds for all frames of one stream, from its start to its stop.
+/// Properties shared by all frames of one stream, from its start to its stop.
 struct StreamInfo {
     OSizeInfo region{};                  ///< pixels
-    std::uint32_t pixelFormat = 0;       ///< PFNC code of the frames as they are delivered
+    std::uint32_t pixelFormat = 0;       ///< PFNC code of the delivered frames
     std::uint32_t sensorPixelFormat = 0; ///< PFNC code that the camera is set to
     unsigned significantBits = 0;        ///< of one sample; 0 if unknown
 };
@@ -22,15 +22,15 @@ struct FrameStamp {
     std::chrono::system_clock::time_point wallTime; ///< for people and file names
 };
 
-/// A frame and its stamp. The record and its planes belong to the camera library: they stay
-/// unchanged until 8 further frames and 200 ms have passed, and end with the next start or the
-/// close (OImageFrame has the details).
+/// A frame and its stamp. The camera library owns the record and its planes: they stay unchanged
+/// until 8 further frames and 200 ms have passed, and become invalid with the next start or with
+/// the close of the camera (see OImageFrame).
 struct PublishedFrame {
     OImageFrame *frame = nullptr;
     FrameStamp stamp;
 };
 
-/// Listens to a stream. A tap outlives its place in the hub.
+/// Listens to a stream. A tap must outlive its attachment to the hub.
 class FrameTap {
 public:
     virtual ~FrameTap() = default;
@@ -38,7 +38,7 @@ public:
     /// Before the first frame. GUI thread.
     virtual void started(const StreamInfo &info) { (void)info; }
     /// One frame. Runs in the camera library's thread, where expensive operations are not allowed:
-    /// O(1), no waiting, no allocation, no copy of pixels.
+    /// must be O(1), without waiting, allocating, or copying pixels.
     virtual void frame(const PublishedFrame &published) = 0;
     /// After the last frame. GUI thread.
     virtual void stopped() {}

@@ -7,20 +7,19 @@
 #include <mutex>
 #include <optional>
 
-/// A slot, not a list: a frame that was not taken is discarded by the next one. Any thread may
-/// take.
+/// Holds one frame: the next frame replaces one that was not taken. Any thread may take.
 class LatestFrame : public FrameTap {
 public:
     void started(const StreamInfo &info) override;
     void frame(const PublishedFrame &published) override;
     void stopped() override { clear(); }
 
-    /// Empties the slot; nothing if no frame arrived since the last call.
+    /// Takes the frame. Empty if none arrived since the last call.
     std::optional<PublishedFrame> takeNewest();
-    /// Discards the frame that waits.
+    /// Discards the frame that was not taken.
     void clear();
 
-    /// Frames that were discarded by a newer one since the start.
+    /// Frames replaced by a newer one since the start.
     std::uint64_t superseded() const;
 
 private:

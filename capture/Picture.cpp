@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One image of a camera, immutable and shared by the view, saving and whatever reads pixels.
+// One image of a camera, immutable and shared by the view, saving and all code that reads pixels.
 #include "capture/Picture.h"
 
 #include <opencv2/imgproc.hpp>
@@ -23,8 +23,7 @@ cv::Mat matOf(const QImage &image, int type)
             static_cast<std::size_t>(image.bytesPerLine())};
 }
 
-/// Not by Qt, which converts large images on the pool, where they would wait behind files that are
-/// being saved.
+/// Uses OpenCV because Qt converts large images on the thread pool, behind pending save tasks.
 void toColor(const QImage &screen, cv::Mat *out)
 {
     cv::cvtColor(matOf(screen, CV_8UC4), *out, cv::COLOR_BGRA2RGB);
@@ -65,7 +64,7 @@ PictureMaker::PictureMaker(const StreamInfo &info, const PixelMeaning &meaning)
 {
 }
 
-/// A picture that nobody holds any more, or a new one while the window is late.
+/// A picture that no caller holds, or a new one while the window lags behind.
 std::shared_ptr<Picture> PictureMaker::unused()
 {
     for (std::shared_ptr<Picture> &picture : m_pictures) {
@@ -74,7 +73,7 @@ std::shared_ptr<Picture> PictureMaker::unused()
         if (picture.use_count() > 1)
             continue;
         std::atomic_thread_fence(
-            std::memory_order_acquire); // behind the last look of another thread
+            std::memory_order_acquire); // after the last read by another thread
         picture->m_screen = {};
         picture->m_screenImage = {};
         return picture;
@@ -82,10 +81,10 @@ std::shared_ptr<Picture> PictureMaker::unused()
     return std::make_shared<Picture>();
 }
 
-/// An image over the frame's own memory where its rows are read as they lie, else over a copy with
-/// room behind it.
-QImage PictureMaker::shownImage(const OImageFrame &frame, const std::uint8_t *pixels, Rows rows,
-                                Picture *picture)
+/// The displayed plane as an image that refers to the frame's memory if it reads the rows as they
+/// are, else to a copy padded at its end so that aligned rows do not read beyond it.
+QImage PictureMaker::displayedPlane(const OImageFrame &frame, const std::uint8_t *pixels, Rows rows,
+                                    Picture *picture)
 {
     const auto width = static_cast<int>(frame.width);
     const auto height = static_cast<int>(frame.height);
@@ -99,10 +98,10 @@ QImage PictureMaker::shownImage(const OImageFrame &frame, const std::uint8_t *pi
     return {picture->m_plane.data(), width, height, depthOf(m_meaning.plane)};
 }
 
-PicturePtr PictureMaker::make(const PublishedFrame &published, Rows rows, std::uint64_t mostPixels)
+PicturePtr PictureMaker::make(const PublishedFrame &published, Rows rows, std::uint64_t maxPixels)
 {
-    const OImageFrame frame = *published.frame; // the record may change while it is read
-    const std::uint8_t *pixels = shownPixels(frame, m_meaning.plane, mostPixels);
+    const OImageFrame frame = *published.frame; // copied: the record may change meanwhile
+    const std::uint8_t *pixels = displayedPixels(frame, m_meaning.plane, maxPixels);
     if (pixels == nullptr)
         return nullptr;
     const std::shared_ptr<Picture> picture = unused();
@@ -116,7 +115,8 @@ PicturePtr PictureMaker::make(const PublishedFrame &published, Rows rows, std::u
     picture->m_samples.resize(bytes);
     if (bytes > 0)
         std::memcpy(picture->m_samples.data(), frame.raw, bytes);
-    picture->m_screenImage = m_screenImages.imageOf(shownImage(frame, pixels, rows, picture.get()));
+    picture->m_screenImage =
+        m_screenImages.imageOf(displayedPlane(frame, pixels, rows, picture.get()));
     if (picture->m_screenImage.isNull())
         return nullptr;
     picture->m_screen = QPixmap::fromImage(picture->m_screenImage);

@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <string_view>
 
-/// Everything that the viewer derives from a pixel format. The names are compared with their case
-/// unless said otherwise.
+/// Everything that the viewer derives from a pixel format. Names are compared case-sensitively
+/// unless stated otherwise.
 struct PixelMeaning {
     bool color = false; ///< displayed in colour: the name lacks "Mono"
     bool bayer = false; ///< a colour mosaic that the library converts: "Bayer" in a colour format
@@ -19,6 +19,6 @@ struct PixelMeaning {
     FramePlane plane = FramePlane::Raw; ///< the plane that is displayed
 };
 
-/// @param name as the camera library gives it
-/// @param code PFNC code in which frames are delivered; 0 where only the name counts
+/// @param name as the camera library returns it
+/// @param code PFNC code of the delivered frames; 0 if only the name matters
 PixelMeaning meaningOf(std::string_view name, std::uint32_t code = 0);

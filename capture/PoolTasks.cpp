@@ -10,7 +10,7 @@ void PoolTasks::begin()
 
 void PoolTasks::end()
 {
-    // Under the lock to the end: whoever waits may destroy the counter.
+    // Notify with the lock held: a waiting thread may destroy the counter once it continues.
     const std::lock_guard lock(m_mutex);
     --m_running;
     m_changed.notify_all();
@@ -28,8 +28,8 @@ void PoolTasks::waitIdle()
     m_changed.wait(lock, [this] { return m_running == 0; });
 }
 
-bool PoolTasks::waitIdle(std::chrono::milliseconds longest)
+bool PoolTasks::waitIdle(std::chrono::milliseconds timeout)
 {
     std::unique_lock lock(m_mutex);
-    return m_changed.wait_for(lock, longest, [this] { return m_running == 0; });
+    return m_changed.wait_for(lock, timeout, [this] { return m_running == 0; });
 }

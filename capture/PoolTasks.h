@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Counts tasks that were handed to the thread pool, so that what they use is not taken from them.
+// Counts tasks on the thread pool, so that owners can wait before they free what the tasks use.
 #pragma once
 
 #include <chrono>
@@ -9,18 +9,18 @@
 /// Every function may be called from any thread.
 class PoolTasks {
 public:
-    /// Counts a task that is about to be handed over.
+    /// Call before a task is handed to the pool.
     void begin();
-    /// The task ended.
+    /// Call when the task ends.
     void end();
 
-    /// Tasks that have begun and not ended.
+    /// Tasks between begin() and end().
     int running() const;
 
     /// Waits until no task is left.
     void waitIdle();
-    /// @return false if there are tasks left after `longest`
-    bool waitIdle(std::chrono::milliseconds longest);
+    /// @return false if tasks are left after `timeout`
+    bool waitIdle(std::chrono::milliseconds timeout);
 
 private:
     mutable std::mutex m_mutex; // guards m_running

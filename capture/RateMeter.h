@@ -9,28 +9,28 @@
 #include <optional>
 #include <sys/time.h>
 
-/// What the status bar tells of a stream.
+/// Rates displayed in the status bar.
 struct StreamRates {
     double framesPerSecond = 0.0;
     double megabytesPerSecond = 0.0; ///< units of 1024 x 1024 bytes of raw image data
 };
 
-/// Rates of 31 frames received from `start` to `end`, of which `frame` is the last. Both are 0
-/// where the clock stood still or was set back between the two.
+/// Rates of 31 frames received from `start` to `end`, of which `frame` is the last. Both are 0 if
+/// the clock stood still or was set back in between.
 StreamRates measureRates(const timeval &start, const timeval &end, const OImageFrame &frame);
 
-/// The text for the status bar, cut to what fits.
+/// The text for the status bar, truncated to 31 characters.
 std::array<char, 32> formatRates(double framesPerSecond, double megabytesPerSecond);
 
-/// Counts frames into windows of 31. The frame behind a full window starts the next one, so the gap
+/// Groups frames into windows of 31. The frame after a full window starts the next one, so the gap
 /// between the two is never measured. Every function may be called from any thread.
 class RateMeter {
 public:
-    /// Takes note of a frame received at `now`.
+    /// Counts a frame received at `now`.
     /// @return the rates when this frame fills a window
     std::optional<StreamRates> frameReceived(const OImageFrame &frame, const timeval &now);
 
-    /// The next frame is the first of a window.
+    /// Discards the current window.
     void restart();
 
 private:

@@ -9,7 +9,7 @@ namespace {
 
 int shiftFor(int bits)
 {
-    // 16 bits map to the lower half of the grey scale; kept.
+    // Deliberate: 16 bits map to the lower half of the grey scale.
     return bits == 16 ? 9 : std::min(bits - 8, 16);
 }
 

@@ -8,8 +8,8 @@ namespace {
 
 constexpr std::chrono::microseconds recheckPeriod{100};
 
-/// A clock that went back by this much was set, and is not waited for.
-constexpr std::chrono::seconds wasSet{1};
+/// A clock that jumps back this far has been set; take() does not wait for it to catch up.
+constexpr std::chrono::seconds clockWasSet{1};
 
 } // namespace
 
@@ -18,7 +18,7 @@ SaveClock::Time SaveClock::systemTime()
     return std::chrono::duration_cast<Time>(std::chrono::system_clock::now().time_since_epoch());
 }
 
-bool SaveClock::isFree(Time time) const { return time > m_last || time + wasSet <= m_last; }
+bool SaveClock::isFree(Time time) const { return time > m_last || time + clockWasSet <= m_last; }
 
 SaveClock::Time SaveClock::take()
 {

@@ -5,20 +5,20 @@
 #include <chrono>
 #include <mutex>
 
-/// Gives out the present time, but no millisecond twice: files are named to the millisecond, and
-/// two tasks of the same one would write to the same file. Any thread.
+/// Returns the current time, but no millisecond twice: file names have a resolution of one
+/// millisecond, and two tasks with the same time would write to the same file. Any thread.
 class SaveClock {
 public:
     /// Since 1970, UTC.
     using Time = std::chrono::milliseconds;
 
-    /// What the clock of the machine says.
+    /// The system clock.
     static Time systemTime();
 
     /// @param now the clock to read
     explicit SaveClock(Time (*now)() = systemTime) : m_now(now) {}
 
-    /// The present time. Waits for the next millisecond if this one was given out already.
+    /// The current time. Waits for the next millisecond if this one has been taken.
     Time take();
 
 private:

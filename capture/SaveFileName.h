@@ -5,8 +5,8 @@
 #include <QDateTime>
 #include <QString>
 
-/// "<path>/<camera>_<month>_<day>_<hour>_<minute>_<second>_<millisecond>.<format>". No year, and no
-/// number is padded.
+/// "<path>/<camera>_<month>_<day>_<hour>_<minute>_<second>_<millisecond>.<format>". Deliberate:
+/// there is no year, and numbers are not padded.
 /// @param cameraId Latin-1, at most 64 bytes of it are used; null counts as empty
 QString saveFileName(const QString &path, const char *cameraId, const QDateTime &time,
                      const QString &format);

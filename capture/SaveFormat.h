@@ -7,7 +7,7 @@
 
 #include <initializer_list>
 
-/// What the control panel offers. The name of a format is also the suffix of its files.
+/// The formats in the control panel. The name of a format is also the suffix of its files.
 enum class SaveFormat { Bmp, Jpg, Png, Tif, Raw, Rgb };
 
 /// "BMP"
@@ -15,9 +15,9 @@ QString nameOf(SaveFormat format);
 /// In the same order.
 QStringList namesOf(std::initializer_list<SaveFormat> formats);
 
-/// What a file contains.
+/// The content of a file.
 enum class SaveContent {
-    Image, ///< the displayed image, encoded as the suffix says
+    Image, ///< the displayed image, encoded according to the suffix
     Raw,   ///< the original samples, without a header
     Rgb,   ///< 8 bits each of R, G and B, without a header
 };

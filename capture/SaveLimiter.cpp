@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Bounds the memory of frames that wait to be written to disk.
+// Bounds the memory of frames queued for saving.
 #include "capture/SaveLimiter.h"
 
 #include <utility>
@@ -8,7 +8,7 @@ struct SaveLimiter::State {
     std::mutex mutex; // guards all that follows
     std::condition_variable changed;
     std::size_t bytes = 0;  ///< of the places taken
-    std::size_t places = 0; ///< taken
+    std::size_t places = 0; ///< number of places taken
     bool letThrough = false;
 };
 
@@ -25,14 +25,14 @@ SaveLimiter::Place::Place(Place &&other) noexcept
 SaveLimiter::Place &SaveLimiter::Place::operator=(Place &&other) noexcept
 {
     if (this != &other) {
-        giveBack();
+        release();
         m_state = std::move(other.m_state);
         m_bytes = other.m_bytes;
     }
     return *this;
 }
 
-void SaveLimiter::Place::giveBack()
+void SaveLimiter::Place::release()
 {
     const std::shared_ptr<State> state = std::move(m_state);
     if (state == nullptr)
@@ -48,7 +48,7 @@ SaveLimiter::SaveLimiter(std::size_t capacity)
 {
 }
 
-// With the lock held.
+// The caller holds the lock.
 bool SaveLimiter::hasRoomFor(std::size_t bytes) const
 {
     const std::size_t taken = m_state->bytes;
@@ -77,10 +77,10 @@ void SaveLimiter::waitUntilEmpty()
     m_state->changed.wait(lock, [this] { return m_state->places == 0; });
 }
 
-bool SaveLimiter::waitUntilEmpty(std::chrono::milliseconds longest)
+bool SaveLimiter::waitUntilEmpty(std::chrono::milliseconds timeout)
 {
     std::unique_lock lock(m_state->mutex);
-    return m_state->changed.wait_for(lock, longest, [this] { return m_state->places == 0; });
+    return m_state->changed.wait_for(lock, timeout, [this] { return m_state->places == 0; });
 }
 
 std::size_t SaveLimiter::taken() const

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Bounds the memory of frames that wait to be written to disk.
+// Bounds the memory of frames queued for saving.
 #pragma once
 
 #include <chrono>
@@ -8,8 +8,8 @@
 #include <memory>
 #include <mutex>
 
-/// Gives out places for frames that wait for their save task. One thread asks for places, any
-/// thread gives them back. A place may outlive the limiter.
+/// Hands out places for frames queued for saving, and applies backpressure when they run out. One
+/// thread takes places, any thread releases them. A place may outlive the limiter.
 class SaveLimiter {
     struct State;
 
@@ -17,18 +17,18 @@ public:
     /// Bytes.
     static constexpr std::size_t defaultCapacity = std::size_t{512} * 1024 * 1024;
 
-    /// Room for one frame, given back on destruction.
+    /// Room for one frame, released on destruction.
     class Place {
     public:
         Place() = default;
         Place(Place &&other) noexcept;
         Place &operator=(Place &&other) noexcept;
-        ~Place() { giveBack(); }
+        ~Place() { release(); }
 
     private:
         friend class SaveLimiter;
         Place(std::shared_ptr<State> state, std::size_t bytes);
-        void giveBack();
+        void release();
 
         std::shared_ptr<State> m_state; // null for no place
         std::size_t m_bytes = 0;
@@ -37,18 +37,19 @@ public:
     /// @param capacity bytes
     explicit SaveLimiter(std::size_t capacity = defaultCapacity);
 
-    /// Waits until a frame of `bytes` fits. Room for a second such frame is kept back for the one
-    /// that letThrough() admits; a frame too large for that waits until it is alone.
+    /// Waits until a frame of `bytes` fits. Reserves room for a second such frame, which
+    /// letThrough() may admit. A frame too large for that is admitted only when nothing else is
+    /// pending.
     Place take(std::size_t bytes);
 
-    /// true: a waiting take() returns at once with its place, and so does every further one. false:
-    /// places are waited for again.
+    /// true: pending and further calls of take() return at once, without regard to the capacity.
+    /// false: take() waits again.
     void letThrough(bool on);
 
-    /// Returns when every place has been given back, also those of no bytes.
+    /// Returns when every place has been released, including places of 0 bytes.
     void waitUntilEmpty();
-    /// @return false if there are places left after `longest`
-    bool waitUntilEmpty(std::chrono::milliseconds longest);
+    /// @return false if places are left after `timeout`
+    bool waitUntilEmpty(std::chrono::milliseconds timeout);
 
     /// Bytes of all places that are taken.
     std::size_t taken() const;

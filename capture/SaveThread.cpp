@@ -23,7 +23,7 @@
 
 namespace {
 
-/// Shared by all tasks, so that no two of them take the same name.
+/// All tasks share one clock, so that no two of them get the same file name.
 QDateTime timeOfSaving()
 {
     static SaveClock clock;
@@ -34,7 +34,7 @@ struct Free {
     void operator()(void *memory) const { std::free(memory); }
 };
 
-/// What became of a file.
+/// Result of writing a file.
 enum class Written { Yes, No, NameTaken };
 
 Written writeDump(const QString &name, const void *bytes, std::size_t size)
@@ -68,8 +68,8 @@ QString nameOf(const FrameSaveJob &job)
     return saveFileName(job.path, job.cameraId, timeOfSaving(), job.format);
 }
 
-/// Writes under `name`, or under the name of a later time where a file of that name exists: the
-/// clock may have been set back to a time of which there are files.
+/// Writes under `name`, or under the name of a later time if a file of that name exists, which
+/// happens when the clock has been set back.
 template <typename Write>
 void writeUnderFreeName(const FrameSaveJob &job, QString name, Write write)
 {
@@ -82,7 +82,7 @@ void saveDump(const FrameSaveJob &job, const QString &name, const unsigned char 
     if (source == nullptr || job.size < 1)
         return;
     const auto bytes = static_cast<std::size_t>(job.size);
-    // Copied before anything that takes time, as the source may be memory that is used again.
+    // Copy first: the source may be memory that is about to be reused.
     const std::unique_ptr<void, Free> copy(std::malloc(bytes));
     if (copy == nullptr)
         return;
@@ -91,7 +91,8 @@ void saveDump(const FrameSaveJob &job, const QString &name, const unsigned char 
                        [&](const QString &free) { return writeDump(free, copy.get(), bytes); });
 }
 
-// Through memory, because a writer on a file does not tell when the last bytes found no room.
+// Encodes in memory, because QImageWriter on a file does not report a failure to write the last
+// bytes.
 void saveImage(const FrameSaveJob &job, const QString &name)
 {
     QBuffer encoded;
@@ -131,6 +132,6 @@ void SaveThread(void *job)
 QFuture<void> startSaveTask(std::unique_ptr<FrameSaveJob> job)
 {
     QFuture<void> task = QtConcurrent::run(SaveThread, static_cast<void *>(job.get()));
-    (void)job.release(); // the task's now
+    (void)job.release(); // the task owns it now
     return task;
 }

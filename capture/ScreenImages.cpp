@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures for the screen, made in memory that is used again.
+// Converts frames to images for the screen and reuses their memory.
 #include "capture/ScreenImages.h"
 
 #include <opencv2/imgproc.hpp>
@@ -12,8 +12,8 @@
 
 namespace {
 
-/// Not by Qt, which converts large pictures on the pool, where they would wait behind files that
-/// are being saved. Format_RGB32 is B, G, R and 255 in memory.
+/// Uses OpenCV because Qt converts large images on the thread pool, behind pending save tasks.
+/// Format_RGB32 is B, G, R and 255 in memory.
 void convert(const QImage &image, QImage *out)
 {
     const bool color = image.format() == QImage::Format_RGB888;
@@ -36,8 +36,8 @@ void unmap(void *mapping)
     (void)munmap(owned->address, owned->bytes);
 }
 
-/// Memory that goes back to the system with the last holder. The heap would keep that of pictures
-/// which a late window held for a while. Null without memory.
+/// An image whose memory returns to the system with its last holder; the heap would keep the memory
+/// of images that a lagging window held. Null if memory runs out.
 QImage mappedImage(const QSize &size)
 {
     const int stride = size.width() * static_cast<int>(sizeof(QRgb));
@@ -62,15 +62,15 @@ QImage &ScreenImages::unusedImage()
 {
     for (QImage &image : m_images) {
         if (image.isNull())
-            return image; // all are made at once: memory does not grow when the window is late
+            return image; // fill all first, so that memory does not grow when the window lags later
         if (!image.isDetached())
             continue; // shared with a pixmap
-        // Behind the last look that another thread took at the pixels.
+        // After the last read of the pixels by another thread.
         std::atomic_thread_fence(std::memory_order_acquire);
         return image;
     }
     QImage &oldest = m_images[m_oldest++ % m_images.size()];
-    oldest = QImage(); // lives on with its pixmap
+    oldest = QImage(); // its pixmap keeps the memory
     return oldest;
 }
 

@@ -1,25 +1,25 @@
 // SPDX-License-Identifier: MIT
-// Pictures for the screen, made in memory that is used again.
+// Converts frames to images for the screen and reuses their memory.
 #pragma once
 
 #include <QImage>
 
 #include <array>
 
-/// Turns frames into images for the screen without new memory for each: fresh pages for a large
-/// picture take longer than its conversion. Belongs to one thread; the images may go to any.
+/// Converts frames to images for the screen without allocating memory for each: mapping new pages
+/// for a large image takes longer than its conversion. Use it from one thread; any thread may use
+/// the images.
 class ScreenImages {
 public:
-    /// `image`, which is of Format_RGB888 or Format_Grayscale8, in Format_RGB32; null without
-    /// memory. It keeps its pixels for as long as it or a pixmap of it is held, whatever is made
-    /// after it.
+    /// Converts `image`, of Format_RGB888 or Format_Grayscale8, to Format_RGB32; null if memory
+    /// runs out. The pixels stay unchanged while the result or a pixmap of it is held.
     QImage imageOf(const QImage &image);
 
 private:
     QImage &unusedImage();
 
-    /// One is on show, one on its way to the GUI, one is being made. A window that comes late holds
-    /// more, and then the memory of those is not used again.
+    /// One is displayed, one is queued for the GUI, one is being filled. If the window lags behind
+    /// and holds more, the memory of the additional images is not reused.
     std::array<QImage, 3> m_images;
-    unsigned m_oldest = 0; ///< where to begin anew when all are held
+    unsigned m_oldest = 0; ///< next to replace when all are held
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The newest figures of a stream for the status bar, from the thread that measures them to the GUI.
+// Passes the newest figures of a stream from the measuring thread to the status bar.
 #pragma once
 
 #include "capture/RateMeter.h"
@@ -8,11 +8,11 @@
 #include <optional>
 #include <utility>
 
-/// Coalesces: a figure that was not taken is replaced by the next one, so that a thousand frames a
-/// second cost no event each. Nothing here allocates. Any thread.
+/// Coalesces figures: the next one replaces one that was not taken, so that a thousand frames a
+/// second do not post an event each. Does not allocate. Any thread.
 class StatusFigures {
 public:
-    /// What arrived since the last take().
+    /// Figures that arrived since the last take().
     struct Newest {
         std::optional<double> count; ///< frames received
         std::optional<StreamRates> rates;
@@ -30,7 +30,7 @@ public:
         const std::lock_guard lock(m_mutex);
         m_newest.rates = rates;
     }
-    /// Each figure once.
+    /// Returns each figure once.
     Newest take()
     {
         const std::lock_guard lock(m_mutex);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures: their samples, their screen image, and the memory that is used again.
+// Pictures: their samples, their screen image, and the reuse of their memory.
 #include "capture/Picture.h"
 #include "tests/support/QtTestMain.h"
 
@@ -110,7 +110,7 @@ void PictureTest::rowsOfAStreamAreAlignedToFourBytes_data()
         QTest::addRow("%d x %d", size.width(), size.height()) << size.width() << size.height();
 }
 
-// Under the address sanitizer it fails where an image is read beyond the end of its memory.
+// The address sanitizer reports an image that is read beyond the end of its memory.
 void PictureTest::rowsOfAStreamAreAlignedToFourBytes()
 {
     QFETCH(int, width);
@@ -119,7 +119,7 @@ void PictureTest::rowsOfAStreamAreAlignedToFourBytes()
     Planes planes(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), 8);
     std::vector<std::uint8_t> behind = planes.raw;
     const int row = (width + 3) / 4 * 4;
-    behind.resize(static_cast<std::size_t>(row * height)); // zeros behind the plane
+    behind.resize(static_cast<std::size_t>(row * height)); // zeros after the plane
     const PicturePtr sheared = maker.make(planes.published(), Rows::AlignedTo4, anySize);
     QCOMPARE(sheared->displayedImage(),
              QImage(behind.data(), width, height, row, QImage::Format_Grayscale8));

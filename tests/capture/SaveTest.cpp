@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Saved frames: names, formats, and files that could not be written whole.
+// Saved frames: names, formats, and files that could not be written completely.
 #include "capture/FrameSaveJob.h"
 #include "capture/Picture.h"
 #include "capture/SaveFileName.h"
@@ -69,7 +69,7 @@ private slots:
     void aStartedTaskWritesItsFile();
 
 private:
-    /// Of a frame in a pixel format of this name.
+    /// @param pixelFormat name of the frame's pixel format
     static PicturePtr pictureOf(OImageFrame &frame, const char *pixelFormat)
     {
         PictureMaker maker({}, meaningOf(pixelFormat));
@@ -86,7 +86,7 @@ private:
 
 namespace {
 
-/// Files of this process cannot grow beyond `bytes` while it lives.
+/// While it exists, files of this process cannot grow beyond `bytes`.
 class FullDisk {
 public:
     explicit FullDisk(rlim_t bytes)
@@ -309,7 +309,7 @@ void SaveTest::tasksOfTheSameMillisecondWriteFilesOfTheirOwn()
 
 void SaveTest::aFileThatIsThereIsKept_data() { addFormats(); }
 
-// As when the clock was set back while every frame is saved.
+// Happens when the clock is set back while every frame is saved.
 void SaveTest::aFileThatIsThereIsKept()
 {
     QFETCH(QString, format);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pixmaps of frames: their pixels, and the memory that they share with none that is held.
+// Pixmaps of frames: their pixels, and that no two held pixmaps share memory.
 #include "capture/ScreenImages.h"
 #include "tests/support/QtTestMain.h"
 
@@ -23,7 +23,7 @@ private slots:
 
 namespace {
 
-/// An image that differs from pixel to pixel and, by `seed`, from others.
+/// An image whose pixels differ from each other and from those of other seeds.
 QImage patterned(const QSize &size, QImage::Format format, int seed)
 {
     QImage image(size, format);
@@ -44,7 +44,7 @@ QPixmap pixmapOf(ScreenImages &images, const QImage &image)
     return QPixmap::fromImage(images.imageOf(image));
 }
 
-/// Pixmaps that share an image's memory have this in common: the image's own number.
+/// Equal for pixmaps that share an image's memory: the number of the image.
 qint64 memoryOf(const QPixmap &pixmap) { return pixmap.cacheKey() >> 32; }
 
 const QSize size(37, 5);
@@ -110,7 +110,7 @@ void ScreenImagesTest::memoryThatNobodyHoldsIsUsedAgain()
 {
     ScreenImages images;
     std::set<qint64> memories;
-    QPixmap shown; // as the window does: one is on show while the next is made
+    QPixmap shown; // as in the window: one is displayed while the next is made
     for (int seed = 0; seed < 50; ++seed) {
         shown = pixmapOf(images, patterned(size, QImage::Format_RGB888, seed));
         memories.insert(memoryOf(shown));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes what the viewer does with a frame record that claims sizes its planes do not have.
+// Fuzzes the viewer with frame records whose sizes do not match their planes.
 #include "capture/FramePixels.h"
 #include "capture/FrameSaveJob.h"
 #include "capture/Picture.h"
@@ -14,7 +14,7 @@ using viewertest::ByteTape;
 
 constexpr std::uint32_t largestEdge = 64;
 
-/// Mostly a size that planes can be made for, sometimes any number.
+/// Mostly a size that planes can be allocated for, sometimes any number.
 std::uint32_t edge(ByteTape &tape)
 {
     return tape.below(4) == 0 ? tape.number<std::uint32_t>() : tape.below(largestEdge + 1);
@@ -26,7 +26,7 @@ std::int32_t regionEdge(ByteTape &tape)
                               : static_cast<std::int32_t>(tape.below(2 * largestEdge));
 }
 
-/// A record and planes of the sizes that the library promises for it, as far as they are small.
+/// A record and planes of the sizes that the library guarantees, if they are small enough.
 struct Record {
     explicit Record(ByteTape &tape);
 
@@ -56,7 +56,7 @@ Record::Record(ByteTape &tape)
         raw.resize(wholeRawPlane()); // size not stated
     frame.raw = tape.below(8) == 0 || raw.empty() ? nullptr : raw.data();
     if (frame.width > largestEdge || frame.height > largestEdge)
-        return; // nobody could have made these planes
+        return; // no library could allocate these planes
     rgb.resize(std::size_t{3} * frame.width * frame.height);
     mono8.resize(std::size_t{frame.width} * frame.height);
     frame.rgb = tape.below(8) == 0 ? nullptr : rgb.data();
@@ -74,7 +74,7 @@ void checkSaved(const Record &record, const Picture &picture, ByteTape &tape)
     FUZZ_CHECK(heldBytes(*job) >= static_cast<std::size_t>(job->size));
 }
 
-/// A picture is made of every frame that has its pixels, and of no other, and can be saved.
+/// A picture is made exactly of the frames that have their pixels, and can be saved.
 void checkShown(const Record &record, ByteTape &tape)
 {
     OImageFrame frame = record.frame;
@@ -87,7 +87,8 @@ void checkShown(const Record &record, ByteTape &tape)
         PictureMaker maker(info, meaning);
         const Rows rows = tape.below(2) == 0 ? Rows::Packed : Rows::AlignedTo4;
         const PicturePtr picture = maker.make({&frame, {}}, rows, region);
-        FUZZ_CHECK((picture != nullptr) == (shownPixels(frame, meaning.plane, region) != nullptr));
+        FUZZ_CHECK((picture != nullptr) ==
+                   (displayedPixels(frame, meaning.plane, region) != nullptr));
         if (picture == nullptr)
             continue;
         FUZZ_CHECK(std::uint64_t{picture->width()} * picture->height() <= region);
@@ -96,7 +97,7 @@ void checkShown(const Record &record, ByteTape &tape)
     }
 }
 
-/// The preview grabs into buffers of its own; only the sizes in the record come from the library.
+/// The preview grabs into its own buffers; only the sizes in the record come from the library.
 void checkPainted(const Record &record, ByteTape &tape)
 {
     SensorCanvas canvas;
@@ -104,7 +105,7 @@ void checkPainted(const Record &record, ByteTape &tape)
     for (std::int32_t *number : {&size.offsetX, &size.offsetY, &size.maxWidth, &size.maxHeight})
         *number = regionEdge(tape);
     if (size.maxWidth > 512 || size.maxHeight > 512)
-        return; // painting millions of pixels finds nothing that thousands do not
+        return; // millions of pixels find nothing more than thousands
     canvas.fitTo(size);
     OImageFrame *grabbed = canvas.frame();
     grabbed->width = record.frame.width;
@@ -114,7 +115,7 @@ void checkPainted(const Record &record, ByteTape &tape)
     canvas.paintRgb(size);
     canvas.paintGrey(size);
     canvas.paintWords(size, static_cast<int>(tape.below(20)));
-    FUZZ_CHECK(canvas.picture().size() == QSize(size.maxWidth, size.maxHeight));
+    FUZZ_CHECK(canvas.image().size() == QSize(size.maxWidth, size.maxHeight));
 }
 
 } // namespace

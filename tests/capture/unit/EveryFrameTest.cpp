@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every frame is copied in order, or counted under the cause for which it was not.
+// Every frame is copied in order, or counted by the cause of its loss.
 #include "capture/EveryFrame.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t frameBytes = 64;
 
-/// Frames in memory of their own, as the library delivers them.
+/// Frames with their own memory, as the library delivers them.
 class Source {
 public:
     void publish(EveryFrame &tap)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The hub hands every frame to every tap, counts, and allocates nothing for it.
+// The hub publishes every frame to every tap and counts it without allocating.
 #include "capture/FrameHub.h"
 #include "capture/LatestFrame.h"
 #include "tests/support/CountedAllocations.h"
@@ -158,7 +158,7 @@ TEST(FrameHub, noTapIsCalledOnceDetachReturned)
         const int frames = tap->frames;
         std::this_thread::yield();
         EXPECT_EQ(tap->frames, frames);
-    } // a tap that is called after this is used after its end: the sanitizers see it
+    } // the sanitizers report a tap that is called after this
     ending = true;
     delivery.join();
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which pixels of a frame are shown, and that nothing else is touched.
+// Which pixels of a frame are displayed, and that nothing else is read.
 #include "capture/FramePixels.h"
 
 #include <gtest/gtest.h>
@@ -57,12 +57,12 @@ TEST(DisplayPlane, otherGreyShowsTheRawPlane)
     EXPECT_EQ(displayPlane(false, 0), FramePlane::Raw);
 }
 
-TEST(ShownPixels, areThoseOfThePlane)
+TEST(DisplayedPixels, areThoseOfThePlane)
 {
     const Frame frame(4, 3);
-    EXPECT_EQ(shownPixels(frame.record, FramePlane::Rgb, 12), frame.record.rgb);
-    EXPECT_EQ(shownPixels(frame.record, FramePlane::Mono8, 12), frame.record.mono8);
-    EXPECT_EQ(shownPixels(frame.record, FramePlane::Raw, 12), frame.record.raw);
+    EXPECT_EQ(displayedPixels(frame.record, FramePlane::Rgb, 12), frame.record.rgb);
+    EXPECT_EQ(displayedPixels(frame.record, FramePlane::Mono8, 12), frame.record.mono8);
+    EXPECT_EQ(displayedPixels(frame.record, FramePlane::Raw, 12), frame.record.raw);
 }
 
 struct Refusal {
@@ -78,8 +78,8 @@ class Refused : public testing::TestWithParam<Refusal> {};
 TEST_P(Refused, frameIsLeftAlone)
 {
     const Refusal &refusal = GetParam();
-    EXPECT_EQ(shownPixels(refusal.frame, refusal.plane,
-                          regionPixels(refusal.regionWidth, refusal.regionHeight)),
+    EXPECT_EQ(displayedPixels(refusal.frame, refusal.plane,
+                              regionPixels(refusal.regionWidth, refusal.regionHeight)),
               nullptr);
 }
 
@@ -111,12 +111,12 @@ INSTANTIATE_TEST_SUITE_P(
                 0x7FFFFFFF}),
     [](const auto &row) { return row.param.name; });
 
-// What an application sees of a library that leaves the field out.
-TEST(ShownPixels, ofARawPlaneWithoutASizeAreTheWholePlane)
+// As delivered by a library that omits the field.
+TEST(DisplayedPixels, ofARawPlaneWithoutASizeAreTheWholePlane)
 {
     Frame frame(4, 3);
     frame.record.rawSize = 0;
-    EXPECT_EQ(shownPixels(frame.record, FramePlane::Raw, 12), frame.record.raw);
+    EXPECT_EQ(displayedPixels(frame.record, FramePlane::Raw, 12), frame.record.raw);
 }
 
 struct RawSize {

@@ -22,8 +22,7 @@ TEST(PixelMeaning, followsNameAndCode)
         {"mono8", 0, true, false, false, false, true, FramePlane::Rgb},
         {"BayerGR8", 0x01080008, true, true, true, false, false, FramePlane::Rgb},
         {"BayerGR12", 0x01100010, true, true, true, true, false, FramePlane::Rgb},
-        // A code of 12 bits counts in a format without colour only, whatever its name says of a
-        // mosaic.
+        // A 12-bit code matters only in a format without colour, even if its name contains "Bayer".
         {"MonoBayer", 0x01100010, false, false, true, false, true, FramePlane::Mono8},
         {"RGB8", 0x02180014, true, false, false, false, false, FramePlane::Rgb},
         {"YUV422_8", 0x02100032, true, false, true, false, false, FramePlane::Rgb},

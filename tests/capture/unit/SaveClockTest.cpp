@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The clock that gives out no millisecond twice.
+// The clock that returns no millisecond twice.
 #include "capture/SaveClock.h"
 
 #include <gmock/gmock.h>
@@ -17,7 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 using Time = SaveClock::Time;
 
-std::vector<Time> readings; // what the clock shows from reading to reading, the last one for ever
+std::vector<Time> readings; // returned one after the other; the last one repeats
 std::size_t nextReading = 0;
 
 Time scripted()

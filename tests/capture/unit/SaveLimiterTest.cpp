@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The bound on frames that wait to be written.
+// The bound on frames queued for saving.
 #include "capture/SaveLimiter.h"
 
 #include <gtest/gtest.h>
@@ -41,7 +41,7 @@ TEST(SaveLimiter, waitsForAPlace)
 {
     SaveLimiter limiter(30);
     SaveLimiter::Place first = limiter.take(10);
-    SaveLimiter::Place second = limiter.take(10); // one more is kept back
+    SaveLimiter::Place second = limiter.take(10); // room for one more is reserved
     std::atomic<bool> got{false};
     std::thread display([&] {
         const SaveLimiter::Place third = limiter.take(10);
