@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Construction of the camera control panel, its keys, and the hand-over of the camera.
+// Construction of the camera control panel, its keys, its width, and the change of cameras.
 #include "control/CameraCtrl.h"
 
 #include "capture/StreamControl.h"
@@ -30,7 +30,7 @@ CameraCtrl::CameraCtrl(QWidget *parent)
     connect(ui->cbPixelFormat, &QComboBox::currentTextChanged, this, &CameraCtrl::publishCamera);
     connect(ui->cmbSaveExt, &QComboBox::currentTextChanged, this, &CameraCtrl::publishSaveOpt);
     connect(ui->edSavePath, &QLineEdit::textChanged, this, &CameraCtrl::publishSaveOpt);
-    leaveWheelToScrolling();
+    ignoreWheelWithoutFocus();
     scrollByFocus();
     alignRangeLabels();
     if (parentWidget() != nullptr)
@@ -44,7 +44,7 @@ void CameraCtrl::loadConfigurationValue(void *handle)
     if (handle != nullptr && handle != m_hCamera) {
         m_hCamera = handle;
         m_sizeInfo = {};                  // another sensor
-        ui->chkShutter->setEnabled(true); // greyed out by a refusal of the camera before
+        ui->chkShutter->setEnabled(true); // disabled if the previous camera refused it
         publishCamera();
     }
     loadTriggerValue();
@@ -65,14 +65,14 @@ void CameraCtrl::releaseCamera()
 void CameraCtrl::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Enter)
-        event->accept(); // keypad Enter has ended the editing of a box and shall do nothing more
+        event->accept(); // keypad Enter ends the editing of a box and must do nothing else
     else
         QWidget::keyPressEvent(event);
 }
 
-/// Scrolling a tab must not change the settings that pass below the pointer on its way: the wheel
-/// acts on the control that has the focus only.
-void CameraCtrl::leaveWheelToScrolling()
+/// Scrolling a tab must not change the settings that pass below the pointer: the wheel changes only
+/// the control that has the focus.
+void CameraCtrl::ignoreWheelWithoutFocus()
 {
     for (QWidget *control : ui->tabWidget->findChildren<QWidget *>()) {
         if (qobject_cast<QAbstractSpinBox *>(control) == nullptr &&
@@ -88,23 +88,23 @@ bool CameraCtrl::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == parentWidget()) {
         if (event->type() == QEvent::Resize)
-            QMetaObject::invokeMethod(this, &CameraCtrl::goBackToWidth, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, &CameraCtrl::restoreWidth, Qt::QueuedConnection);
         return QDockWidget::eventFilter(watched, event);
     }
     if (event->type() != QEvent::Wheel || static_cast<QWidget *>(watched)->hasFocus())
         return QDockWidget::eventFilter(watched, event);
-    event->ignore(); // goes on to the scroll area
+    event->ignore(); // Qt passes it to the scroll area
     return true;
 }
 
-/// The areas scroll to the control that has the focus; as stations of their own they are of no use.
+/// A scroll area follows the control that has the focus, so it needs no tab stop of its own.
 void CameraCtrl::scrollByFocus()
 {
     for (QScrollArea *area : ui->tabWidget->findChildren<QScrollArea *>())
         area->setFocusPolicy(Qt::NoFocus);
 }
 
-/// One column of boxes for both groups of the trigger tab.
+/// Aligns the boxes of both groups of the trigger tab in one column.
 void CameraCtrl::alignRangeLabels()
 {
     const int width =
@@ -113,8 +113,7 @@ void CameraCtrl::alignRangeLabels()
     ui->laStroDuration->setMinimumWidth(width);
 }
 
-/// Wide enough for captions and range labels. Narrower, on a small screen, and lower the tabs
-/// scroll.
+/// Wide enough for captions and range labels. The tabs scroll in a smaller panel.
 QSize CameraCtrl::sizeHint() const
 {
     int width = ui->tabWidget->tabBar()->sizeHint().width();
@@ -137,8 +136,8 @@ void CameraCtrl::showEvent(QShowEvent *event)
     widenToTabs();
 }
 
-/// A dock keeps the width that it has had, also when another camera has longer ranges. A width that
-/// the user has given it meanwhile stays as long as the ranges do.
+/// Widens the dock if a camera has longer ranges than those before; Qt keeps the old width. A width
+/// that the user chooses stays until the ranges get longer.
 void CameraCtrl::widenToTabs()
 {
     auto *window = qobject_cast<QMainWindow *>(parentWidget());
@@ -146,22 +145,21 @@ void CameraCtrl::widenToTabs()
     if (window == nullptr || !isVisible() || isFloating() || wanted <= m_nWidened)
         return;
     m_nWidened = wanted;
-    m_nKept = std::max(width(), wanted);
-    goBackToWidth();
+    m_nPreferred = std::max(width(), wanted);
+    restoreWidth();
 }
 
-/// A width that the user gives the dock is one to go back to, unlike that which a narrow window
-/// leaves.
+/// Keeps a width that the user chooses with the mouse, but not one that a narrow window enforces.
 void CameraCtrl::resizeEvent(QResizeEvent *event)
 {
     QDockWidget::resizeEvent(event);
     if (QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
-        m_nKept = width();
+        m_nPreferred = width();
 }
 
-void CameraCtrl::goBackToWidth()
+void CameraCtrl::restoreWidth()
 {
     auto *window = qobject_cast<QMainWindow *>(parentWidget());
-    if (window != nullptr && isVisible() && !isFloating() && width() < m_nKept)
-        window->resizeDocks({this}, {m_nKept}, Qt::Horizontal);
+    if (window != nullptr && isVisible() && !isFloating() && width() < m_nPreferred)
+        window->resizeDocks({this}, {m_nPreferred}, Qt::Horizontal);
 }

@@ -19,69 +19,68 @@ namespace Ui {
 class CameraCtrl;
 }
 
-/// Mirrors the settings of the open camera on four tabs and writes every change straight to it.
-/// There is no model in between: a load shows what the camera reports, and passes numbers that are
-/// new to a spin box back to the camera. What cannot be read stays as it is, and is not sent. A
-/// value that the camera refuses or adjusts stays in its box until the next load; the region is
-/// read back at once. Everything runs on the GUI thread, except GrabThread() and, from any thread,
-/// getSaveOpt().
+/// Displays the settings of the open camera on four tabs and writes every change straight to the
+/// camera, without a model in between. A load displays the values that the camera reports; a number
+/// that is new to its spin box is written back to the camera. A control whose value cannot be read
+/// keeps its content and sends nothing. A value that the camera refuses or adjusts stays in its box
+/// until the next load; the region is read back at once. Everything runs on the GUI thread, except
+/// GrabThread() and, from any thread, getSaveOpt().
 class CameraCtrl : public QDockWidget {
     Q_OBJECT
 
 public:
-    /// `parent` is the main window; one that is no StreamControl counts as never streaming.
+    /// `parent` is the main window. A parent that is no StreamControl counts as never streaming.
     explicit CameraCtrl(QWidget *parent = nullptr);
     ~CameraCtrl() override;
 
     QSize sizeHint() const override;
 
-    /// Takes `handle` for the open camera, null keeps the present one, and reloads every tab from
-    /// it.
+    /// Sets the open camera and reloads every tab from it. Null reloads from the current camera.
     void loadConfigurationValue(void *handle);
-    /// Forgets the camera. To be called when it is closed, after DeleteGrabThread().
+    /// Detaches the panel from the camera. Call it when the camera is closed, after
+    /// DeleteGrabThread().
     void releaseCamera();
 
     /// Sets the save options to their defaults.
     void loadSaveOpt();
-    /// Where and how to save: directory, format as shown ("BMP"), 1 for one frame per arming or -1
-    /// for every frame. Any thread.
+    /// The save options: directory, format as displayed ("BMP"), and 1 for one frame per arming or
+    /// -1 for every frame. Any thread.
     void getSaveOpt(QString *path, QString *format, int *count);
 
-    /// Starts the sensor preview; nothing if it runs.
+    /// Starts the sensor preview. Does nothing if it runs.
     void CreateGrabThread();
-    /// Ends the sensor preview and waits for it: at once, or as long as a grab is under way (at
-    /// most its time-out of one second). No picture arrives afterwards.
+    /// Stops the sensor preview and joins its thread; waits for a pending grab, at most its
+    /// time-out of one second. No image arrives afterwards.
     void DeleteGrabThread();
 
-    /// Lets no grab of the sensor preview run until resumePreview(), and waits for one that runs
-    /// (at most its time-out of one second): to be called around writes that may change the
-    /// sensor's size. Calls nest.
+    /// Suspends grabs of the sensor preview until resumePreview() and waits for a pending one, at
+    /// most its time-out of one second. Call it around writes that may change the sensor's size.
+    /// Calls nest.
     void pausePreview();
     /// @copydoc pausePreview
     void resumePreview();
 
-    /// Converts an image of the present region's size from 16-bit little-endian words with `bits`
-    /// significant bits to 8 bits; leaves `dst` alone if `bits` is 8. `src` holds width x height
+    /// Converts an image of the size of the current region from 16-bit little-endian words with
+    /// `bits` significant bits to 8 bits; writes nothing if `bits` is 8. `src` holds width x height
     /// words, `dst` takes width x height bytes.
     void RawXXtoRaw8(unsigned char *dst, unsigned char *src, int bits);
 
 signals:
-    /// The region was written: the rubber band on the preview goes.
+    /// The region was written; hides the rubber band on the preview.
     void sigHideRubberBand();
 
 public slots:
-    /// Shows what the camera is set to on the tab of features. `bUpdate` makes no difference.
+    /// Reads and displays the features of the first tab. `bUpdate` has no effect.
     void loadFeatureValue(bool bUpdate);
-    /// Shows what the camera's trigger is set to.
+    /// Reads and displays the trigger settings.
     void loadTriggerValue();
-    /// Shows what the camera's strobe is set to.
+    /// Reads and displays the strobe settings.
     void loadStrobeValue();
-    /// Shows region, pixel format and frame rate, and their bounds.
+    /// Reads and displays region, pixel format and frame rate, and their bounds.
     void loadVideoInfo();
-    /// Shows the user sets, and the one that the camera starts with.
+    /// Reads and displays the user sets and the default one.
     void loadUserSet();
-    /// Shows the region that was drawn from `start` to `end`, in pixels of the preview, as sensor
-    /// pixels.
+    /// Displays in sensor pixels the region drawn from `start` to `end` in pixels of the preview.
     void slotCurrentPoint(QPoint start, QPoint end);
 
 private slots: // connected by name: "Feature Setting"
@@ -191,32 +190,32 @@ private:
     void loadPixelFormats();
     void fillSaveExtensions(const QStringList &always);
 
-    void leaveWheelToScrolling();
+    void ignoreWheelWithoutFocus();
     void scrollByFocus();
     void widenToTabs();
-    void goBackToWidth();
+    void restoreWidth();
     void alignRangeLabels();
     void setSaveCount(int count);
     void publishSaveOpt();
     void publishCamera();
 
-    // Preview thread, but for takePreview().
+    // Preview thread, except takePreview().
     void GrabThread();
-    void postPreview(QImage picture);
+    void postPreview(QImage image);
     void takePreview();
 
     std::unique_ptr<Ui::CameraCtrl> ui;
     StreamControl *m_pMainWindow; // not owned; may be null
     OCameraHandle m_hCamera = nullptr;
     bool m_bGammaScaled = true; // the gamma slider works in tenths
-    double m_formGammaStep = 0; // of the spin box, while the slider is scaled
+    double m_formGammaStep = 0; // step of the spin box while the slider is scaled
     OSizeInfo m_sizeInfo{};
 
     std::mutex m_saveMutex; // guards m_saveOption
     SaveOption m_saveOption;
-    int m_nWidened = 0;  // width asked for since the panel was shown
-    int m_nKept = 0;     // width to go back to when there is room again
-    int m_saveCount = 1; // the GUI thread's own: 1 for "Once", -1 for "All"
+    int m_nWidened = 0;   // largest width requested since the panel appeared
+    int m_nPreferred = 0; // width to restore when there is room again
+    int m_saveCount = 1;  // GUI thread only: 1 for "Once", -1 for "All"
 
     bool m_bGrabRunning = false;
     std::thread m_grabThread;

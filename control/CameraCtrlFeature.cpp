@@ -14,7 +14,7 @@
 
 namespace {
 
-// Not constexpr: to Clang the length that Qt takes of them is no constant.
+// Not constexpr: Clang does not treat Qt's computation of their length as a constant expression.
 const QLatin1String continuousBalance("Continuous");
 const QLatin1String singleBalance("Once");
 
@@ -53,7 +53,7 @@ void CameraCtrl::loadInteger(const IntegerFeature &feature)
         showInteger(feature, value, bounded);
 }
 
-/// False, and the range as it was, if the camera does not report it.
+/// Returns false and keeps the range if the camera does not report one.
 bool CameraCtrl::loadRange(const IntegerFeature &feature)
 {
     std::int32_t minimum = 0;
@@ -62,8 +62,8 @@ bool CameraCtrl::loadRange(const IntegerFeature &feature)
         return false;
     (ui.get()->*feature.range)->setText(rangeText(minimum, maximum));
     QSpinBox *spin = ui.get()->*feature.spin;
-    // A box that new bounds move must not overwrite the value that is about to be
-    // read.
+    // New bounds may change the value of the box, which must not be written before the camera's
+    // value is read.
     const QSignalBlocker blocker(spin);
     spin->setRange(minimum, maximum);
     (ui.get()->*feature.slider)->setRange(minimum, sliderEnd(minimum, maximum));
@@ -122,7 +122,7 @@ void CameraCtrl::loadGamma()
     ui->sliGamma->setValue(gammaSliderValue(value, m_bGammaScaled));
 }
 
-/// False, and the range as it was, if the camera does not report it.
+/// Returns false and keeps the range if the camera does not report one.
 bool CameraCtrl::loadGammaRange()
 {
     float minimum = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The slots of the integer features: every change reaches the camera through the spin box, whose
-// slot then moves the slider.
+// The slots of the integer features. Every change passes through the spin box, whose slot writes to
+// the camera and then moves the slider.
 #include "control/CameraCtrl.h"
 
 #include "control/IntegerFeature.h"

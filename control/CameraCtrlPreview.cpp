@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The thread that shows the newest frame at its place on the sensor, once a second.
+// The thread that displays the newest frame at its position on the sensor, once a second.
 #include "control/CameraCtrl.h"
 
 #include "capture/RawConversion.h"
@@ -37,7 +37,7 @@ void CameraCtrl::CreateGrabThread()
     try {
         m_grabThread = std::thread(&CameraCtrl::GrabThread, this);
     } catch (const std::system_error &) {
-        return; // no thread left: the camera works without its preview
+        return; // best effort: the camera works without a preview
     }
     m_bGrabRunning = true;
 }
@@ -54,7 +54,7 @@ void CameraCtrl::DeleteGrabThread()
     m_grabThread.join();
     m_bGrabRunning = false;
     const std::lock_guard lock(m_preview.mutex);
-    m_preview.picture = QImage(); // may be on its way still
+    m_preview.image = QImage(); // discard an image that the GUI has not taken
 }
 
 void CameraCtrl::GrabThread()
@@ -62,11 +62,11 @@ void CameraCtrl::GrabThread()
     SensorCanvas canvas;
     for (;;) {
         {
-            const PreviewTurn turn(m_preview);
-            if (!turn.granted())
+            const PreviewPass pass(m_preview);
+            if (!pass.granted())
                 return;
-            lookAtSensor(turn.source(), canvas,
-                         [this](QImage picture) { postPreview(std::move(picture)); });
+            refreshPreview(pass.source(), canvas,
+                           [this](QImage image) { postPreview(std::move(image)); });
         }
         sleepUntilDue(m_preview);
     }
@@ -76,32 +76,32 @@ void CameraCtrl::pausePreview() { PreviewPause::begin(m_preview); }
 
 void CameraCtrl::resumePreview() { PreviewPause::end(m_preview); }
 
-void CameraCtrl::postPreview(QImage picture)
+void CameraCtrl::postPreview(QImage image)
 {
     bool alreadyPosted = false;
     {
         const std::lock_guard lock(m_preview.mutex);
-        m_preview.picture = std::move(picture);
+        m_preview.image = std::move(image);
         alreadyPosted = std::exchange(m_preview.posted, true);
     }
-    if (!alreadyPosted) // else the GUI thread is late, and will find the newer picture
+    if (!alreadyPosted) // coalesce: else the pending call takes the newer image
         QMetaObject::invokeMethod(
             this, [this] { takePreview(); }, Qt::QueuedConnection);
 }
 
 void CameraCtrl::takePreview()
 {
-    QImage picture;
+    QImage image;
     {
         const std::lock_guard lock(m_preview.mutex);
-        picture.swap(m_preview.picture);
+        image.swap(m_preview.image);
         m_preview.posted = false;
     }
-    if (picture.isNull())
+    if (image.isNull())
         return;
     const QSize size(std::max(1, ui->laROI->width() - 2), std::max(1, ui->laROI->height() - 2));
     ui->laROI->setPixmap(
-        QPixmap::fromImage(picture.scaled(size, Qt::IgnoreAspectRatio, Qt::FastTransformation)));
+        QPixmap::fromImage(image.scaled(size, Qt::IgnoreAspectRatio, Qt::FastTransformation)));
 }
 
 void CameraCtrl::publishCamera()

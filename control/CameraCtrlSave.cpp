@@ -29,8 +29,7 @@ void CameraCtrl::loadSaveOpt()
 void CameraCtrl::fillSaveExtensions(const QStringList &always)
 {
     {
-        const QSignalBlocker blocker(
-            ui->cmbSaveExt); // no frame is saved in a format of half a list
+        const QSignalBlocker blocker(ui->cmbSaveExt); // do not publish a format while repopulating
         ui->cmbSaveExt->clear();
         ui->cmbSaveExt->addItems(saveExtensions(always, ui->cbPixelFormat->currentText()));
     }
@@ -63,7 +62,7 @@ void CameraCtrl::on_radioSaveAll_clicked() { setSaveCount(everyFrame); }
 
 void CameraCtrl::on_btnSaveBrowser_clicked()
 {
-    // Kept: the caption, and that giving up the choice empties the path.
+    // Deliberate: the caption, and that cancelling the dialog empties the path.
     ui->edSavePath->setText(QFileDialog::getExistingDirectory(
         this, QStringLiteral("dd"), ui->edSavePath->text(), QFileDialog::ShowDirsOnly));
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Exposure times beyond the slider's numbers end at its last one.
+/// Limits an exposure time to the numbers that a slider can hold.
 int sliderValue(std::uint32_t microseconds)
 {
     constexpr std::uint32_t largest = std::numeric_limits<int>::max();
@@ -34,7 +34,7 @@ void CameraCtrl::loadShutter()
     showShutter(value, bounded);
 }
 
-/// False, and the range as it was, if the camera does not report it.
+/// Returns false and keeps the range if the camera does not report one.
 bool CameraCtrl::loadShutterRange()
 {
     std::uint32_t minimum = 0;
@@ -56,7 +56,7 @@ void CameraCtrl::setShutterEnabled(bool enabled)
 void CameraCtrl::showShutter(std::uint32_t value, bool bounded)
 {
     showRead(ui->spiShutter, qlonglong{value}, bounded);
-    ui->spiShutter->setSingleStep(shutterStep(value)); // also if the box showed it already
+    ui->spiShutter->setSingleStep(shutterStep(value)); // even if the value did not change
     ui->sliShutter->setValue(sliderValue(value));
 }
 
@@ -71,7 +71,7 @@ void CameraCtrl::on_spiShutter_valueChanged(qlonglong value)
 
 void CameraCtrl::on_sliShutter_actionTriggered(int action)
 {
-    // This box takes any number; the slider ends at its bounds.
+    // Clamp to the slider's bounds: the box accepts any number.
     if (const auto target = pageTarget(*ui->sliShutter, action)) {
         ui->spiShutter->setValue(
             std::clamp(*target, ui->sliShutter->minimum(), ui->sliShutter->maximum()));
@@ -89,7 +89,7 @@ void CameraCtrl::on_chkShutter_clicked(bool checked)
     if (!checked) {
         bool automatic = false;
         if (OrvalisGetShutter(m_hCamera, &value, &automatic) != 0) {
-            ui->chkShutter->setChecked(true); // without a time to send the camera stays automatic
+            ui->chkShutter->setChecked(true); // stay automatic: there is no time to send
             return;
         }
         showShutter(value);
@@ -97,5 +97,5 @@ void CameraCtrl::on_chkShutter_clicked(bool checked)
     if (OrvalisSetShutter(m_hCamera, value, checked) == 0)
         setShutterEnabled(!checked);
     else
-        ui->chkShutter->setEnabled(!checked); // kept: a camera that refuses is not asked again
+        ui->chkShutter->setEnabled(!checked); // Deliberate: the box stays disabled
 }

@@ -22,7 +22,7 @@ constexpr NameList strobePolarities{OrvalisGetNumAvailableStrobePolaritys,
                                     OrvalisGetAvailableStrobePolaritysIdxToStr,
                                     OrvalisGetStrobePolarityStr};
 
-/// Shows what a getter reports; after a failure the widget stays as it is.
+/// Displays the value that `read` reports; keeps the widget's value if it fails.
 void showSwitch(QCheckBox *box, OCameraHandle camera, std::int32_t (*read)(OCameraHandle, bool *))
 {
     bool on = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tab "Miscellaneous": sets of settings that the camera keeps.
+// The tab "Miscellaneous": sets of settings stored in the camera.
 #include "control/CameraCtrl.h"
 
 #include "control/LibraryNames.h"
@@ -29,7 +29,7 @@ void CameraCtrl::loadUserSet()
             ui->cmbUserSet->addItem(QString::fromLatin1(name));
         }
     }
-    char name[ORVALIS_TEXT_SIZE] = {}; // a camera may have a string in place of the enumeration
+    char name[ORVALIS_TEXT_SIZE] = {}; // some cameras have a string instead of an enumeration
     OrvalisGetNodeString(m_hCamera, defaultSelector, name);
     selectName(ui->cmbUserSet, boundedText(name, sizeof name));
 }

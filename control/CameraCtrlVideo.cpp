@@ -46,15 +46,15 @@ void CameraCtrl::loadFrameRate()
         showRead(ui->spiFrameRate, static_cast<double>(rate), bounded);
 }
 
-/// False, and the range as it was, if the camera does not report it.
+/// Returns false and keeps the range if the camera does not report one.
 bool CameraCtrl::loadFrameRateRange()
 {
     float minimum = 0;
     float maximum = 0;
     if (OrvalisGetFrameRateMinMax(m_hCamera, &minimum, &maximum) != 0)
         return false;
-    // A box that new bounds move must not overwrite the rate that is about to be
-    // read.
+    // New bounds may change the value of the box, which must not be written before the camera's
+    // rate is read.
     const QSignalBlocker blocker(ui->spiFrameRate);
     ui->spiFrameRate->setRange(static_cast<double>(minimum), static_cast<double>(maximum));
     return true;
@@ -66,7 +66,7 @@ void CameraCtrl::loadPixelFormats()
     OrvalisGetNumAvailablePixelFormats(m_hCamera, &count);
     bool found = false;
     {
-        const QSignalBlocker blocker(ui->cbPixelFormat); // half a list is nobody's business
+        const QSignalBlocker blocker(ui->cbPixelFormat); // suppress signals while repopulating
         ui->cbPixelFormat->clear();
         appendNames(ui->cbPixelFormat, m_hCamera, count, OrvalisGetAvailablePixelFormatsIdxToStr);
         found = selectName(ui->cbPixelFormat, readName(m_hCamera, OrvalisGetPixelFormatStr));
@@ -120,7 +120,7 @@ void CameraCtrl::on_cbPixelFormat_activated(const QString &text)
 
 void CameraCtrl::slotCurrentPoint(QPoint start, QPoint end)
 {
-    OSizeInfo size = m_sizeInfo; // should the camera not answer
+    OSizeInfo size = m_sizeInfo; // fallback if the camera does not answer
     OrvalisGetSizeInfo(m_hCamera, &size);
     const Region region =
         regionFromDrag(start, end, ui->laROI->size(), QSize(size.maxWidth, size.maxHeight));

@@ -16,7 +16,7 @@ namespace {
 
 struct ShutterRange {
     qlonglong end; // first time beyond this range
-    int step;
+    int step;      // microseconds
 };
 
 constexpr ShutterRange shutterRanges[] = {
@@ -63,7 +63,7 @@ bool isGammaScaled(float maximum) { return static_cast<double>(maximum) <= 1.01;
 
 int gammaSliderValue(float gamma, bool scaled)
 {
-    // In single precision: 0.7f x 10 is 7 there, but a little less than 7 in double precision.
+    // Single precision: 0.7f x 10 is 7, but slightly less than 7 in double precision.
     return truncated(scaled ? gamma * 10.0F : gamma);
 }
 
@@ -79,7 +79,7 @@ Region regionFromDrag(QPoint start, QPoint end, QSize label, QSize sensor)
     const double scaleX = static_cast<double>(sensor.width()) / std::max(1, label.width());
     const double scaleY = static_cast<double>(sensor.height()) / std::max(1, label.height());
     const QPointF from(start);
-    const QPointF extent = QPointF(end) - from; // may be beyond an int
+    const QPointF extent = QPointF(end) - from; // in floating point: may exceed an int
     return {truncated(from.x() * scaleX), truncated(from.y() * scaleY),
             truncated(extent.x() * scaleX), truncated(extent.y() * scaleY)};
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The features that are edited in a spin box and a slider of whole numbers.
+// The features that are edited in an integer spin box and a slider.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -8,7 +8,7 @@
 #include <array>
 #include <cstdint>
 
-/// Where a feature is shown and how it is read and written.
+/// The widgets of a feature and the library calls that read and write it.
 struct IntegerFeature {
     QSpinBox *Ui_CameraCtrl::*spin;
     QSlider *Ui_CameraCtrl::*slider;

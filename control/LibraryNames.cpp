@@ -8,7 +8,7 @@
 #include <cstring>
 
 namespace {
-constexpr std::int32_t largestList = 256;
+constexpr std::int32_t maxEntries = 256;
 }
 
 QByteArray boundedText(const char *buffer, std::size_t size)
@@ -25,7 +25,7 @@ QByteArray readName(OCameraHandle camera, NameReader read)
 
 void appendNames(QComboBox *combo, OCameraHandle camera, std::int32_t count, EntryReader read)
 {
-    for (std::int32_t index = 0; index < std::min(count, largestList); ++index) {
+    for (std::int32_t index = 0; index < std::min(count, maxEntries); ++index) {
         char buffer[ORVALIS_NAME_SIZE] = {};
         read(camera, index, buffer);
         combo->addItem(QString::fromLatin1(boundedText(buffer, sizeof buffer)));
@@ -35,7 +35,7 @@ void appendNames(QComboBox *combo, OCameraHandle camera, std::int32_t count, Ent
 bool selectName(QComboBox *combo, const QByteArray &name)
 {
     if (name.isEmpty())
-        return false; // a name that could not be read, like an entry that could not
+        return false; // unreadable, and must not match an unreadable entry
     for (int index = 0; index < combo->count(); ++index) {
         if (combo->itemText(index).toLatin1() == name) {
             combo->setCurrentIndex(index);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the panel's GUI thread shares with the threads that read from it.
+// Data that the panel's GUI thread shares with the display thread and the preview thread.
 #pragma once
 
 #include "control/SensorPreview.h"
@@ -19,28 +19,28 @@ struct SaveOption {
 
 /// Everything that passes between the GUI thread and the sensor preview thread.
 struct PreviewShared {
-    std::mutex mutex;                // guards all members below but `changed`
-    std::condition_variable changed; // `stop`, `paused` or `grabbing` is another
+    std::mutex mutex;                // guards all members below except `changed`
+    std::condition_variable changed; // notified when `stop`, `paused` or `grabbing` changes
     PreviewSource source;
-    QImage picture;      // the newest one, until the GUI thread takes it
-    bool posted = false; // the GUI thread has been told of `picture`
+    QImage image;        // the newest one, until the GUI thread takes it
+    bool posted = false; // a call that takes `image` is queued for the GUI thread
     bool stop = false;
-    int paused = 0;        // above 0 while a size may change
+    int paused = 0;        // above 0 while the sensor's size may change
     bool grabbing = false; // from before the size is read until the grab has returned
 };
 
-/// One turn of the preview thread, from reading the sensor's size to the end of the grab.
-class PreviewTurn {
+/// One pass of the preview thread, from reading the sensor's size to the end of the grab.
+class PreviewPass {
 public:
     /// Waits while the preview is paused.
-    explicit PreviewTurn(PreviewShared &preview) : m_preview(preview)
+    explicit PreviewPass(PreviewShared &preview) : m_preview(preview)
     {
         std::unique_lock lock(m_preview.mutex);
         m_preview.changed.wait(lock, [this] { return m_preview.stop || m_preview.paused == 0; });
         m_granted = m_preview.grabbing = !m_preview.stop;
         m_source = m_preview.source;
     }
-    ~PreviewTurn()
+    ~PreviewPass()
     {
         {
             const std::lock_guard lock(m_preview.mutex);
@@ -48,12 +48,12 @@ public:
         }
         m_preview.changed.notify_all();
     }
-    PreviewTurn(const PreviewTurn &) = delete;
-    PreviewTurn &operator=(const PreviewTurn &) = delete;
+    PreviewPass(const PreviewPass &) = delete;
+    PreviewPass &operator=(const PreviewPass &) = delete;
 
-    /// False if the thread has to end.
+    /// False if the thread must end.
     bool granted() const { return m_granted; }
-    /// What to show, as it was when the turn began.
+    /// Camera and pixel format at the beginning of the pass.
     const PreviewSource &source() const { return m_source; }
 
 private:
@@ -62,8 +62,8 @@ private:
     bool m_granted = false;
 };
 
-/// Lets no turn begin during its scope, and waits for one that has begun (at most the time-out of a
-/// grab): for writes after which the sensor may be larger than the buffers of that grab.
+/// Suspends passes during its scope and waits for a pending one, at most the time-out of a grab.
+/// Use it for writes that may make the sensor larger than the buffers of that grab.
 class PreviewPause {
 public:
     explicit PreviewPause(PreviewShared &preview) : m_preview(preview) { begin(m_preview); }
@@ -71,7 +71,7 @@ public:
     PreviewPause(const PreviewPause &) = delete;
     PreviewPause &operator=(const PreviewPause &) = delete;
 
-    /// The same without a scope; pauses nest.
+    /// The same without a scope. Pauses nest.
     static void begin(PreviewShared &preview)
     {
         std::unique_lock lock(preview.mutex);

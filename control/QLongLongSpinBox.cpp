@@ -9,7 +9,7 @@
 
 namespace {
 
-/// 32-bit product, wrapping.
+/// Deliberate: the product wraps at 32 bits.
 int stepDelta(int steps, int singleStep)
 {
     return static_cast<int>(static_cast<quint32>(steps) * static_cast<quint32>(singleStep));
@@ -29,8 +29,8 @@ qlonglong saturatingAdd(qlonglong value, int delta)
 
 QLongLongSpinBox::QLongLongSpinBox(QWidget *parent) : QAbstractSpinBox(parent)
 {
-    // The base filters every key through validate(). "1" on the way to "12345" is Invalid with a
-    // minimum of 50, so people could not type: the text is judged when they have finished instead.
+    // The base class calls validate() at every key and rejects a "1" that is meant to become
+    // "12345" if the minimum is 50. Without a validator the text is checked when editing ends.
     lineEdit()->setValidator(nullptr);
     lineEdit()->setText(QLongLongSpinBox::textFromValue(m_value));
     connect(lineEdit(), &QLineEdit::returnPressed, this, &QLongLongSpinBox::onReturnPressed);
@@ -93,7 +93,7 @@ void QLongLongSpinBox::onReturnPressed()
 void QLongLongSpinBox::focusOutEvent(QFocusEvent *event)
 {
     QAbstractSpinBox::focusOutEvent(event);
-    // Leaving the box ends the editing as Return does; its own context menu does not leave it.
+    // Losing the focus ends editing like Return, except to the box's own context menu.
     if (event->reason() != Qt::PopupFocusReason)
         onReturnPressed();
 }

@@ -4,8 +4,8 @@
 
 #include <QAbstractSpinBox>
 
-/// Holds what the program gives it: bounds are applied to typed text only, never to setValue() or
-/// to steps. Whoever owns the box sets range and step before use; all four numbers start at zero.
+/// Deliberate: bounds apply to typed text only, never to setValue() or to steps. The owner must set
+/// range and step before use; value, bounds and step start at zero.
 class QLongLongSpinBox : public QAbstractSpinBox {
     Q_OBJECT
     Q_PROPERTY(qlonglong value READ value WRITE setValue NOTIFY valueChanged USER true)
@@ -13,43 +13,43 @@ class QLongLongSpinBox : public QAbstractSpinBox {
 public:
     explicit QLongLongSpinBox(QWidget *parent = nullptr);
 
-    /// The number that is shown; it may lie outside of the bounds.
+    /// The displayed number; may lie outside the bounds.
     qlonglong value() const { return m_value; }
     /// Lower bound, inclusive.
     qlonglong minimum() const { return m_minimum; }
     /// Upper bound, inclusive.
     qlonglong maximum() const { return m_maximum; }
 
-    /// Bounds, inclusive. The present value stays as it is.
+    /// Bounds, inclusive. Does not change the value.
     void setMinimum(qlonglong minimum) { m_minimum = minimum; }
     /// @copydoc setMinimum
     void setMaximum(qlonglong maximum) { m_maximum = maximum; }
     /// @copydoc setMinimum
     void setRange(qlonglong minimum, qlonglong maximum);
 
-    /// Shows `value` and emits valueChanged(); does nothing if it is the present one. Never clamps.
+    /// Displays `value` and emits valueChanged(). Does nothing if it is unchanged. Never clamps.
     void setValue(qlonglong value);
-    /// What an arrow key adds.
+    /// The number that an arrow key adds.
     int singleStep() const { return m_singleStep; }
 
     /// Acceptable for a decimal number within the bounds, else Invalid; never Intermediate.
     QValidator::State validate(QString &text, int &position) const override;
-    /// Adds `steps` single steps and stops at the ends of 64 bits, not at the bounds.
+    /// Adds `steps` single steps. Saturates at 64 bits, not at the bounds.
     void stepBy(int steps) override;
 
-    /// @param step what an arrow key adds from now on
+    /// @param step the number that an arrow key adds
     virtual void setSingleStep(int step);
     /// The number in `text`, 0 if there is none.
     virtual qlonglong valueFromText(const QString &text) const;
-    /// The text that shows `value`.
+    /// `value` in decimal.
     virtual QString textFromValue(qlonglong value) const;
 
 signals:
-    /// Another number is shown.
+    /// The displayed number has changed.
     void valueChanged(qlonglong value);
 
 public slots:
-    /// Takes the typed text for the value, or shows the value again if the text is not acceptable.
+    /// Sets the value to the typed text, or restores the text if it is not acceptable.
     void onReturnPressed();
 
 protected:

@@ -11,13 +11,13 @@
 
 namespace {
 
-constexpr int longestSide = 32767; // QPainter's limit
-constexpr std::size_t mostPixels = 200'000'000;
+constexpr int maxSide = 32767; // limit of QPainter
+constexpr std::size_t maxPixels = 200'000'000;
 
-bool isPossible(int width, int height)
+bool isPlausible(int width, int height)
 {
-    return 0 < width && width <= longestSide && 0 < height && height <= longestSide &&
-           static_cast<std::size_t>(width) * static_cast<std::size_t>(height) <= mostPixels;
+    return 0 < width && width <= maxSide && 0 < height && height <= maxSide &&
+           static_cast<std::size_t>(width) * static_cast<std::size_t>(height) <= maxPixels;
 }
 
 } // namespace
@@ -29,7 +29,7 @@ bool SensorCanvas::fitTo(const OSizeInfo &size)
     if (!isEmpty() && m_canvas.width() == width && m_canvas.height() == height)
         return false;
     clear();
-    if (!isPossible(width, height))
+    if (!isPlausible(width, height))
         return false;
     const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     try {
@@ -64,7 +64,7 @@ int SensorCanvas::rowsIn(std::size_t capacity, std::size_t bytesPerRow) const
     if (bytesPerRow == 0)
         return 0;
     const std::size_t rows = std::min<std::size_t>(m_frame.height, capacity / bytesPerRow);
-    return static_cast<int>(std::min<std::size_t>(rows, longestSide));
+    return static_cast<int>(std::min<std::size_t>(rows, maxSide));
 }
 
 void SensorCanvas::paintRgb(const OSizeInfo &size) { paint(size, m_rgb.data(), m_rgb.size(), 3); }
@@ -88,7 +88,7 @@ void SensorCanvas::paint(const OSizeInfo &size, const std::uint8_t *pixels, std:
     const QRect sensor = m_canvas.rect();
     if (rows == 0 || !sensor.contains(size.offsetX, size.offsetY))
         return;
-    // Rows follow each other without padding, so the stride has to be given for odd widths.
+    // Pass the stride: rows have no padding, and QImage would assume rows aligned to 4 bytes.
     const int columns = std::min(static_cast<int>(m_frame.width), sensor.width());
     const QImage image(pixels, columns, std::min(rows, sensor.height()), static_cast<int>(stride),
                        depth == 3 ? QImage::Format_RGB888 : QImage::Format_Grayscale8);

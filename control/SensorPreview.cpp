@@ -9,8 +9,8 @@ namespace {
 
 constexpr std::uint32_t grabTimeoutMs = 1000;
 
-/// Grabs one frame and paints it at the offset in `size`. False, and nothing painted, without a
-/// frame.
+/// Grabs one frame and paints it at the offset in `size`. Returns false and paints nothing if the
+/// grab fails.
 bool grabInto(SensorCanvas &canvas, const PreviewSource &source, const OSizeInfo &size)
 {
     const PixelMeaning meaning = meaningOf(source.pixelFormat.toStdString());
@@ -28,15 +28,15 @@ bool grabInto(SensorCanvas &canvas, const PreviewSource &source, const OSizeInfo
 
 } // namespace
 
-void lookAtSensor(const PreviewSource &source, SensorCanvas &canvas,
-                  const std::function<void(QImage)> &show)
+void refreshPreview(const PreviewSource &source, SensorCanvas &canvas,
+                    const std::function<void(QImage)> &display)
 {
     // Binning, decimation or a user set may have changed the size since the panel read it.
     OSizeInfo size{};
     if (source.camera == nullptr || OrvalisGetSizeInfo(source.camera, &size) != 0)
         return;
     if (canvas.fitTo(size))
-        show(canvas.picture());
+        display(canvas.image());
     if (!canvas.isEmpty() && grabInto(canvas, source, size))
-        show(canvas.picture());
+        display(canvas.image());
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One look at the sensor: its present size, and the newest frame at its place.
+// One refresh of the sensor preview: the sensor's current size, and the newest frame in it.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -11,17 +11,17 @@
 
 class SensorCanvas;
 
-/// What the sensor preview shows: the GUI thread's copies.
+/// Source of the sensor preview, copied from the GUI thread.
 struct PreviewSource {
-    OCameraHandle camera = nullptr; ///< not owned; null: nothing to show
+    OCameraHandle camera = nullptr; ///< not owned; null: no camera
     QString pixelFormat;
 };
 
 /// Reads the size of the sensor, fits the canvas and its buffers to it, grabs one frame and paints
-/// it. The camera must not get a larger sensor meanwhile: the library writes as many pixels as the
-/// sensor has when the frame comes. Without a camera it calls nothing. Takes as long as the grab,
-/// at most a second. Any thread, one at a time per canvas.
-/// @param show takes a white sensor when the size is another than before, then the picture; nothing
-///        without a frame
-void lookAtSensor(const PreviewSource &source, SensorCanvas &canvas,
-                  const std::function<void(QImage)> &show);
+/// it. The sensor's size must not grow meanwhile: the library writes as many pixels as the sensor
+/// has when the frame arrives. Does nothing without a camera. Takes as long as the grab, at most a
+/// second. Any thread, one at a time per canvas.
+/// @param display receives a white sensor if the size has changed, then the image if the grab
+///        returned a frame
+void refreshPreview(const PreviewSource &source, SensorCanvas &canvas,
+                    const std::function<void(QImage)> &display);

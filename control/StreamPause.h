@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Keeps the live stream stopped while a setting changes that the camera takes only when idle.
+// Stops the live stream while a setting changes that the camera accepts only when idle.
 #pragma once
 
 #include "capture/StreamControl.h"
 
-/// Stops a running stream, and starts it again at the end of the scope. A stopped one stays
-/// stopped.
+/// Stops a running stream and restarts it at the end of the scope. A stopped stream stays stopped.
 class StreamPause {
 public:
     /// `stream` may be null.
@@ -24,5 +23,5 @@ public:
     StreamPause &operator=(const StreamPause &) = delete;
 
 private:
-    StreamControl *m_stream; // null if there is nothing to start again
+    StreamControl *m_stream; // null if there is no stream to restart
 };

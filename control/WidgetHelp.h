@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Small rules that several tabs share.
+// Helpers shared by several tabs.
 #pragma once
 
 #include <QAbstractSlider>
@@ -9,15 +9,15 @@
 #include <limits>
 #include <optional>
 
-/// Sets `value` unless the box shows it already.
+/// Sets `value` unless the box displays it already.
 template <typename SpinBox, typename Value> void setIfDifferent(SpinBox *box, Value value)
 {
     if (box->value() != value)
         box->setValue(value);
 }
 
-/// Shows a value that the camera reported. Where its bounds could not be read the box may hold
-/// another one, so that it must not be sent back.
+/// Displays a value that the camera reported. Without known bounds the box may clamp the value, so
+/// the change must not be written back.
 template <typename SpinBox, typename Value>
 void showRead(SpinBox *box, Value value, bool bounded = true)
 {
@@ -25,8 +25,8 @@ void showRead(SpinBox *box, Value value, bool bounded = true)
     setIfDifferent(box, value);
 }
 
-/// Where a page action of a slider leads, none for other actions: those move the slider only. The
-/// signal of an action comes before the slider's value follows it.
+/// The slider value after a page action; none for other actions, which only move the slider. Qt
+/// emits the signal of an action before it changes the slider's value.
 inline std::optional<int> pageTarget(const QAbstractSlider &slider, int action)
 {
     using Limits = std::numeric_limits<int>;
@@ -39,10 +39,10 @@ inline std::optional<int> pageTarget(const QAbstractSlider &slider, int action)
         std::clamp<qint64>(slider.value() + page, Limits::min(), Limits::max()));
 }
 
-/// Sets a box to where a page action of its slider leads. The slider ends where the camera's answer
-/// has put it: beside the box, or where it was if the camera refused. A box that does not change
-/// asks no camera, so then the slider goes to the box.
-/// @param toSlider from a value of the box to one of the slider
+/// Sets a box to the target of a page action. The slot of the box moves the slider if the camera
+/// accepts the value; if it refuses, the slider stays. If the box does not change, no slot runs, so
+/// the slider is moved to the box here.
+/// @param toSlider converts a value of the box to one of the slider
 template <typename SpinBox, typename Value, typename ToSlider>
 void pageTo(SpinBox *box, Value target, QAbstractSlider *slider, ToSlider toSlider)
 {
@@ -50,5 +50,5 @@ void pageTo(SpinBox *box, Value target, QAbstractSlider *slider, ToSlider toSlid
     box->setValue(target);
     if (box->value() == before)
         slider->setValue(toSlider(before));
-    slider->setSliderPosition(slider->value()); // the action has moved it already
+    slider->setSliderPosition(slider->value()); // undo the move by the action
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel as a dock: its width, its keys, its wheel, and life without a camera.
+// The panel as a dock: width, keys, mouse wheel, and no camera.
 #include "tests/control/PanelFixture.h"
 #include "tests/support/QtTestMain.h"
 
@@ -38,7 +38,7 @@ void addTabs()
         QTest::newRow(names[index]) << index;
 }
 
-/// Texts on the current tab for which there is no room.
+/// Texts on the current tab that are truncated.
 QStringList cutOff(const QTabWidget &tabs)
 {
     QStringList texts;

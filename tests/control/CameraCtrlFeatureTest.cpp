@@ -85,7 +85,7 @@ void CameraCtrlFeatureTest::firstLoadSendsChangedValuesBack()
     const QStringList sent = panel.sent();
     QVERIFY(sent.contains("OrvalisSetGain(h1, 10, false)"));
     QVERIFY(sent.contains("OrvalisSetContrast(h1, 508)"));
-    QVERIFY(!sent.join('\n').contains("OrvalisSetSharpness")); // 10 is what the form shows
+    QVERIFY(!sent.join('\n').contains("OrvalisSetSharpness")); // the form's initial value is 10
     const QStringList log = panel.log();
     QCOMPARE(log.indexOf("OrvalisSetGain(h1, 10, false)"), log.indexOf("OrvalisGetGain(h1)") + 1);
 }
@@ -95,8 +95,8 @@ void CameraCtrlFeatureTest::loadDoesNotOverwriteACameraOfOtherBounds()
     Panel panel;
     panel.openCamera();
     fakeorvalis::withState([](fakeorvalis::State &state) {
-        state.integers["Contrast"] = {40, 0, 100, false}; // the box shows 508
-        state.floats["FrameRate"] = {7.5, 5, 10};         // the box shows 30
+        state.integers["Contrast"] = {40, 0, 100, false}; // the box displays 508
+        state.floats["FrameRate"] = {7.5, 5, 10};         // the box displays 30
         state.floats["Gamma"] = {2.5, 2, 3};
     });
     panel.panel.loadConfigurationValue(nullptr);
@@ -111,7 +111,7 @@ void CameraCtrlFeatureTest::loadDoesNotOverwriteACameraOfOtherBounds()
     QCOMPARE(panel.find<QSpinBox>("spiContrast")->value(), 40);
 }
 
-/// A camera that does not answer, whatever of it the load asks for.
+/// Every getter that the load calls fails.
 void CameraCtrlFeatureTest::nothingReadMeansNothingSent()
 {
     Panel panel;
@@ -119,7 +119,7 @@ void CameraCtrlFeatureTest::nothingReadMeansNothingSent()
     fakeorvalis::failAll(true);
     panel.panel.loadConfigurationValue(nullptr);
     QCOMPARE(panel.sent(), QStringList());
-    OCameraHandle other = &panel; // another camera, of which nothing is known
+    OCameraHandle other = &panel; // another camera, for which every call fails
     panel.panel.loadConfigurationValue(other);
     QCOMPARE(panel.sent(), QStringList());
 }
@@ -154,7 +154,7 @@ void CameraCtrlFeatureTest::failedGetterDisablesAndLeavesTheValue()
     feature.panel.panel.loadFeatureValue(false);
     const bool checks = feature.checksItsGetter();
     const bool isColourGain = QString(feature.row.key).endsWith("Gain") && !feature.isGain();
-    if (!isColourGain) { // white balance has the last word on those
+    if (!isColourGain) { // white balance decides about those
         QCOMPARE(feature.spin()->isEnabled(), !checks);
         QCOMPARE(feature.slider()->isEnabled(), !checks);
     }
@@ -197,7 +197,7 @@ void CameraCtrlFeatureTest::failedBoundsAreNotChecked()
 
 void CameraCtrlFeatureTest::failedBoundsSendNoValueBack_data() { addFeatures(); }
 
-/// The box cannot hold what the camera holds: it must not force its own bound on the camera.
+/// The box clamps the camera's value and must not write the clamped value back.
 void CameraCtrlFeatureTest::failedBoundsSendNoValueBack()
 {
     QFETCH(int, index);
@@ -332,7 +332,7 @@ void CameraCtrlFeatureTest::switchingAutomaticGainOffFetchesTheValue()
     if (refused)
         fakeorvalis::fail("OrvalisSetGain");
     feature.panel.find<QCheckBox>("chkGain")->click();
-    // The first set is the spin box's own, as after every change.
+    // The slot of the spin box sends the first, as after every change.
     const QString set = "OrvalisSetGain(h1, 321, false)";
     QCOMPARE(feature.panel.log(), (QStringList{"OrvalisGetGain(h1)", set, set}));
     QCOMPARE(feature.spin()->value(), 321);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The panel as it is built: its widgets, their settings, captions and slots.
+// The panel's form: widgets, their settings, captions and slots.
 #include "tests/control/PanelFixture.h"
 #include "tests/support/QtTestMain.h"
 
@@ -157,7 +157,7 @@ private slots:
 void CameraCtrlFormTest::everySlotIsConnectedByName()
 {
     viewertest::takeWarnings();
-    const Panel panel; // a slot that finds no signal warns
+    const Panel panel; // Qt warns about a slot without a signal
     QCOMPARE(viewertest::takeWarnings(), QStringList());
     QCOMPARE(panel.panel.windowTitle(), QString("Camera Control"));
     QVERIFY(fakeorvalis::calls().empty());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// 20,000 random slot calls on a library that fails and lies at random.
+// 20,000 random slot calls on a library that fails and returns wrong data at random.
 #include "tests/control/PanelFixture.h"
 #include "tests/support/QtTestMain.h"
 
@@ -75,7 +75,7 @@ void Fuzzer::callSlot()
     const int own = meta.methodCount() - meta.methodOffset();
     const QMetaMethod slot = meta.method(meta.methodOffset() + below(own));
     if (slot.name() == "on_btnSaveBrowser_clicked")
-        return; // waits for a person
+        return; // opens a modal dialog
     CameraCtrl *panel = &m_panel.panel;
     const QList<QByteArray> types = slot.parameterTypes();
     if (types.isEmpty())

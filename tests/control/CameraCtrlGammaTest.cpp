@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Gamma: its two kinds of slider, and every call.
+// Gamma: both scales of its slider, and every call.
 #include "tests/control/PanelFixture.h"
 #include "tests/support/QtTestMain.h"
 

@@ -13,7 +13,7 @@
 namespace {
 
 struct Preview {
-    /// A camera whose region lies at 32, 24 on a sensor of 128 x 96.
+    /// Opens a camera with its region at 32, 24 on a sensor of 128 x 96.
     void open(const char *format)
     {
         fakeorvalis::withState([=](fakeorvalis::State &state) {
@@ -142,7 +142,7 @@ void CameraCtrlPreviewTest::everySecondAnotherGrab()
     Preview preview;
     preview.open("Mono8");
     using Clock = std::chrono::steady_clock;
-    std::vector<Clock::time_point> grabs; // touched by the preview thread until it has ended
+    std::vector<Clock::time_point> grabs; // written by the preview thread until it ends
     fakeorvalis::onCall("OrvalisGrabRAWData", [&] {
         grabs.push_back(Clock::now());
         gate.pass();
@@ -170,8 +170,7 @@ void CameraCtrlPreviewTest::failedGrabLeavesTheLabel()
     QVERIFY(preview.shows(qRgb(128, 128, 128)));
 }
 
-/// What a turn without a camera does, see SensorPreviewTest. Here: it ends like any other, and the
-/// next one finds the camera.
+/// SensorPreviewTest covers a pass without a camera. Here: the pass after it finds the camera.
 void CameraCtrlPreviewTest::cameraThatComesLaterIsShown()
 {
     Preview preview;
@@ -187,8 +186,8 @@ void CameraCtrlPreviewTest::sensorThatGrowsAfterTheLoad_data()
     QTest::newRow("colour") << "BayerGR8";
 }
 
-/// Switching binning off, for one, makes the sensor larger behind the panel's back. The library
-/// then writes more than the size known at the load.
+/// Other code may enlarge the sensor without the panel, for example by switching binning off. The
+/// library then writes more bytes than the size known at the load requires.
 void CameraCtrlPreviewTest::sensorThatGrowsAfterTheLoad()
 {
     QFETCH(QString, format);
@@ -229,7 +228,7 @@ void CameraCtrlPreviewTest::stopWaitsForTheGrabAndShowsNoMore()
     preview.panel.panel.DeleteGrabThread();
     opener.join();
     QCoreApplication::processEvents();
-    QVERIFY(preview.shows(white)); // the grab's picture came too late
+    QVERIFY(preview.shows(white)); // the grab's image came too late
     QCOMPARE(preview.panel.log(),
              (QStringList{"OrvalisGetSizeInfo(h1)", "OrvalisGrabRAWData(h1, 1000)"}));
 }
@@ -277,7 +276,7 @@ void CameraCtrlPreviewTest::frameOfAnotherSizeThanTheRecord()
 {
     Preview preview;
     preview.open("Mono8");
-    // The camera's region has changed behind the panel's back.
+    // The camera's region changes without the panel.
     fakeorvalis::withState([](fakeorvalis::State &state) { state.size.width = 128; });
     preview.panel.panel.CreateGrabThread();
     QTRY_VERIFY(preview.shows(qRgb(128, 128, 128)));
@@ -322,11 +321,11 @@ void CameraCtrlPreviewTest::writesOfTheSizeWaitForTheGrab_data()
         row("btnWBDefault", "OrvalisSetUserDefault");
         row("btnROIApply", "OrvalisSetSizeInfo");
         row("cbPixelFormat", "OrvalisSetPixelFormatStr");
-        row("", "OrvalisSetNodeInt"); // the feature tree's way
+        row("", "OrvalisSetNodeInt"); // as the feature tree writes
     }
 }
 
-/// A grab, or one that has read the size and is about to begin, has buffers of that size.
+/// A grab uses buffers of the size that was read before it.
 void CameraCtrlPreviewTest::writesOfTheSizeWaitForTheGrab()
 {
     QFETCH(QString, widget);

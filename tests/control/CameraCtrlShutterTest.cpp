@@ -125,7 +125,7 @@ void CameraCtrlShutterTest::failedBoundsSendNothing()
 void CameraCtrlShutterTest::everyLoadSetsTheStep()
 {
     Shutter shutter;
-    shutter.open(0, 0, 1000); // the box shows 0 before, too
+    shutter.open(0, 0, 1000); // the box displays 0 before, too
     QCOMPARE(shutter.spin()->singleStep(), 1);
     fakeorvalis::fail("OrvalisGetShutterMinMax");
     fakeorvalis::withState(
@@ -156,7 +156,7 @@ void CameraCtrlShutterTest::unreadExposureIsNotSent()
     fakeorvalis::fail("OrvalisGetShutter");
     shutter.automatic()->click();
     QCOMPARE(shutter.panel.log(), QStringList("OrvalisGetShutter(h1)"));
-    QVERIFY(shutter.automatic()->isChecked()); // as the camera still is
+    QVERIFY(shutter.automatic()->isChecked()); // the camera still is automatic
     QCOMPARE(shutter.spin()->value(), 10'000LL);
     QVERIFY(!shutter.spin()->isEnabled());
 }
@@ -315,7 +315,8 @@ void CameraCtrlShutterTest::automaticOffFetchesTheValue()
         [](fakeorvalis::State &state) { state.integers["Shutter"].value = 33'300; });
     shutter.panel.forget();
     shutter.automatic()->click();
-    const QString set = "OrvalisSetShutter(h1, 33300, false)"; // the first is the spin box's own
+    const QString set =
+        "OrvalisSetShutter(h1, 33300, false)"; // the slot of the spin box sends the first
     QCOMPARE(shutter.panel.log(), (QStringList{"OrvalisGetShutter(h1)", set, set}));
     QCOMPARE(shutter.slider()->value(), 33'300);
     QVERIFY(shutter.spin()->isEnabled());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The sliders of the integer features: what moves them, what they send, and that they stay with
-// their boxes.
+// The sliders of the integer features: what moves them, what they send, and that they match their
+// boxes.
 #include "tests/control/FeatureRows.h"
 #include "tests/support/QtTestMain.h"
 
@@ -61,8 +61,8 @@ void CameraCtrlSliderTest::refusedPageLeavesTheSlider()
 
 void CameraCtrlSliderTest::pageToTheShownValueBringsTheSliderBack_data() { addFeatures(); }
 
-/// The arrow keys move the slider alone. A page from there may lead to the number that the box
-/// shows already.
+/// The arrow keys move only the slider. A page step from there may lead to the number that the box
+/// displays already.
 void CameraCtrlSliderTest::pageToTheShownValueBringsTheSliderBack()
 {
     QFETCH(int, index);
@@ -103,7 +103,7 @@ void CameraCtrlSliderTest::pagesAtTheEndsKeepSliderAndBoxTogether()
     QCOMPARE(feature.slider()->value(), value);
 }
 
-/// Wherever the arrows have put the slider, a click in the groove on either side of its handle.
+/// A click in the groove, on either side of the handle, after the arrow keys have moved the slider.
 void CameraCtrlSliderTest::clickInTheGrooveKeepsSliderAndBoxTogether()
 {
     Feature feature(0);

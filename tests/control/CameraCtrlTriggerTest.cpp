@@ -203,7 +203,7 @@ void CameraCtrlTriggerTest::chosenEntryIsSent()
     Panel panel;
     panel.openCamera();
     panel.find<QComboBox>(combos[row].combo)->setCurrentText(combos[row].choice);
-    QCOMPARE(panel.log(), QStringList()); // only what the user picks is sent
+    QCOMPARE(panel.log(), QStringList()); // only changes by the user are sent
     panel.choose(combos[row].combo, combos[row].choice);
     QCOMPARE(
         panel.log(),

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// User sets, and the hand-over of a camera to the panel.
+// User sets, and passing a camera to the panel.
 #include "tests/control/PanelFixture.h"
 #include "tests/support/QtTestMain.h"
 
@@ -180,7 +180,7 @@ void CameraCtrlUserSetTest::tabsAreReloadedInOrder()
         QVERIFY2(index > last, first);
         last = index;
     }
-    // The save options come last: the format's list has given way to theirs.
+    // The save options load last: their list replaces that of the pixel format.
     QCOMPARE(panel.items("cmbSaveExt"), (QStringList{"BMP", "JPG", "PNG", "RAW", "RGB"}));
 }
 

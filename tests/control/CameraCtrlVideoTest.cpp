@@ -164,7 +164,7 @@ void CameraCtrlVideoTest::failedRateBoundsSendNothing()
     panel.openCamera();
     panel.window.streaming = true;
     fakeorvalis::fail("OrvalisGetFrameRateMinMax");
-    fakeorvalis::fail("OrvalisGetNumAvailablePixelFormats"); // or the format is set again
+    fakeorvalis::fail("OrvalisGetNumAvailablePixelFormats"); // else the format is set again
     for (const double rate : {500.0, 60.0}) {
         fakeorvalis::withState(
             [=](fakeorvalis::State &state) { state.floats["FrameRate"].value = rate; });

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// A place where threads of a test are counted and can be held.
+// Counts the threads of a test that reach it, and can block them.
 #pragma once
 
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 
-/// Counts calls from any thread, and can hold them until it is opened.
+/// Counts calls from any thread and can block them until it is opened.
 class Gate {
 public:
     explicit Gate(bool open) : m_open(open) {}
@@ -23,7 +23,7 @@ public:
         m_open = true;
         m_changed.notify_all();
     }
-    /// Waits for `count` arrivals; false if they do not come in `limit`.
+    /// Waits for `count` calls. Returns false if they take longer than `limit`.
     bool wait(int count, std::chrono::milliseconds limit = std::chrono::seconds(20))
     {
         std::unique_lock lock(m_mutex);

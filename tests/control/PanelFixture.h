@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A control panel on the recording camera library, in a window that plays the live stream's part.
+// A control panel on the recording camera library, in a window that stands in for the live stream.
 #pragma once
 
 #include "capture/StreamControl.h"
@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-/// Notes the panel's wishes among the library calls that were made before them.
+/// Records the panel's requests together with the library calls that precede them.
 class StreamWindow : public QWidget, public StreamControl {
 public:
     bool isStreaming() const override { return streaming; }
@@ -37,9 +37,9 @@ public:
     void resumePreview() override { --paused; }
 
     bool streaming = false;
-    int paused = 0;                ///< times that the preview was paused and not resumed
-    std::function<void()> onStart; ///< called when the stream starts
-    std::vector<std::pair<std::size_t, QString>> notes; ///< number of calls made before, what
+    int paused = 0;                                     ///< pauses of the preview without a resume
+    std::function<void()> onStart;                      ///< called when the stream starts
+    std::vector<std::pair<std::size_t, QString>> notes; ///< number of preceding calls, request
 
 private:
     void note(const QString &what) { notes.emplace_back(fakeorvalis::calls().size(), what); }
@@ -53,14 +53,14 @@ public:
     Panel(const Panel &) = delete;
     Panel &operator=(const Panel &) = delete;
 
-    /// Opens "CAM-A", loads everything and forgets the calls.
+    /// Opens "CAM-A", loads everything and clears the recorded calls.
     void openCamera()
     {
         OrvalisOpenCamera("CAM-A", &handle);
         panel.loadConfigurationValue(handle);
         forget();
     }
-    /// Closes the camera, opens it again and forgets the calls: to the panel it is another one.
+    /// Reopens the camera, which to the panel is another one, and clears the recorded calls.
     void changeCamera()
     {
         panel.DeleteGrabThread();
@@ -68,7 +68,7 @@ public:
         OrvalisCloseCamera(handle);
         openCamera();
     }
-    /// Opens "CAM-A" and hands it over with a load in which everything fails.
+    /// Opens "CAM-A" and passes it to the panel while every library call fails.
     void openUnloaded()
     {
         OrvalisOpenCamera("CAM-A", &handle);
@@ -112,7 +112,7 @@ public:
         return kept;
     }
 
-    /// Names of the functions called, without arguments.
+    /// Names of the called functions, without arguments.
     QStringList functions() const
     {
         QStringList names;
@@ -126,7 +126,7 @@ public:
         return panel.findChild<Widget *>(QLatin1String(name));
     }
 
-    /// As if the user had chosen `text` from the list.
+    /// Acts like a user who chooses `text` from the list.
     void choose(const char *name, const QString &text) const
     {
         QComboBox *combo = find<QComboBox>(name);
@@ -148,7 +148,7 @@ public:
     OCameraHandle handle = nullptr;
 };
 
-/// Data rows: the picture stands or streams, the camera takes the call or refuses it.
+/// Data rows: with and without a stream, the camera accepts or refuses the call.
 inline void addStreamingAndRefusedRows()
 {
     QTest::addColumn<bool>("streaming");

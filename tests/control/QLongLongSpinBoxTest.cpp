@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The 64-bit spin box, by program and by hand.
+// The 64-bit spin box, set by code and typed by the user.
 #include "control/QLongLongSpinBox.h"
 #include "tests/support/QtTestMain.h"
 

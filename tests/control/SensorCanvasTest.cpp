@@ -14,7 +14,7 @@ OSizeInfo sensor(int maxWidth, int maxHeight, int x = 0, int y = 0)
     return {x, y, 0, 0, maxWidth, maxHeight};
 }
 
-/// A grab that fills `bytes` bytes of `plane` with `value` and calls the frame width x height.
+/// A grab that fills `bytes` bytes of `plane` with `value` and sets the size in the frame's record.
 void grab(OImageFrame *frame, std::uint8_t *plane, std::size_t bytes, std::uint8_t value,
           std::uint32_t width, std::uint32_t height)
 {
@@ -60,16 +60,16 @@ void SensorCanvasTest::startsEmpty()
 {
     const SensorCanvas canvas;
     QVERIFY(canvas.isEmpty());
-    QVERIFY(canvas.picture().isNull());
+    QVERIFY(canvas.image().isNull());
 }
 
 void SensorCanvasTest::startsWhiteInTheSensorsSize()
 {
     SensorCanvas canvas;
     QVERIFY(canvas.fitTo(sensor(13, 7)));
-    QCOMPARE(canvas.picture().size(), QSize(13, 7));
-    QCOMPARE(canvas.picture().format(), QImage::Format_RGB888);
-    QCOMPARE(whitePixels(canvas.picture()), 13 * 7);
+    QCOMPARE(canvas.image().size(), QSize(13, 7));
+    QCOMPARE(canvas.image().format(), QImage::Format_RGB888);
+    QCOMPARE(whitePixels(canvas.image()), 13 * 7);
 }
 
 void SensorCanvasTest::sameSensorKeepsItsBuffers()
@@ -82,7 +82,7 @@ void SensorCanvasTest::sameSensorKeepsItsBuffers()
     QCOMPARE(canvas.frame()->raw, raw);
     QCOMPARE(canvas.frame()->rgb, rgb);
     QVERIFY(canvas.fitTo(sensor(32, 16)));
-    QCOMPARE(canvas.picture().size(), QSize(32, 16));
+    QCOMPARE(canvas.image().size(), QSize(32, 16));
 }
 
 void SensorCanvasTest::impossibleSensorsAreEmpty_data()
@@ -119,7 +119,7 @@ void SensorCanvasTest::colourFrameLiesAtItsOffset()
     grab(frame, frame->rgb, 4 * 2 * 3, 0, 4, 2);
     frame->rgb[0] = 255; // upper left: red
     canvas.paintRgb(sensor(16, 8, 5, 3));
-    const QImage picture = canvas.picture();
+    const QImage picture = canvas.image();
     QCOMPARE(picture.pixel(5, 3), qRgb(255, 0, 0));
     QCOMPARE(picture.pixel(8, 4), qRgb(0, 0, 0));
     QCOMPARE(picture.pixel(4, 3), white);
@@ -134,8 +134,8 @@ void SensorCanvasTest::greyFrameLiesAtItsOffset()
     OImageFrame *frame = canvas.frame();
     grab(frame, frame->raw, 4 * 2, 77, 4, 2);
     canvas.paintGrey(sensor(16, 8, 12, 6));
-    QCOMPARE(canvas.picture().pixel(15, 7), qRgb(77, 77, 77));
-    QCOMPARE(whitePixels(canvas.picture()), 16 * 8 - 4 * 2);
+    QCOMPARE(canvas.image().pixel(15, 7), qRgb(77, 77, 77));
+    QCOMPARE(whitePixels(canvas.image()), 16 * 8 - 4 * 2);
 }
 
 void SensorCanvasTest::wordsAreShownByTheirUpperBits()
@@ -150,7 +150,7 @@ void SensorCanvasTest::wordsAreShownByTheirUpperBits()
         frame->raw[2 * index + 1] = static_cast<std::uint8_t>(words[index] >> 8);
     }
     canvas.paintWords(sensor(4, 4), 12);
-    const QImage picture = canvas.picture();
+    const QImage picture = canvas.image();
     QCOMPARE(qRed(picture.pixel(0, 0)), 255);
     QCOMPARE(qRed(picture.pixel(1, 0)), 128);
     QCOMPARE(qRed(picture.pixel(0, 1)), 1);
@@ -165,13 +165,13 @@ void SensorCanvasTest::oddWidthsHaveNoPadding()
     grab(frame, frame->raw, 5 * 3, 10, 5, 3);
     frame->raw[5 * 2 + 4] = 200; // last pixel of the last row
     canvas.paintGrey(sensor(8, 8));
-    QCOMPARE(qRed(canvas.picture().pixel(4, 2)), 200);
+    QCOMPARE(qRed(canvas.image().pixel(4, 2)), 200);
     frame = canvas.frame();
     grab(frame, frame->rgb, 5 * 3 * 3, 10, 5, 3);
     frame->rgb[(5 * 2 + 4) * 3] = 201;
     canvas.paintRgb(sensor(8, 8));
-    QCOMPARE(qRed(canvas.picture().pixel(4, 2)), 201);
-    QCOMPARE(qRed(canvas.picture().pixel(3, 2)), 10);
+    QCOMPARE(qRed(canvas.image().pixel(4, 2)), 201);
+    QCOMPARE(qRed(canvas.image().pixel(3, 2)), 10);
 }
 
 void SensorCanvasTest::oldFrameIsWipedOff()
@@ -184,7 +184,7 @@ void SensorCanvasTest::oldFrameIsWipedOff()
     frame = canvas.frame();
     grab(frame, frame->raw, 4, 10, 2, 2);
     canvas.paintGrey(sensor(8, 8, 6, 6));
-    QCOMPARE(whitePixels(canvas.picture()), 64 - 4);
+    QCOMPARE(whitePixels(canvas.image()), 64 - 4);
 }
 
 void SensorCanvasTest::framesOfAnySizeStayInside_data()
@@ -223,7 +223,7 @@ void SensorCanvasTest::framesOfAnySizeStayInside()
         canvas.paintGrey(size);
         pretend();
         canvas.paintWords(size, 12);
-        QCOMPARE(canvas.picture().size(), QSize(8, 8));
+        QCOMPARE(canvas.image().size(), QSize(8, 8));
     }
 }
 
@@ -246,14 +246,14 @@ void SensorCanvasTest::offsetsOutsideLeaveTheSensorWhite()
     OImageFrame *frame = canvas.frame();
     grab(frame, frame->raw, 64, 10, 8, 8);
     canvas.paintGrey(sensor(8, 8, offset.x(), offset.y()));
-    QCOMPARE(whitePixels(canvas.picture()), 64);
+    QCOMPARE(whitePixels(canvas.image()), 64);
 }
 
 void SensorCanvasTest::pictureIsACopy()
 {
     SensorCanvas canvas;
     canvas.fitTo(sensor(8, 8));
-    const QImage before = canvas.picture();
+    const QImage before = canvas.image();
     OImageFrame *frame = canvas.frame();
     grab(frame, frame->raw, 64, 10, 8, 8);
     canvas.paintGrey(sensor(8, 8));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One look at the sensor: its calls in order, and what it shows.
+// One refresh of the sensor preview: its calls in order, and the images that it displays.
 #include "control/SensorPreview.h"
 #include "control/SensorCanvas.h"
 #include "tests/fakelibrary/FakeOrvalis.h"
@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A camera, a canvas, and what was shown.
+/// A camera, a canvas, and the displayed images.
 struct Look {
     explicit Look(const char *format)
     {
@@ -18,7 +18,7 @@ struct Look {
     }
     void look()
     {
-        lookAtSensor(source, canvas, [this](const QImage &image) { shown.append(image); });
+        refreshPreview(source, canvas, [this](const QImage &image) { shown.append(image); });
     }
     static QStringList calls()
     {
@@ -125,8 +125,8 @@ void SensorPreviewTest::sensorThatGrewGetsLargerBuffers_data()
     QTest::newRow("Mono12") << qRgb(255, 255, 255);
 }
 
-/// The recording library writes as much as the sensor has, as any library does: into smaller
-/// buffers this would write past their end.
+/// Like any library, the recording library writes as many pixels as the sensor has, which would
+/// overrun smaller buffers.
 void SensorPreviewTest::sensorThatGrewGetsLargerBuffers()
 {
     Look look(QTest::currentDataTag());
