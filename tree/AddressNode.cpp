@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which integer nodes are IPv4 addresses, and the number that a typed address stands for.
+// Recognises integer nodes that hold IPv4 addresses, and parses typed addresses.
 #include "tree/AddressNode.h"
 
 #include <QStringList>
@@ -8,7 +8,7 @@
 
 namespace {
 
-/// One of the four numbers of a dotted address. Leading zeros do not make it octal.
+/// Parses one of the four numbers of a dotted address. Leading zeros do not make it octal.
 std::optional<quint32> byteFrom(const QString &text)
 {
     const bool digits = std::all_of(text.begin(), text.end(), [](QChar c) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which integer nodes are IPv4 addresses, and the number that a typed address stands for.
+// Recognises integer nodes that hold IPv4 addresses, and parses typed addresses.
 #pragma once
 
 #include <QByteArray>
@@ -7,10 +7,9 @@
 
 #include <optional>
 
-/// True for a node whose number is an IPv4 address, most significant byte first.
+/// True for a node whose value is an IPv4 address, most significant byte first.
 bool isAddressNode(const QByteArray &name);
 
-/// The bits of an address: dotted, such as "192.168.1.1" (four decimal numbers up to 255), or as an
-/// unsigned decimal number up to 4294967295. Blanks around it do not count. Nothing for any other
-/// text.
+/// Parses an address: dotted, such as "192.168.1.1" (four decimal numbers up to 255), or an
+/// unsigned decimal number up to 4294967295. Ignores blanks around it. Empty for any other text.
 std::optional<quint32> addressFrom(const QString &text);

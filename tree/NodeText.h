@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Bounded reading of the texts and flags that the camera library writes.
+// Reads the texts and flags that the camera library writes, within bounds.
 #pragma once
 
 #include <QByteArray>
@@ -7,13 +7,13 @@
 #include <cstddef>
 #include <cstring>
 
-/// The bytes of a fixed-size buffer up to its NUL, or all of them if it has none.
+/// The bytes of a fixed-size buffer up to its NUL, or all of them if there is none.
 template <std::size_t N> QByteArray bytesOf(const char (&buffer)[N])
 {
     return QByteArray(buffer, static_cast<int>(qstrnlen(buffer, N)));
 }
 
-/// 0 or 1, also for a flag into which a library wrote some other byte.
+/// 0 or 1, even if a library wrote some other byte to the flag.
 inline int numberOf(const bool &flag)
 {
     unsigned char byte = 0;

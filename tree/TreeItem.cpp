@@ -4,7 +4,7 @@
 
 namespace {
 
-/// False also where the sum would not fit an int.
+/// Also false if the sum overflows an int.
 bool isRange(int position, int count, int size)
 {
     return position >= 0 && static_cast<qint64>(position) + count <= size;

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// The only features that are listed like categories. Other names stay leaves, whatever the camera
-/// would list below them.
+/// The only features that are listed like categories. All others are leaves, even if the camera
+/// lists names below them.
 constexpr std::array subCategories = {"LUTKneePointControls",
                                       "SnowNoiseRemoveControls",
                                       "AutoIris",
@@ -38,10 +38,9 @@ QVector<QVariant> toItemData(const QStringList &texts)
     return data;
 }
 
-/// Hands every name below `parent` to `take`, in the camera's order. Names are taken as Latin-1
-/// throughout, so that a name goes back to the library unchanged. Only the count says how many
-/// there are, as the library sets it to 0 when it fails; the record is zeroed for libraries that do
-/// not.
+/// Calls `take` for every name below `parent`, in the camera's order. Names are Latin-1 throughout,
+/// so that they reach the library unchanged. The result of the call is ignored: a library that
+/// fails sets the count to 0. The record is zeroed for libraries that do not.
 template <typename Take> void forEachName(void *handle, const QByteArray &parent, Take take)
 {
     const auto list = std::make_unique<ONodeList>();
@@ -133,7 +132,7 @@ bool TreeModel::setHeaderData(int section, Qt::Orientation orientation, const QV
     return true;
 }
 
-// Qt's begin and end calls must frame a change that happens, of at least one row or column.
+// Qt requires begin and end calls only around a real change of at least one row or column.
 // Arguments that ask for none, or for an impossible one, go straight to the item for its answer.
 
 bool TreeModel::insertColumns(int position, int columns, const QModelIndex &parent)

@@ -9,23 +9,23 @@
 
 class TreeItem;
 
-/// Built once, in the constructor, from the camera library's node lists. Never refreshes itself and
-/// shows names only. GUI thread.
+/// Built once, in the constructor, from the camera library's node lists. Contains names only and
+/// never refreshes. GUI thread.
 class TreeModel : public QAbstractItemModel {
     Q_OBJECT
 
 public:
     /// Reads the whole tree from the camera, synchronously. `cameraHandle` is not owned and not
-    /// used after construction. `headers` has one text a column.
+    /// used after construction. `headers` has one text per column.
     TreeModel(const QStringList &headers, void *cameraHandle, QObject *parent = nullptr);
     ~TreeModel() override;
 
-    /// The item behind an index, the invisible root for an invalid one.
+    /// The item of an index, the invisible root for an invalid index.
     TreeItem *getItem(const QModelIndex &index) const;
 
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
-    /// Children hang on column 0 only.
+    /// Only column 0 has children.
     bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
@@ -39,7 +39,7 @@ public:
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
     bool setHeaderData(int section, Qt::Orientation orientation, const QVariant &value,
                        int role = Qt::EditRole) override;
-    /// These four change nothing, and announce nothing, where the items would refuse.
+    /// These four change nothing and emit nothing if the arguments are out of range.
     bool insertColumns(int position, int columns,
                        const QModelIndex &parent = QModelIndex()) override;
     bool removeColumns(int position, int columns,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The feature dock: its widgets, its tree, and what the click on a node shows.
+// The feature dock: its widgets, its tree, and the display of a clicked node.
 #include "tree/XMLCtrl.h"
 
 #include <QHeaderView>
@@ -21,10 +21,10 @@
 
 namespace {
 
-/// Layouts of the value panel, numbers as HideShowXMLCtrl() takes them.
+/// Layouts of the value panel, numbered as in HideShowXMLCtrl().
 enum PanelMode { PanelNothing = 0, PanelValue = 1, PanelEnumeration = 2, PanelCommand = 3 };
 
-/// Kept: the spelling "Acquisigion". The camera's own AcquisitionFrameRateAbs is not locked.
+/// Deliberate: the spelling "Acquisigion", so that AcquisitionFrameRateAbs is not locked.
 constexpr std::array lockedWhileAcquiring = {"Width",   "Height",      "OffsetX",
                                              "OffsetY", "PixelFormat", "AcquisigionFrameRateAbs"};
 
@@ -35,7 +35,7 @@ XMLCtrl::XMLCtrl(QWidget *parent)
       m_pMainWindow(dynamic_cast<StreamControl *>(parent))
 {
     ui->setupUi(this);
-    // The dock's width is fixed: names that are wider have to be reached by scrolling.
+    // The dock's width is fixed: wider names need a horizontal scroll bar.
     ui->treeXML->header()->setStretchLastSection(false);
     fillHeader();
     ui->treeXML->header()->installEventFilter(this);
@@ -46,19 +46,19 @@ XMLCtrl::XMLCtrl(QWidget *parent)
 
 XMLCtrl::~XMLCtrl() = default;
 
-/// Short names fill the dock, beside a scroll bar or without one.
+/// Makes the column at least as wide as the dock, with or without a vertical scroll bar.
 void XMLCtrl::fillHeader()
 {
     QHeaderView *header = ui->treeXML->header();
     header->setMinimumSectionSize(header->width());
-    header->setSectionResizeMode(QHeaderView::ResizeToContents); // also looks at the sizes anew
+    header->setSectionResizeMode(QHeaderView::ResizeToContents); // also measures the sections again
 }
 
 bool XMLCtrl::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == ui->treeXML->header() && event->type() == QEvent::Resize)
         fillHeader();
-    // Return on a node does what a click does. Not the keypad's Enter, which is for the value.
+    // Return on a node acts like a click. Keypad Enter does not: it commits the value.
     if (watched != ui->treeXML || event->type() != QEvent::KeyPress ||
         static_cast<QKeyEvent *>(event)->key() != Qt::Key_Return)
         return QDockWidget::eventFilter(watched, event);
@@ -83,14 +83,14 @@ void XMLCtrl::DeleteXMLTree()
     m_pHandle = nullptr;
 }
 
-// View and header make a selection model for every model that they get. Those of Qt's empty model,
-// which stands for none, would never go.
+// View and header create a selection model for every model that is set. Qt never deletes those of
+// the empty model that stands for null.
 void XMLCtrl::showModel(TreeModel *model)
 {
-    ui->treeXML->setModel(model); // null, or the view would warn when it gets the focus
-    for (QItemSelectionModel *made : ui->treeXML->findChildren<QItemSelectionModel *>()) {
-        if (made != ui->treeXML->selectionModel())
-            delete made;
+    ui->treeXML->setModel(model); // may be null; a deleted model makes the view warn on focus
+    for (QItemSelectionModel *created : ui->treeXML->findChildren<QItemSelectionModel *>()) {
+        if (created != ui->treeXML->selectionModel())
+            delete created;
     }
     if (model == nullptr)
         delete std::exchange(m_pModel, nullptr);
@@ -124,7 +124,7 @@ void XMLCtrl::UpdateAcqState(bool acquiring)
 
 void XMLCtrl::on_treeXML_clicked(const QModelIndex &index)
 {
-    // An index of a tree that is gone leads to freed items.
+    // An index of a deleted tree refers to freed items.
     if (!m_pHandle || !m_pModel || (index.isValid() && index.model() != m_pModel))
         return;
     const QString text = m_pModel->data(index, Qt::DisplayRole).toString();
@@ -152,14 +152,14 @@ void XMLCtrl::showNode(const QByteArray &name, int type, bool readWrite)
     case ORVALIS_NODE_ENUMERATION:
         return showEnumeration(name, readWrite);
     case ORVALIS_NODE_COMMAND:
-        // Only read-write commands can be pressed, write-only ones cannot.
+        // Deliberate: only read-write commands are enabled, write-only ones are not.
         return HideShowXMLCtrl(PanelCommand, readWrite);
     default:
         return HideShowXMLCtrl(PanelNothing, true);
     }
 }
 
-/// A value that cannot be read leaves the previous text standing in a disabled field.
+/// Disables the field and keeps its text if the value cannot be read.
 void XMLCtrl::showText(bool readable, bool readWrite, const QString &text)
 {
     if (!readable) {

@@ -18,43 +18,43 @@ class XMLCtrl : public QDockWidget {
     Q_OBJECT
 
 public:
-    /// `parent` is asked to stop and restart the stream if it is a StreamControl.
+    /// If `parent` is a StreamControl, the dock stops and restarts its stream.
     explicit XMLCtrl(QWidget *parent);
     ~XMLCtrl() override;
 
-    /// Reads the node tree of an open camera. `handle` is not owned and has to stay open until
+    /// Reads the node tree of an open camera. `handle` is not owned and must stay open until
     /// DeleteXMLTree().
     void CreateXMLTree(void *handle);
-    /// Forgets tree and handle. The value panel and the current node stay as they are.
+    /// Discards tree and handle. Keeps the value panel and the current node.
     void DeleteXMLTree();
-    /// Enables or disables the value widgets and shows those of `mode`: 0 none, 1 value field,
-    /// 2 enumeration, 3 command; any other leaves what is shown.
+    /// Enables or disables the value widgets and displays those of `mode`: 0 none, 1 value field,
+    /// 2 enumeration, 3 command; any other mode displays the same ones as before.
     void HideShowXMLCtrl(int mode, bool enable);
-    /// Locks or unlocks the value widgets if the current node may not change while acquiring.
+    /// Locks or unlocks the value widgets if the current node must not change while acquiring.
     void UpdateAcqState(bool acquiring);
     /// Keypad Enter in the value field writes it to the current node.
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 public slots:
-    /// Reads the node and shows it on the panel below the tree.
+    /// Reads the node and displays it on the panel below the tree.
     void on_treeXML_clicked(const QModelIndex &index);
-    /// Writes the entry to the current node.
+    /// Writes `text` to the current node.
     void on_cmbXMLValue_activated(const QString &text);
-    /// Executes the current node. A user set is loaded with the stream stopped.
+    /// Executes the current node. Stops the stream while a user set is loaded.
     void on_btnXMLExcute_clicked();
 
 signals:
-    // Each asks the control panel to read one group of settings again.
-    /// Asks the control panel to read its tab of features again. `init` makes no difference.
+    // Each makes the control panel reload one group of settings.
+    /// Reload the features of the first tab. `init` has no effect.
     void sigUpdateFeatureInfo(bool init = false);
-    /// Asks for region, pixel format and frame rate.
+    /// Reload region, pixel format and frame rate.
     void sigUpdateVideoInfo();
-    /// Asks for the trigger's settings.
+    /// Reload the trigger settings.
     void sigUpdateTriggerInfo();
-    /// Asks for the strobe's settings.
+    /// Reload the strobe settings.
     void sigUpdateStrobeInfo();
-    /// Asks for the user sets.
+    /// Reload the user sets.
     void sigUpdateUSerSetInfo();
 
 private:
@@ -81,7 +81,7 @@ private:
     std::unique_ptr<Ui_XMLCtrl> ui;
     void *m_pHandle = nullptr;     // null while no camera is attached
     TreeModel *m_pModel = nullptr; // child object
-    QString m_strNodeName;         // of the node last clicked
+    QString m_strNodeName;         // of the node clicked last
     int m_nNodeType = -1;          // an ONodeType, -1 unknown
-    StreamControl *m_pMainWindow;  // null if the parent is none
+    StreamControl *m_pMainWindow;  // null if the parent is no StreamControl
 };

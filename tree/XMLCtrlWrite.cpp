@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The feature dock's three ways to write to the camera, and what each asks the control panel to
-// reload.
+// The feature dock's three ways to write to the camera, and the settings that the control panel
+// reloads after each.
 #include "tree/XMLCtrl.h"
 
 #include <QKeyEvent>
@@ -15,7 +15,7 @@
 #include "tree/NodeText.h"
 #include "tree/ui_XMLCtrl.h"
 
-/// Asks for a reload when the node's name contains one of `parts`; null entries are unused.
+/// Emits a reload signal if the node's name contains one of `parts`; null entries are unused.
 struct XMLCtrl::NotificationRule {
     void (*notify)(XMLCtrl &);
     std::array<const char *, 9> parts;
@@ -30,7 +30,7 @@ struct XMLCtrl::NotificationRule {
 
 template <std::size_t N> void XMLCtrl::notify(const NotificationRule (&rules)[N])
 {
-    const QString name = m_strNodeName; // a receiver may lead to another click
+    const QString name = m_strNodeName; // copied: a receiver may change the current node
     for (const NotificationRule &rule : rules) {
         if (rule.matches(name))
             rule.notify(*this);
@@ -39,8 +39,8 @@ template <std::size_t N> void XMLCtrl::notify(const NotificationRule (&rules)[N]
 
 namespace {
 
-/// Who is to let the preview of the sensor wait while a node of this name is written: any node may
-/// change the sensor's size. None for a trigger: the grab may be waiting for that very trigger.
+/// The window whose preview must pause while a node of this name is written, as any node may change
+/// the sensor's size. Null for a trigger: the pending grab may be waiting for that trigger.
 StreamControl *previewOwner(StreamControl *window, const QString &name)
 {
     return name.contains(QLatin1String("Trigger")) ? nullptr : window;
@@ -52,8 +52,8 @@ void reloadTrigger(XMLCtrl &dock) { emit dock.sigUpdateTriggerInfo(); }
 void reloadStrobe(XMLCtrl &dock) { emit dock.sigUpdateStrobeInfo(); }
 void reloadUserSets(XMLCtrl &dock) { emit dock.sigUpdateUSerSetInfo(); }
 
-/// The number that was typed into an integer node; 0 for text that is none. The numbers of address
-/// nodes are bit patterns, so that half of the addresses are negative here.
+/// The number typed into an integer node; 0 for other text. The values of address nodes are bit
+/// patterns, so half of the addresses are negative here.
 std::int32_t integerFrom(const QByteArray &name, const QString &text)
 {
     const auto address = isAddressNode(name) ? addressFrom(text) : std::nullopt;
@@ -64,15 +64,15 @@ std::int32_t integerFrom(const QByteArray &name, const QString &text)
 
 void XMLCtrl::on_cmbXMLValue_activated(const QString &text)
 {
-    // Order and names differ from those of the value field on purpose.
+    // Deliberate: order and names differ from those of the value field.
     static constexpr NotificationRule rules[] = {
         {reloadVideo, {"PixelFormat"}},
         {reloadFeatures, {"GainAuto", "ExposureTime", "ExposureAuto", "BalanceWhite"}},
         {reloadTrigger, {"Trigger", "ExposureMode"}},
         {reloadStrobe, {"Timer"}},
     };
-    // Also while the panel reloads, which may write: the GUI thread waits for one grab, not for
-    // two.
+    // Held while the panel reloads too, which may write: the GUI thread then waits for one grab
+    // instead of two.
     const PreviewHold hold(previewOwner(m_pMainWindow, m_strNodeName));
     OrvalisSetNodeString(m_pHandle, m_strNodeName.toLatin1().constData(),
                          text.toLatin1().constData());
@@ -122,7 +122,7 @@ void XMLCtrl::keyPressEvent(QKeyEvent *event)
     notify(rules);
 }
 
-/// Shows what the camera holds afterwards, whatever became of the write.
+/// Writes `text`, then displays the value that the camera reports, even if the write fails.
 void XMLCtrl::commitValue(const QString &text)
 {
     const QByteArray name = m_strNodeName.toLatin1();
@@ -156,8 +156,8 @@ QString XMLCtrl::commitString(const QByteArray &name, const QString &text)
     return QString::fromLatin1(bytesOf(buffer));
 }
 
-// Bounds that cannot be read stay 0, and so does then the value written. Where a camera's bounds
-// contradict each other, the minimum wins.
+// Deliberate: bounds that cannot be read are 0, so 0 is written. If a camera's bounds contradict
+// each other, the minimum wins.
 
 QString XMLCtrl::commitFloat(const QByteArray &name, const QString &text)
 {
@@ -179,6 +179,6 @@ QString XMLCtrl::commitInteger(const QByteArray &name, const QString &text)
     const std::int32_t value = std::max(std::min(typed, node.maximum), node.minimum);
     OrvalisSetNodeInt(m_pHandle, name.constData(), value);
     OrvalisGetNodeInt(m_pHandle, name.constData(), &node);
-    // Kept: decimal also for address nodes, which a click shows dotted.
+    // Deliberate: decimal for address nodes too, although a click displays them dotted.
     return QStringLiteral("%1").arg(node.value);
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A feature dock in a window, on an open camera of the recording library, with everything noted
-// down.
+// A feature dock in a window, on an open camera of the recording library, with a log of all events.
 #pragma once
 
 #include "capture/StreamControl.h"
@@ -21,7 +20,7 @@ Q_DECLARE_METATYPE(fakeorvalis::Node)
 
 using Calls = std::vector<std::string>;
 
-/// The library's calls in a form that a failing comparison prints.
+/// The library's calls in a form that Qt Test prints if a comparison fails.
 inline QStringList callsMade()
 {
     QStringList made;
@@ -49,12 +48,11 @@ public:
     void resumePreview() override { --paused; }
 
     bool streaming = false;
-    int paused = 0; ///< times that the preview was paused and not resumed
-    QStringList
-        events; ///< what happened, in order: signals of the dock by short names, stop, start
+    int paused = 0;     ///< pauses of the preview without a resume
+    QStringList events; ///< in order: signals of the dock by short names, stop, start
 };
 
-/// The dock is shown with the tree of the library's nodes as they are when a bench is made.
+/// Displays the dock with the tree of the library's nodes at construction.
 class DockBench {
 public:
     DockBench()
@@ -86,7 +84,7 @@ public:
     QComboBox *combo() const { return find<QComboBox>("cmbXMLValue"); }
     QPushButton *button() const { return find<QPushButton>("btnXMLExcute"); }
 
-    /// Index of the first node of this name, invalid without one.
+    /// Index of the first node of this name, invalid if there is none.
     QModelIndex indexOf(const QString &name) const
     {
         const QAbstractItemModel *model = tree()->model();
@@ -94,7 +92,7 @@ public:
                                        Qt::MatchExactly | Qt::MatchRecursive);
         return hits.value(0);
     }
-    /// Clicks the row with the mouse, then forgets calls and events unless `keep`.
+    /// Clicks the row with the mouse, then clears calls and events unless `keep`.
     void click(const QString &name, bool keep = false)
     {
         const QModelIndex index = indexOf(name);
@@ -106,7 +104,7 @@ public:
         if (!keep)
             forget();
     }
-    /// Types over the value field and presses a key there.
+    /// Replaces the text of the value field by typing and presses a key there.
     void type(const QString &text, Qt::Key key = Qt::Key_Enter)
     {
         edit()->setFocus();
@@ -140,13 +138,13 @@ private:
     }
 };
 
-/// Notes every call of `function` among the bench's events.
+/// Records every call of `function` among the bench's events.
 inline void noteCall(DockBench &bench, const char *function)
 {
     fakeorvalis::onCall(function, [&bench, function] { bench.window.events.append(function); });
 }
 
-/// "value", "enumeration", "command" or "nothing"; labels have to agree with their widgets.
+/// "value", "enumeration", "command" or "nothing"; labels must agree with their widgets.
 inline QString panelOf(const DockBench &bench)
 {
     const auto shown = [&bench](const char *label, const char *widget) {
@@ -162,7 +160,7 @@ inline QString panelOf(const DockBench &bench)
     return names.value(sum, "mixture");
 }
 
-/// Puts one node below the category "Top", which replaces all others.
+/// Replaces all nodes with the category "Top" and one node below it.
 inline void setOnlyNode(const std::string &name, const fakeorvalis::Node &node)
 {
     fakeorvalis::withState([&](fakeorvalis::State &state) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tests of the feature tree's model share: an open camera of the recording library with a
+// Shared by the tests of the feature tree's model: an open camera of the recording library with a
 // small tree.
 #pragma once
 
@@ -45,7 +45,7 @@ inline const std::map<std::string, Names> smallTree = {
     {"AutoIris", {"Speed"}},       {"Zoom", {"Never"}},
 };
 
-/// Opens a camera for each test function, and closes it.
+/// Opens a camera before each test function and closes it afterwards.
 class ModelBench : public QObject {
     Q_OBJECT
 

@@ -171,8 +171,8 @@ void addRemoveRows()
 
 using Change = bool (TreeModel::*)(int, int, const QModelIndex &);
 
-/// Makes the row's `change` below `parent`. Its result is the row's, and `begin` and `end` come as
-/// often as the row says, with the range that was changed.
+/// Applies the row's `change` below `parent`. Compares its result with the row's, and checks that
+/// `begin` and `end` are emitted as often as the row states, with the changed range.
 template <class Begin, class End>
 void checkChange(TreeModel &model, Change change, Begin begin, End end, const QModelIndex &parent)
 {
@@ -190,7 +190,7 @@ void checkChange(TreeModel &model, Change change, Begin begin, End end, const QM
     QCOMPARE(before[0][2].toInt(), position + count - 1);
 }
 
-/// How many entries of two there are after `count` came, or went where negative.
+/// Number of entries after `count` were added to two, or removed if negative.
 int twoAnd(int count)
 {
     QFETCH(int, announced);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The feature tree's model: how it is read from the camera, and what a hostile one can do to it.
+// The feature tree's model: reading it from the camera, also from a hostile one.
 #include "tests/tree/ModelBench.h"
 
 class TreeModelTest : public ModelBench {
@@ -106,7 +106,7 @@ void TreeModelTest::atMostACapacityOfNamesIsRead_data()
     QTest::newRow("third level") << 3;
 }
 
-/// A list before the long one is shorter: each list has the whole capacity of its own.
+/// A shorter list precedes the long one: each list can use the whole capacity.
 void TreeModelTest::atMostACapacityOfNamesIsRead()
 {
     QFETCH(int, level);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Addresses in the feature dock: dotted text and unsigned numbers are written as the number they
-// stand for.
+// Addresses in the feature dock: dotted text and unsigned numbers are written as the address's
+// value.
 #include "tests/tree/DockBench.h"
 
 class XMLCtrlAddressTest : public QObject {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The feature dock's combo box and "Excute": what each one writes, and what it announces.
+// The feature dock's combo box and "Excute": the calls that each makes and the signals that it
+// emits.
 #include "tests/tree/DockBench.h"
 
 class XMLCtrlCommandTest : public QObject {
@@ -45,7 +46,7 @@ void XMLCtrlCommandTest::typedEntriesAreWrittenAsText()
     bench.click("LineSource");
     bench.combo()->setFocus();
     bench.combo()->lineEdit()->selectAll();
-    QTest::keyClicks(bench.combo(), "Other"); // has the focus for its line edit
+    QTest::keyClicks(bench.combo(), "Other"); // its line edit passes the focus to it
     QTest::keyClick(bench.combo(), Qt::Key_Enter, Qt::KeypadModifier);
     QCOMPARE(callsMade(), QStringList{"OrvalisSetNodeString(h1, \"LineSource\", \"Other\")"});
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The feature dock's form, and how its tree comes and goes.
+// The feature dock's form, and the life cycle of its tree.
 #include "tests/tree/DockBench.h"
 
 #include <QMetaMethod>
@@ -83,7 +83,7 @@ void XMLCtrlFormTest::signalsAreInOrder()
     QStringList found;
     for (int i = dock.methodOffset(); i < dock.methodCount(); ++i) {
         const QMetaMethod method = dock.method(i);
-        // A default argument makes a second signal, without it.
+        // Moc adds a second signal without the default argument.
         if (method.methodType() == QMetaMethod::Signal &&
             !(method.attributes() & QMetaMethod::Cloned))
             found.append(QString::fromLatin1(method.methodSignature()));

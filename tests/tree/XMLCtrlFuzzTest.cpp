@@ -70,7 +70,7 @@ void XMLCtrlFuzzTest::step(DockBench &bench)
     }
 }
 
-/// A random node of a random level, through the slot: hostile trees are too large to scroll in.
+/// Calls the slot for a random node of a random level: hostile trees are too large to scroll in.
 void XMLCtrlFuzzTest::clickSomewhere(DockBench &bench)
 {
     const QAbstractItemModel *model = bench.tree()->model();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the feature dock shows of a node that was clicked, and the lock while acquiring.
+// The feature dock's display of a clicked node, and the lock while acquiring.
 #include "tests/tree/DockBench.h"
 
 constexpr int readOnly = ORVALIS_ACCESS_READ_ONLY;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The feature dock's value field: keypad Enter writes it, and announces what may have changed.
+// The feature dock's value field: keypad Enter writes it and emits signals for related settings.
 #include "tests/tree/DockBench.h"
 
 class XMLCtrlWriteTest : public QObject {
@@ -249,7 +249,7 @@ void XMLCtrlWriteTest::failedReadBackShowsNothingOfTheTyped_data()
                              << "0";
 }
 
-/// The buffer of a read that fails is as it was before: zero.
+/// A failing read leaves its buffer unchanged: zero.
 void XMLCtrlWriteTest::failedReadBackShowsNothingOfTheTyped()
 {
     QFETCH(fakeorvalis::Node, node);
