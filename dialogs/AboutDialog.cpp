@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The about dialog: where its versions come from.
+// The about dialog: reads the versions and adapts fonts and colours.
 #include "dialogs/AboutDialog.h"
 
 #include <QFileInfo>
@@ -13,14 +13,14 @@
 
 namespace {
 
-/// Far above any header of the library; what is larger is not one, and not worth the reading.
-constexpr qint64 largestHeader = 1 << 20;
-/// A version longer than this would only blow up the dialog.
-constexpr int longestVersion = 64;
+/// Bytes; far above the size of the library's header.
+constexpr qint64 maxHeaderSize = 1 << 20;
+/// Characters; a longer version would make the dialog too wide.
+constexpr int maxVersionLength = 64;
 
 QString version(const QSettings &settings, const QString &key)
 {
-    return settings.value(key).toString().left(longestVersion);
+    return settings.value(key).toString().left(maxVersionLength);
 }
 
 } // namespace
@@ -51,9 +51,9 @@ QString AboutDialog::sdkHeaderPath()
 
 AboutDialog::SdkVersions AboutDialog::readSdkVersions(const QString &headerPath)
 {
-    // isFile() keeps pipes, which would block, and directories away from QSettings.
+    // Refuse directories, and pipes, which would block QSettings.
     const QFileInfo header(headerPath);
-    if (!header.isFile() || !header.isReadable() || header.size() > largestHeader)
+    if (!header.isFile() || !header.isReadable() || header.size() > maxHeaderSize)
         return {};
     QSettings settings(headerPath, QSettings::IniFormat);
     settings.setIniCodec("UTF-8");
@@ -62,7 +62,7 @@ AboutDialog::SdkVersions AboutDialog::readSdkVersions(const QString &headerPath)
             version(settings, QStringLiteral("LIBRARY_VERSION"))};
 }
 
-/// A value that is not known has no text to be read aloud.
+/// Gives screen readers a name for each value; an unknown value has no text of its own.
 void AboutDialog::nameValues()
 {
     const std::pair<QLabel *, QLabel *> rows[] = {
@@ -73,7 +73,7 @@ void AboutDialog::nameValues()
     }
 }
 
-/// The panel is white whatever the desktop's colours, so its texts must not be white too.
+/// The panel is always white, so its texts must be black even with a dark desktop theme.
 void AboutDialog::blackenPanel()
 {
     QPalette onWhite = ui->widget->palette();
@@ -82,12 +82,12 @@ void AboutDialog::blackenPanel()
         label->setPalette(onWhite);
 }
 
-/// The title's box and size in points are fixed; fonts wider than the intended one are condensed.
+/// Condenses the title's font until it fits: its label and its size in points are fixed.
 void AboutDialog::fitTitle()
 {
-    constexpr int mostCondensed = 50;
+    constexpr int minStretch = 50;
     QFont title = ui->label->font();
-    for (int stretch = 100; stretch >= mostCondensed; stretch -= 5) {
+    for (int stretch = 100; stretch >= minStretch; stretch -= 5) {
         title.setStretch(stretch);
         if (QFontMetrics(title).horizontalAdvance(ui->label->text()) <= ui->label->maximumWidth())
             break;

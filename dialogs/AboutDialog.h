@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Names the program, the installed camera library and the operating system.
+// Displays the versions of the program, the installed camera library and the operating system.
 #pragma once
 
 #include <QDialog>
@@ -9,26 +9,26 @@
 
 class Ui_AboutDialog;
 
-/// Shows the versions of the program, of the camera library and of the system.
+/// The dialog of the action "About". GUI thread.
 class AboutDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// Versions of the camera library; empty where unknown.
+    /// Versions of the camera library; empty if unknown.
     struct SdkVersions {
         QString package;
         QString library;
     };
 
     explicit AboutDialog(QWidget *parent = nullptr);
-    /// With the versions in a header at another place than sdkHeaderPath().
+    /// Reads the versions from `headerPath` instead of sdkHeaderPath().
     AboutDialog(QWidget *parent, const QString &headerPath);
     ~AboutDialog() override;
 
-    /// Where the camera library installs its header.
+    /// Installed header of the camera library.
     static QString sdkHeaderPath();
     /// Reads the version block of a camera library's header. Empty for a file that is missing, not
-    /// a regular file, unreadable or larger than any such header. Never writes.
+    /// a regular file, unreadable, or larger than 1 MiB. Never writes.
     static SdkVersions readSdkVersions(const QString &headerPath);
 
 private:

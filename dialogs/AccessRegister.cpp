@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The register dialog: text to numbers and back, and the font that its fixed size has room for.
+// The register dialog: conversion of numbers, and the font that fits its fixed size.
 #include "dialogs/AccessRegister.h"
 
 #include <QFontInfo>
@@ -14,8 +14,8 @@
 
 namespace {
 
-/// The first hexadecimal number in the field, 0 if there is none. scanf's own conversion decides on
-/// blanks, signs, a leading "0x" and where the number ends.
+/// The first hexadecimal number in the field, 0 if there is none. Deliberate: scanf decides about
+/// blanks, signs, a leading "0x" and the end of the number.
 unsigned int hexadecimal(const QLineEdit &field)
 {
     unsigned int number = 0;
@@ -23,7 +23,7 @@ unsigned int hexadecimal(const QLineEdit &field)
     return number;
 }
 
-/// True if `text`, with `margin` pixels around it, fits the widget.
+/// True if `text` with a margin, in pixels, fits the widget.
 bool hasRoom(const QWidget &widget, const QFont &font, const QString &text, QSize margin)
 {
     const QFontMetrics metrics(font);
@@ -44,16 +44,16 @@ AccessRegister::AccessRegister(QWidget *parent, void *handle)
 
 AccessRegister::~AccessRegister() = default;
 
-/// The widgets' places are fixed in pixels, the desktop's font is not: takes the largest size up to
-/// the desktop's that nothing is cut off with.
+/// Uses the largest font size up to the desktop's that truncates no text: the geometry of the
+/// widgets is fixed in pixels.
 void AccessRegister::fitFont()
 {
-    constexpr int smallestPixelSize = 6;
+    constexpr int minPixelSize = 6;
     const QSize indent(4, 0), editFrame(10, 4), buttonFrame(16, 4);
     const QString widestData = QStringLiteral("DDDDDDDD");
     QFont fitted = font();
     int size = QFontInfo(fitted).pixelSize();
-    for (; size > smallestPixelSize; --size) {
+    for (; size > minPixelSize; --size) {
         fitted.setPixelSize(size);
         if (hasRoom(*ui->label, fitted, ui->label->text(), indent) &&
             hasRoom(*ui->label_2, fitted, ui->label_2->text(), indent) &&
@@ -74,7 +74,7 @@ void AccessRegister::on_btnRead_clicked()
 
 void AccessRegister::on_btnWrite_clicked()
 {
-    const PreviewHold hold(m_pMainWindow); // it may be the register of a size
+    const PreviewHold hold(m_pMainWindow); // the register may change the sensor's size
     OrvalisWriteRegiser(m_pHandle, hexadecimal(*ui->edAddr), hexadecimal(*ui->edData));
 }
 

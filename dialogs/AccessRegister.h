@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A small dialog that reads and writes one 32-bit register of the camera by its address.
+// A dialog that reads and writes a 32-bit register of the camera by its address.
 #pragma once
 
 #include <QDialog>
@@ -15,8 +15,8 @@ class AccessRegister : public QDialog {
     Q_OBJECT
 
 public:
-    /// `parent` is asked to pause the sensor preview around writes if it is a StreamControl.
-    /// `handle` is the open camera's OCameraHandle, not owned; null is harmless.
+    /// If `parent` is a StreamControl, writes pause its sensor preview. `handle` is the open
+    /// camera's OCameraHandle, not owned; may be null.
     AccessRegister(QWidget *parent, void *handle);
     ~AccessRegister() override;
 
@@ -24,7 +24,7 @@ public:
     void keyPressEvent(QKeyEvent *event) override;
 
 public slots:
-    /// Shows the register at the address in the address field.
+    /// Reads and displays the register at the address in the address field.
     void on_btnRead_clicked();
     /// Writes the data field to the register at the address in the address field.
     void on_btnWrite_clicked();

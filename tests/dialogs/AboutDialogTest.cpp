@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The about dialog: its form, and what it makes of the camera library's header in any condition.
+// The about dialog: its form, and reading of intact and broken headers of the camera library.
 #include "dialogs/AboutDialog.h"
 #include "tests/support/QtTestMain.h"
 
@@ -183,7 +183,7 @@ void AboutDialogTest::versionLabelsAreEmptyWithoutAHeader()
     QCOMPARE(dialog.findChild<QLabel *>("laLibrary")->text(), QString());
 }
 
-/// Whatever is installed where the test runs, which may be nothing.
+/// The header may be missing on the machine that runs the test.
 void AboutDialogTest::dialogReadsTheInstalledHeader()
 {
     const AboutDialog dialog;
@@ -270,7 +270,7 @@ void AboutDialogTest::utf8Values()
 void AboutDialogTest::changedHeaderIsReadAgain()
 {
     for (int i = 0; i < 50; ++i) {
-        const QByteArray version(i + 1, '7'); // another size each time, whatever the file's clock
+        const QByteArray version(i + 1, '7'); // changes the size, as the file's time may not change
         const auto versions = AboutDialog::readSdkVersions(
             write("[VERSION_INFO]\nPACKAGE_VERSION=" + version + "\n"));
         QCOMPARE(versions.package, QString(version));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The register dialog: its fixed form, the numbers it makes of text, its keys, and the calls it
-// makes.
+// The register dialog: its fixed form, the conversion of text to numbers, its keys, and its library
+// calls.
 #include "dialogs/AccessRegister.h"
 #include "capture/StreamControl.h"
 #include "tests/fakelibrary/FakeOrvalis.h"
@@ -16,7 +16,7 @@
 
 namespace {
 
-/// Calls as text, with the fake's own way of writing numbers.
+/// Calls as text, with numbers in the notation of the recording library.
 std::vector<std::string> reading(std::uint32_t address)
 {
     return {"OrvalisReadRegister(h1, " + std::to_string(address) + ")"};
@@ -221,7 +221,7 @@ void AccessRegisterTest::numbersAreParsedAsScanfDoes_data()
     row("ä1", 0);
     row("1ä", 1);
     row("€1", 0);
-    row("１", 0); // a full-width digit is none
+    row("１", 0); // not a hexadecimal digit: full-width
     row("%x", 0);
     row("123456789", 0x12345678); // the ninth character does not fit the field
     row("   ", 0);
@@ -257,7 +257,7 @@ void AccessRegisterTest::failedReadShowsZero()
     QCOMPARE(data()->text(), QString("00000000"));
 }
 
-/// What is written may be the size of the sensor.
+/// The register may change the sensor's size.
 void AccessRegisterTest::writePausesThePreview()
 {
     class Window : public QWidget, public StreamControl {
