@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the recording camera library answers when a test has said nothing.
+// Default answers of the recording camera library.
 #include "tests/fakelibrary/FakeLibrary.h"
 
 namespace fakeorvalis {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tells whether the caller is a thread on which the recording library runs a frame callback.
+// Whether the calling thread is one on which the recording library runs a frame callback.
 #pragma once
 
 namespace fakeorvalis {

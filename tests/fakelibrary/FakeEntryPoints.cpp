@@ -15,7 +15,7 @@ namespace {
 
 using Lock = std::unique_lock<std::mutex>;
 
-/// Hostility may refuse a call that otherwise has its real effect.
+/// The hostile mode may refuse a call that otherwise has its real effect.
 bool refusedAtRandom(Library &fake, const char *function)
 {
     return fake.isHostile(function) && fake.hostile->chance(25);
@@ -35,7 +35,7 @@ bool isOnBus(const Library &fake, const std::string &cameraId)
                                        [&](const auto &camera) { return camera.id == cameraId; });
 }
 
-/// An answer that does `access` with the register's word, if there is such a register.
+/// An answer that calls `access` with the register's word, if there is such a register.
 template <typename Access> auto atRegister(std::uint32_t address, Access access)
 {
     return [address, access](State &state) -> std::int32_t {
@@ -49,7 +49,7 @@ template <typename Access> auto atRegister(std::uint32_t address, Access access)
     };
 }
 
-/// Handles are numbers that are never used twice, not even after a reset.
+/// Handles are numbers that are never reused, not even after a reset.
 OCameraHandle nextHandle()
 {
     static std::uintptr_t last = 0x10000;
@@ -81,7 +81,7 @@ std::int32_t cameraText(const char *function, std::uint32_t index, char *text,
     });
 }
 
-/// Copies `pixels` over the first `size` bytes of a plane, 128 where they end too soon.
+/// Copies `pixels` to the first `size` bytes of a plane and fills missing ones with 128.
 void putPixels(std::uint8_t *plane, std::size_t size, const std::vector<std::uint8_t> &pixels)
 {
     const std::size_t copied = std::min(size, pixels.size());
@@ -102,7 +102,7 @@ std::int32_t grab(Library &fake, OImageFrame *frame, std::uint8_t *plane, std::u
     return ORVALIS_OK;
 }
 
-/// The sizes into their bounds, then the offsets, so that the region lies on the sensor.
+/// Clamps the sizes, then the offsets, so that the region lies on the sensor.
 void takeRegion(OSizeInfo &size, const OSizeInfo &wanted)
 {
     size.width = std::clamp(wanted.width, 1, std::max(1, size.maxWidth));
@@ -157,7 +157,7 @@ int32_t OrvalisCloseCamera(OCameraHandle handle)
         .honest()
         .answerWith([=](Library &fake, Lock &lock) {
             fake.stop(lock, handle);
-            if (Handle *known = fake.find(handle)) // a reset may have come while it waited
+            if (Handle *known = fake.find(handle)) // a reset may have removed it meanwhile
                 known->open = false;
             return ORVALIS_OK;
         });

@@ -11,8 +11,7 @@ namespace {
 
 using Result = std::int32_t;
 
-/// Lets `use` answer with the entry of `features` named `name`; a camera without it does not
-/// support it.
+/// Calls `use` with the entry of `features` named `name`; answers "not supported" if there is none.
 template <typename Feature, typename Use>
 Result withFeature(std::map<std::string, Feature> &features, const char *name, const Use &use)
 {
@@ -57,7 +56,7 @@ template <typename Value> Result setNumber(Call &&call, const char *name, Value 
 {
     return call.in(value).answer([=](State &state) {
         return withFeature(featuresOf(state, &value), name, [=](auto &feature) -> Result {
-            // Bounds compared in the caller's type: 0.1f is no more than a maximum of 0.1.
+            // Compare bounds in the caller's type: 0.1f does not exceed a maximum of 0.1.
             if (!(value >= static_cast<Value>(feature.minimum) &&
                   value <= static_cast<Value>(feature.maximum)))
                 return ORVALIS_ERROR_OUT_OF_RANGE;
@@ -135,7 +134,7 @@ Result currentEntry(Call &&call, const char *name, char *text)
     });
 }
 
-/// The code that OrvalisGetCamInfo() gives has to follow the name.
+/// Keeps the code returned by OrvalisGetCamInfo() in step with the name.
 void followPixelFormat(State &state)
 {
     static const std::map<std::string, std::uint32_t> codes{

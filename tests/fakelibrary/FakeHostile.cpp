@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Answers that no sane library gives, of exactly the sizes that OrvalisAPI.h documents.
+// Invalid answers, of exactly the sizes that OrvalisAPI.h documents.
 #include "tests/fakelibrary/FakeHostile.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace fakeorvalis {
 
 namespace {
 
-/// The records' tables are full even where their count says more.
+/// Fills the table of a record completely, even if its count exceeds the capacity.
 template <std::size_t capacity>
 std::span<char[ORVALIS_TEXT_SIZE]> counted(char (&names)[capacity][ORVALIS_TEXT_SIZE],
                                            std::uint32_t count)
@@ -131,7 +131,7 @@ void HostileSource::fill(ONodeList &list)
 
 void HostileSource::fill(ONodeInfo &info)
 {
-    // Types and access modes that exist come often enough to reach the code behind them.
+    // Existing types and access modes are frequent enough to reach the code behind them.
     info.type = static_cast<std::int32_t>(below(12)) - 1;
     info.accessMode = static_cast<std::int32_t>(below(8)) - 1;
     info.lockable = static_cast<std::uint8_t>(below(256));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Answers that no sane library gives, of exactly the sizes that OrvalisAPI.h documents.
+// Invalid answers, of exactly the sizes that OrvalisAPI.h documents.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -13,17 +13,17 @@
 
 namespace fakeorvalis {
 
-/// Hostile output values, from a seeded generator or from a tape. Not safe for threads: the
-/// library's lock guards it.
+/// Hostile output values, from a seeded generator or from a tape. Not thread-safe: the library's
+/// lock guards it.
 class HostileSource {
 public:
     explicit HostileSource(std::uint32_t seed) : generator_(seed) {}
-    /// Beyond the tape's end answers are harmless: success, zeros, empty texts.
+    /// After the end of the tape, answers are harmless: success, zeros, empty texts.
     explicit HostileSource(viewertest::ByteTape tape) : tape_(std::move(tape)) {}
 
-    /// True in `share` of 100 calls.
+    /// True in `share` percent of the calls.
     bool chance(unsigned share) { return below(100) < share; }
-    /// Success in three of four calls, else one of the documented codes or a number that is none.
+    /// Success in three of four calls, else a documented or an undocumented code.
     std::int32_t result();
 
     void fill(std::int32_t &value);
@@ -38,7 +38,7 @@ public:
     void fill(OIntNode &node);
     void fill(OFloatNode &node);
     void fill(OEnumNode &node);
-    /// Sizes and depth; the planes are the caller's and stay as they are.
+    /// Sets sizes and depth; keeps the planes, which belong to the caller.
     void fill(OImageFrame &frame);
     /// Mostly all bytes without a NUL, sometimes an empty string.
     void text(std::span<char> buffer);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The insides of the recording camera library: its one instance, and how an entry point is written.
+// Internals of the recording camera library: its only instance, and the helper for entry points.
 #include "tests/fakelibrary/FakeLibrary.h"
 
 #include "tests/fakelibrary/FakeDelivery.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The insides of the recording camera library: its one instance, and how an entry point is written.
+// Internals of the recording camera library: its only instance, and the helper for entry points.
 #pragma once
 
 #include "tests/fakelibrary/FakeHostile.h"
@@ -16,24 +16,24 @@
 
 namespace fakeorvalis {
 
-/// One handle that was given out since the last reset.
+/// A handle issued since the last reset.
 struct Handle {
     OCameraHandle value = nullptr;
     std::string cameraId;
     bool open = false;
 };
 
-/// One call, as calls() gives it, and who made it.
+/// A call in the notation of calls(), and its thread.
 struct Recorded {
     std::string text;
     std::thread::id caller;
 };
 
-/// All that the library holds. `mutex` guards every member but itself and `deliveryMutex`.
+/// Data of the library. `mutex` guards every member except itself and `deliveryMutex`.
 struct Library {
     std::mutex mutex;
-    std::condition_variable quiet; ///< told when a delivery has ended
-    std::mutex deliveryMutex;      ///< held around a callback, so that none runs beside another
+    std::condition_variable quiet; ///< notified when a delivery ends
+    std::mutex deliveryMutex;      ///< held around a callback, so that callbacks never overlap
 
     State state = defaultState();
     std::vector<Recorded> calls;
@@ -45,38 +45,37 @@ struct Library {
     std::vector<Handle> handles;
     OCameraHandle streaming = nullptr;
     OFrameCallback callback = nullptr;
-    int deliveries = 0; ///< callbacks under way
+    int deliveries = 0; ///< callbacks that are running
     std::vector<std::uint8_t> grabRaw;
     std::vector<std::uint8_t> grabRgb;
     std::ofstream
-        trace; ///< calls again, for the real executable; FAKE_ORVALIS_TRACE names the file
+        trace; ///< copy of the calls for tests of the executable; FAKE_ORVALIS_TRACE names the file
 
     Library();
 
     void record(const std::string &call);
     std::string nameOf(OCameraHandle handle);
     Handle *find(OCameraHandle handle);
-    /// The code that `function` has to return instead of an answer; 0 for none.
+    /// The code that `function` must return instead of an answer; 0 for none.
     std::int32_t failureOf(const std::string &function) const;
     bool isHostile(const std::string &function) const
     {
         return hostile && (hostileOnly.empty() || hostileOnly == function);
     }
-    /// Ends the acquisition of `handle` and waits for the callback under way, unless it is the
-    /// caller.
+    /// Ends the acquisition of `handle` and waits for a running callback, unless called from it.
     void stop(std::unique_lock<std::mutex> &lock, OCameraHandle handle);
 };
 
 Library &library();
 
-/// Writes `text` into a buffer of the caller, cut to `size` bytes with its NUL.
+/// Writes `text` to a buffer of the caller, truncated to `size` bytes including its NUL.
 void putText(char *buffer, std::size_t size, const std::string &text);
 
-/// How floats are recorded: as short as reading them back allows.
+/// The shortest text that reads back as the same number.
 std::string shortest(double value);
 std::string shortest(float value);
 
-/// One call of an entry point: takes the arguments in order, then answers.
+/// One call of an entry point: records the arguments in order, then answers.
 class Call {
 public:
     explicit Call(const char *function) : m_function(function) {}
@@ -99,14 +98,15 @@ public:
     {
         return output(buffer, [=](HostileSource &source) { source.text({buffer, size}); });
     }
-    /// A call without outputs whose effect stays real under hostility, such as start and stop.
+    /// Marks a call without outputs that keeps its effect in hostile mode, such as start and stop.
     Call &honest()
     {
         m_honest = true;
         return *this;
     }
 
-    /// Records, runs the hook, and unless the call has to fail lets `body` answer under the lock.
+    /// Records the call, runs the hook, and unless the call must fail, calls `body` with the lock
+    /// held.
     std::int32_t answer(const std::function<std::int32_t(State &)> &body);
     /// The same with the whole library, for calls that change handles or wait.
     std::int32_t

@@ -25,7 +25,7 @@ bool isAllowed(std::int32_t access, Use use)
     return access == (use == Use::read ? ORVALIS_ACCESS_READ_ONLY : ORVALIS_ACCESS_WRITE_ONLY);
 }
 
-/// Finds a node, checks its type and access, and lets `body` answer.
+/// Finds a node, checks its type and access, and calls `body` to answer.
 template <typename Body>
 Result withNode(Call &call, const char *name, int type, Use use, const Body &body)
 {
@@ -41,7 +41,7 @@ Result withNode(Call &call, const char *name, int type, Use use, const Body &bod
     });
 }
 
-/// A test that gave no bounds meant none.
+/// Bounds that are both 0 mean no bounds.
 template <typename Record, typename Value> bool fits(const Record &record, Value value)
 {
     const bool unbounded = record.minimum >= 0 && record.maximum <= 0;
@@ -120,8 +120,7 @@ std::string textOf(const Node &node)
     }
 }
 
-/// How many bytes the caller's buffer has for certain: callers may bring a short one for
-/// enumerations.
+/// Guaranteed size of the caller's buffer in bytes: callers may pass a short one for enumerations.
 std::size_t textCapacity(const char *name)
 {
     std::size_t size = ORVALIS_NAME_SIZE;
@@ -133,7 +132,7 @@ std::size_t textCapacity(const char *name)
     return size;
 }
 
-/// Writes as many of `names` as the caller's table has room for.
+/// Writes `names` up to the capacity of the caller's table.
 template <std::size_t capacity>
 std::uint32_t putNames(char (&table)[capacity][ORVALIS_TEXT_SIZE], std::uint32_t room,
                        const std::vector<std::string> &names)
@@ -182,7 +181,7 @@ int32_t OrvalisGetNodeList(OCameraHandle handle, const char *parent, ONodeList *
             list->count = putNames(list->names, list->count, node.children);
             return ORVALIS_OK;
         });
-    // Callers look at the count alone, so even a failure has to set it; hostility need not.
+    // Callers read only the count, so even a failure must set it, except in hostile mode.
     fakeorvalis::Library &fake = fakeorvalis::library();
     const std::lock_guard lock(fake.mutex);
     if (result != ORVALIS_OK && list && !fake.hostile)

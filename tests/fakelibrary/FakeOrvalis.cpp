@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a test asks of the recording camera library, and tells it.
+// The functions through which tests control the recording camera library.
 #include "tests/fakelibrary/FakeOrvalis.h"
 
 #include "tests/fakelibrary/FakeDelivery.h"
@@ -28,7 +28,7 @@ std::vector<std::string> callsWhere(const std::vector<std::string> &functions, b
     return kept;
 }
 
-/// Runs the callback on the present thread. False if no acquisition runs.
+/// Runs the callback on the current thread. Returns false if no acquisition runs.
 bool runCallback(OImageFrame *frame)
 {
     Library &fake = library();

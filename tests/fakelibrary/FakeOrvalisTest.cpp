@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The recording camera library must itself be right, or the tests that stand on it mean nothing.
+// Tests of the recording camera library itself, on which other tests depend.
 #include "tests/fakelibrary/FakeOrvalis.h"
 
 #include <gmock/gmock.h>
@@ -316,7 +316,7 @@ TEST_F(FakeOrvalisStream, closeEndsTheStream)
     EXPECT_FALSE(fakeorvalis::deliver(m_frame));
 }
 
-/// A buffer of exactly the documented size, which the address sanitizer watches.
+/// A buffer of exactly the documented size; the address sanitizer reports writes beyond it.
 struct Exactly {
     explicit Exactly(std::size_t size) : bytes(new char[size]), length(size)
     {
@@ -385,7 +385,7 @@ TEST_F(FakeOrvalis, hostilityRepeatsItselfForASeed)
 
 TEST_F(FakeOrvalis, hostileAnswersComeFromTheBytesAndEndHarmless)
 {
-    // Pick 11 of the numbers is a word of its own; a result below 75 is success, the next is not.
+    // Choice 11 of the numbers takes its own word; a result below 75 is success, the next is not.
     fakeorvalis::hostileAnswers({11, 4, 3, 2, 1, 0, 0, 99, 1});
     std::int32_t contrast = 0;
     EXPECT_EQ(OrvalisGetContrast(m_camera, &contrast), ORVALIS_OK);

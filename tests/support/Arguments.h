@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Arguments of the form "--name value" for programs that run short as a test and long by hand.
+// Arguments of the form "--name value" for programs that are short as a test and longer manually.
 #pragma once
 
 #include <cstdlib>
@@ -8,7 +8,7 @@
 
 namespace viewertest {
 
-/// The text behind "--name", else `usual`.
+/// The text after "--name", else `usual`.
 inline std::string textArgument(int argc, char *const *argv, std::string_view name,
                                 std::string usual)
 {
@@ -20,7 +20,7 @@ inline std::string textArgument(int argc, char *const *argv, std::string_view na
     return usual;
 }
 
-/// The whole number behind "--name", else `usual`.
+/// The integer after "--name", else `usual`.
 inline long argument(int argc, char *const *argv, std::string_view name, long usual)
 {
     const std::string text = textArgument(argc, argv, name, std::to_string(usual));

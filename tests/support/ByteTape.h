@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Reads numbers and texts from a row of bytes, for tests whose steps somebody else has chosen.
+// Reads numbers and texts from a byte sequence, for tests whose steps a fuzzer or generator
+// chooses.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +14,7 @@
 
 namespace viewertest {
 
-/// Beyond the end everything reads as zero. Not safe for threads.
+/// Returns zeros after the end. Not thread-safe.
 class ByteTape {
 public:
     explicit ByteTape(std::vector<std::uint8_t> bytes) : bytes_(std::move(bytes)) {}
@@ -22,7 +23,7 @@ public:
     bool atEnd() const { return next_ >= bytes_.size(); }
     std::size_t left() const { return bytes_.size() - next_; }
 
-    /// The next sizeof(Number) bytes as they lie in memory.
+    /// The next sizeof(Number) bytes in native byte order.
     template <typename Number> Number number()
     {
         static_assert(std::is_arithmetic_v<Number> && !std::is_same_v<Number, bool>);
@@ -32,13 +33,13 @@ public:
         return value;
     }
 
-    /// A number from 0 to limit - 1, from one byte where that is enough.
+    /// A number from 0 to limit - 1, from one byte if that is enough.
     std::uint32_t below(std::uint32_t limit)
     {
         return (limit <= 256 ? number<std::uint8_t>() : number<std::uint32_t>()) % limit;
     }
 
-    /// At most `size` bytes: as many as there are left.
+    /// At most `size` bytes; fewer near the end.
     std::vector<std::uint8_t> bytes(std::size_t size)
     {
         const auto first = bytes_.begin() + static_cast<std::ptrdiff_t>(next_);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Counts what a stretch of code takes from the heap.
+// Counts heap allocations in a scope.
 #include "tests/support/CountedAllocations.h"
 
 #include <cstdlib>

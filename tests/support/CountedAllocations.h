@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Counts what a stretch of code takes from the heap.
+// Counts heap allocations in a scope.
 #pragma once
 
-/// Counts the calls of operator new on this thread while it lives. The program links
+/// Counts the calls of operator new on this thread during its lifetime. The program must link
 /// CountedAllocations.cpp, which replaces operator new and operator delete.
 class CountedAllocations {
 public:

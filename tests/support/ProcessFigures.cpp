@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the running program takes of the machine, as the kernel tells it.
+// Resource usage of the running process, read from the kernel.
 #include "tests/support/ProcessFigures.h"
 
 #include <algorithm>
@@ -20,7 +20,7 @@ int openDescriptors()
 {
     std::error_code none;
     const std::filesystem::directory_iterator all("/proc/self/fd", none);
-    // The look itself takes one.
+    // Without the descriptor of this directory.
     return none ? 0 : static_cast<int>(std::distance(begin(all), end(all))) - 1;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the running program takes of the machine: for tests that repeat something many times.
+// Resource usage of the running process, for tests that repeat a step many times.
 #pragma once
 
 #include <functional>
@@ -7,20 +7,20 @@
 namespace viewertest {
 
 struct ProcessFigures {
-    long residentKiB = 0; ///< memory that is in use now
-    long peakKiB = 0;     ///< the most that ever was
+    long residentKiB = 0; ///< resident memory
+    long peakKiB = 0;     ///< largest resident memory so far
     int threads = 0;
     int descriptors = 0; ///< open files, sockets and the like
 };
 
-/// Of this process, now. Everything is 0 where the system does not tell.
+/// Current figures of this process. A figure that the system does not report is 0.
 ProcessFigures processFigures();
 
-/// Prints `figures` behind `what` as one line, at once.
+/// Prints `what` and `figures` as one line and flushes.
 void printFigures(const char *what, const ProcessFigures &figures);
 
-/// Calls `step` so many times, and prints figures ten times on the way.
-/// @param what is repeated, for the print
+/// Calls `step` that many times and prints figures at ten points in between.
+/// @param what name of the step, for the print
 void repeat(const char *what, long times, const std::function<void()> &step);
 
 } // namespace viewertest

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Catches Qt's warnings on their way to Qt Test's own message handler.
+// Catches Qt's warnings before Qt Test's own message handler.
 #include "tests/support/QtTestMain.h"
 
 #include <QMutex>
@@ -10,7 +10,7 @@ QMutex trapMutex; // guards caught and expected
 QStringList caught;
 QList<QRegularExpression> expected;
 
-/// The offscreen and the minimal platform say these of themselves on machines without a display.
+/// Warnings about the offscreen and minimal platforms themselves, on machines without a display.
 bool isAboutThePlatform(const QString &message)
 {
     return message.contains(QLatin1String("propagateSizeHints")) ||
@@ -39,7 +39,7 @@ namespace viewertest {
 
 void installWarningTrap()
 {
-    // Qt Test puts a handler of its own in front for the time of qExec() and passes messages on.
+    // During qExec(), Qt Test installs its own handler, which passes messages on to this one.
     qInstallMessageHandler(trap);
 }
 

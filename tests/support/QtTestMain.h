@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What Qt tests share: a main function for the test classes of a program, in which a Qt warning
+// Shared by Qt tests: a main function for the test classes of a program, in which a Qt warning
 // fails the test.
 #pragma once
 
@@ -9,29 +9,28 @@
 
 namespace viewertest {
 
-/// From here on any Qt warning or critical message fails the running test function, as "No matching
-/// signal for on_..." should. Messages that match a pattern given to expectWarning() are let
-/// through.
+/// Makes any Qt warning or critical message fail the running test function, for example "No
+/// matching signal for on_...". Messages that match a pattern of expectWarning() are accepted.
 void installWarningTrap();
 
-/// Lets warnings that match `pattern` pass until the end of the running test function.
+/// Accepts warnings that match `pattern` until the end of the running test function.
 void expectWarning(const QRegularExpression &pattern);
 
 /// Warnings caught since the last call. A test's cleanup() may compare it with an empty list.
 QStringList takeWarnings();
 
-/// Makes a test class known to the program's main function.
+/// Registers a test class with the program's main function.
 class Registration {
 public:
     using Make = QObject *(*)();
-    /// Both live as long as the program; `make` returns a new object of the class `name`.
+    /// `make` returns a new object of the class `name`; both must be valid until the program ends.
     Registration(const char *name, Make make);
 };
 
 } // namespace viewertest
 
-/// In place of QTEST_MAIN: the program runs the classes that its first arguments name, all of them
-/// without arguments; the others are those of Qt Test.
+/// Replaces QTEST_MAIN: the program runs the classes named by its first arguments, or all of them
+/// if there are none; Qt Test receives the other arguments.
 #define ORVALIS_QTEST_MAIN(TestObject)                                                             \
     static const viewertest::Registration registered##TestObject(                                  \
         #TestObject, []() -> QObject * { return new TestObject; });

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The main function of Qt tests: a widget application that runs the classes it is asked for.
+// The main function of Qt tests: a widget application that runs the requested classes.
 #include "tests/support/QtTestMain.h"
 
 #include <QApplication>
@@ -14,7 +14,7 @@ namespace {
 
 using Classes = std::map<std::string, viewertest::Registration::Make>;
 
-/// Filled before main() by objects of other files, so it is made when the first of them asks.
+/// Created on first use, because static objects of other files fill it before main().
 Classes &classes()
 {
     static Classes all;
@@ -31,7 +31,7 @@ int run(viewertest::Registration::Make make, const QStringList &arguments)
     return failures + static_cast<int>(warnings.size());
 }
 
-/// Takes the names of classes off the front of `arguments`.
+/// Removes the names of classes from the front of `arguments`.
 std::vector<viewertest::Registration::Make> chosen(QStringList *arguments)
 {
     std::vector<viewertest::Registration::Make> wanted;
