@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A display of the test's own: an X server in memory with a window manager, a mouse and a keyboard.
+// A virtual display for a test: an X server in memory with a window manager, mouse and keyboard.
 #include "tests/e2e/Desktop.h"
 
 #include <QtTest>
@@ -8,7 +8,7 @@ namespace e2e {
 
 namespace {
 
-constexpr int patience = 30000; // ms until a helper program counts as broken
+constexpr int patience = 30000; // ms, time-out of helper programs
 
 void finish(QProcess &process)
 {
@@ -42,8 +42,8 @@ bool Desktop::start()
 {
     const QString screen = QStringLiteral("%1x%2x24").arg(width).arg(height);
     m_server.setStandardErrorFile(QProcess::nullDevice());
-    // The server says its display number on the given descriptor once it listens: standard output.
-    // It would start over when its last client leaves, and the first ones are short.
+    // The server writes its display number to the given descriptor, standard output, once it
+    // listens. Without -noreset it would restart after each of the first, short-lived clients.
     if (!startProgram(m_server, QStringLiteral("Xvfb"),
                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
                        QStringLiteral("0"), screen, QStringLiteral("-nolisten"),

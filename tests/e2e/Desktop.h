@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A display of the test's own: an X server in memory with a window manager, a mouse and a keyboard.
+// A virtual display for a test: an X server in memory with a window manager, mouse and keyboard.
 #pragma once
 
 #include <QImage>
@@ -9,7 +9,7 @@
 
 namespace e2e {
 
-/// Starts with a free display number and ends with the object. GUI-less: no Qt window lives here.
+/// Uses a free display number and ends with the object. The test itself opens no window.
 class Desktop {
 public:
     static constexpr int width = 1600;
@@ -20,29 +20,30 @@ public:
     Desktop(const Desktop &) = delete;
     Desktop &operator=(const Desktop &) = delete;
 
-    /// False, with the reason in error(), if the X server or the window manager does not start.
+    /// Returns false, with the reason in error(), if the X server or the window manager does not
+    /// start.
     bool start();
     QString error() const { return m_error; }
 
-    /// The environment of programs that shall appear here.
+    /// Environment for programs on this display.
     QProcessEnvironment environment() const;
 
-    /// The whole screen; null if it cannot be taken.
+    /// An image of the whole screen; null on failure.
     QImage screenshot() const;
 
     void click(QPoint position) const;
     void doubleClick(QPoint position) const;
     void moveTo(QPoint position) const;
-    /// Turns the wheel by `steps` notches at the mouse, away from the user if positive.
+    /// Turns the mouse wheel by `steps` notches, away from the user if positive.
     void wheel(int steps) const;
-    /// A key or chord as the keyboard tool names it: "ctrl+o", "alt+F4", "Down".
+    /// Presses a key or chord, in xdotool's notation: "ctrl+o", "alt+F4", "Down".
     void key(const QString &chord) const;
     void type(const QString &text) const;
 
-    /// Window of `process` whose title begins with `title`; empty if there is none at present.
+    /// Window of `process` whose title begins with `title`; empty if there is none.
     QString windowOf(qint64 process, const QString &title) const;
     QString titleOf(const QString &window) const;
-    /// The first picture that `window` gives for its icon; null if it gives none.
+    /// The first icon image of `window`; null if it has none.
     QImage iconOf(const QString &window) const;
 
 private:

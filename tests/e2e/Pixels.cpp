@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tests look for on a screenshot.
+// Finds things in screenshots.
 #include "tests/e2e/Pixels.h"
 
 #include <QColor>
@@ -8,7 +8,7 @@ namespace e2e {
 
 namespace {
 
-/// Icons that the tool bar scales down are rounded in one place or the other.
+/// Allows for rounding in icons that the tool bar scales down.
 bool isNearly(QRgb one, QRgb other)
 {
     constexpr int rounding = 3;

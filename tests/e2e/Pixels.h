@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the tests look for on a screenshot.
+// Finds things in screenshots.
 #pragma once
 
 #include <QImage>
@@ -10,19 +10,19 @@
 
 namespace e2e {
 
-/// How many pixels of `area` differ between two screenshots.
+/// Number of pixels in `area` that differ between two screenshots.
 int differences(const QImage &before, const QImage &after, const QRect &area);
 
-/// Where `icon` stands on the screen within `area`. Only its opaque pixels are compared, so a
-/// button that is disabled, and drawn in grey, is not found.
+/// Position of `icon` on the screen within `area`. Compares only its opaque pixels, so it does not
+/// find a disabled button, which is grey.
 std::optional<QRect> findIcon(const QImage &screen, const QImage &icon, const QRect &area);
 
-/// The lines of text in a list: one rectangle for each run of rows that holds dark pixels; a line
-/// that is selected is dark as a whole.
+/// The lines of text in a list: one rectangle for each run of rows with dark pixels. A selected
+/// line is completely dark.
 QList<QRect> textLines(const QImage &screen, const QRect &area);
 
-/// The first run of pixels at `x` from `top` down, at least `minimum` high, that are white or
-/// coloured, as a list with a selected line is and the grey around it is not. One pixel wide.
+/// The first run of white or coloured pixels at `x` from `top` down, at least `minimum` high: a
+/// list, which may have a selected line, on a grey background. One pixel wide.
 QRect listAt(const QImage &screen, int x, int top, int minimum);
 
 } // namespace e2e

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A user's session with the real executable: mouse, keyboard, and a look at the screen.
+// A user's session with the executable: mouse, keyboard and screenshots.
 #include "tests/e2e/Pixels.h"
 #include "tests/e2e/ViewerSession.h"
 

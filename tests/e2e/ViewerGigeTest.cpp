@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The real executable with a GigE Vision camera that is another process on the loopback network. To
-// be run inside a network namespace of its own.
+// The executable with a GigE Vision camera in another process on the loopback network. Must run in
+// its own network namespace.
 #include "tests/e2e/Pixels.h"
 #include "tests/e2e/ViewerSession.h"
 
@@ -88,8 +88,8 @@ void ViewerGigeTest::showsTheLivePicture()
 
 void ViewerGigeTest::closesTheCameraThatIsUnplugged()
 {
-    // The viewer counts cameras every three seconds and looks for the open one when their number
-    // changes. Plugged in afterwards, the camera is known to have been counted once it is listed.
+    // The viewer counts cameras every three seconds and searches for the open one when their number
+    // changes. A camera that is plugged in after the start has been counted once it is listed.
     startViewer();
     plugCamera();
     openAndPlay();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The real executable in a real window, with a home folder of its own.
+// The executable in a real window, with its own home folder.
 #include "tests/e2e/ViewerSession.h"
 
 #include "tests/e2e/Pixels.h"
@@ -12,11 +12,11 @@ namespace e2e {
 
 namespace {
 
-constexpr int patience = 30000; // ms until something that has to come counts as lost
+constexpr int patience = 30000; // ms, time-out of every wait
 
-constexpr int listRight = 290; // a column inside of the camera list, beyond its texts
+constexpr int listRight = 290; // a column inside the camera list, right of its texts
 
-/// The icon as the tool bar draws it.
+/// The icon at the size of the tool bar.
 QImage iconImage(const QString &icon)
 {
     constexpr int side = 20;
@@ -110,7 +110,7 @@ bool ViewerSession::clickTool(const QString &icon)
     if (!QTest::qWaitFor(found, patience))
         return false;
     m_desktop.click(place->center());
-    // Away from the button, so that its highlight does not hide the icon from the next look.
+    // Move away from the button, whose highlight would change the icon in the next screenshot.
     m_desktop.moveTo({Desktop::width / 2, Desktop::height / 2});
     return true;
 }

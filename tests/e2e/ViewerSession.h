@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The real executable in a real window, with a home folder of its own.
+// The executable in a real window, with its own home folder.
 #pragma once
 
 #include "tests/e2e/Desktop.h"
@@ -13,12 +13,12 @@ class ViewerSession {
 public:
     ~ViewerSession();
 
-    /// A variable of the viewer's environment; before start(). LD_LIBRARY_PATH puts another camera
-    /// library in its place.
+    /// Sets a variable of the viewer's environment; call it before start(). LD_LIBRARY_PATH
+    /// replaces the camera library.
     void setVariable(const QString &name, const QString &value) { m_variables.insert(name, value); }
 
-    /// Starts display and viewer and waits for the window. False, with the reason in error(), if
-    /// one of them does not come.
+    /// Starts display and viewer and waits for the window. Returns false, with the reason in
+    /// error(), if one of them does not start.
     bool start(const QStringList &wrapper = {});
     QString error() const { return m_error; }
 
@@ -29,25 +29,25 @@ public:
     QString output() { return QString::fromUtf8(m_viewer.readAll()); }
     bool isRunning() const { return m_viewer.state() == QProcess::Running; }
 
-    /// Takes the screenshot and keeps it under `name` for a person to look at.
+    /// Takes a screenshot and saves it as `name` for inspection.
     QImage keepScreenshot(const QString &name) const;
 
-    /// Clicks the tool button with the icon of that file name (":/icons/" left out). False if it is
-    /// not to be seen as enabled within the time that a helper program gets.
+    /// Clicks the tool button with the icon of that file name, without ":/icons/". Returns false if
+    /// no enabled button appears before the time-out.
     bool clickTool(const QString &icon);
     bool isToolEnabled(const QString &icon) const;
 
-    /// Rows of the camera list as they stand on the screen.
+    /// Rows of the camera list on the screen.
     QList<QRect> cameraRows() const;
 
     /// Waits until the list has `count` rows.
     bool waitForCameras(int count);
-    /// Double-clicks a row of the list and remembers the view without a picture.
+    /// Double-clicks a row of the list and keeps a screenshot of the empty view.
     void openCamera(int row);
-    /// True if most of the view's middle is not what it was before the camera was opened.
+    /// True if most of the middle of the view has changed since openCamera().
     bool showsPicture() const;
 
-    /// Waits for the viewer to end by itself; milliseconds that took, -1 if it did not.
+    /// Waits for the viewer to exit. Returns the milliseconds until then, -1 after the time-out.
     int waitForExit();
     int exitCode() const { return m_viewer.exitCode(); }
     bool exitedNormally() const { return m_viewer.exitStatus() == QProcess::NormalExit; }
@@ -65,9 +65,9 @@ private:
     QString m_error;
 };
 
-/// Where live pictures stand on the screen: in the middle, clear of every dock.
+/// Part of the screen inside the live image: in the middle, outside every dock.
 QRect pictureCentre();
-/// The strip of the status bar.
+/// The status bar on the screen.
 QRect statusBar();
 
 } // namespace e2e

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The camera library opened, started, grabbed from and closed thousands of times, in order and at
-// random. Fails when a call answers otherwise than it should, a frame comes behind a stop, or
-// memory, threads or descriptors grow.
+// Opens and closes a camera, streams and grabs, thousands of times, in order and at random. Fails
+// if a call returns a wrong result, a frame arrives after a stop, or the number of threads or
+// descriptors or the memory grows.
 //
 //   library_cycles [--opens 10000] [--streams 10000] [--shots 5000] [--mix 20000] [--seed 1]
 //                  [--camera <part of an ID>]
@@ -20,12 +20,12 @@
 namespace {
 
 constexpr std::chrono::seconds patience{20};
-constexpr std::int32_t side = 64; // a small region is quickly made
+constexpr std::int32_t side = 64; // small, so that frames are fast
 constexpr long allowedGrowthKiB = 8 * 1024;
 
-/// Frames as they come. A frame between a stop and the next start is one too many.
+/// Counts frames. A frame between a stop and the next start is an error.
 struct Frames {
-    std::mutex mutex; // guards the rest
+    std::mutex mutex; // guards all other members
     std::condition_variable came;
     bool running = false;
     std::uint64_t count = 0;
@@ -53,7 +53,7 @@ void Frames::callback(OImageFrame *frame)
     frames.came.notify_all();
 }
 
-/// Counts answers that are not the due ones, and shows the first of them.
+/// Counts wrong results and prints the first of them.
 class Judge {
 public:
     void expect(bool right, const char *what, long result = 0)
@@ -70,7 +70,7 @@ private:
     long m_wrong = 0;
 };
 
-/// One camera and whether it is open and streams, as this program believes.
+/// One camera and its expected state.
 class Cycles {
 public:
     Cycles(std::string camera, Judge &judge) : m_id(std::move(camera)), m_judge(judge) {}

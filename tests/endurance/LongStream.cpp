@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A working day of frames through the viewer's receive path, as fast as it takes them: callback,
-// rate meter, queue, display thread, status bar, screen. Fails when a count is wrong or memory
-// grows.
+// Passes the frames of a working day through the viewer's receive path at full speed: callback,
+// rate meter, queue, display thread, status bar, screen. Fails if a count is wrong or memory grows.
 //
 //   long_stream [--frames 28800000] [--seconds 600]
 #include "tests/app/Shell.h"
@@ -23,15 +22,15 @@ constexpr int side = 16;
 constexpr std::uint32_t mono8 = 0x01080001;
 constexpr std::uint64_t windowFrames = 31;
 
-/// Frames that a marker stands for, and markers that may wait for the GUI thread: a camera of 1000
-/// frames a second is never that far ahead of it.
+/// Frames per marker, and the number of markers that may be queued for the GUI thread: a camera
+/// with 1000 frames a second is never that far ahead.
 constexpr std::uint64_t perMarker = 1000;
 constexpr std::uint64_t mostMarkers = 8;
 
 constexpr long allowedGrowthKiB = 16 * 1024;
 
-/// Frames that carry their number. As many as a library keeps: the display thread reads a frame
-/// some time after its callback.
+/// Numbered frames, as many as a library keeps valid: the display thread reads a frame after its
+/// callback.
 class NumberedFrames {
 public:
     NumberedFrames() : m_records(ring), m_planes(ring)
@@ -40,7 +39,7 @@ public:
             m_records[i] = {side * side, side, side, 8, m_planes[i].data(), nullptr, nullptr};
     }
 
-    /// Frame `number`, valid until `ring` further ones were asked for.
+    /// Frame `number`, valid until `ring` further ones are made.
     OImageFrame *make(std::uint64_t number)
     {
         auto &plane = m_planes[number % ring];
@@ -63,10 +62,10 @@ private:
     std::vector<std::array<std::uint8_t, side * side>> m_planes;
 };
 
-/// What came out at the far end, counted on the GUI thread unless said otherwise.
+/// Results, counted on the GUI thread unless stated otherwise.
 struct Seen {
     std::uint64_t displayed = 0;
-    std::uint64_t disordered = 0; ///< pictures whose number was not above the one before
+    std::uint64_t disordered = 0; ///< images whose number was not above the previous one
     std::uint64_t lastDisplayed = 0;
     std::atomic<std::uint64_t> counted{0}; ///< by the delivery thread: signals of the frame count
     std::atomic<std::uint64_t> wrongCounts{0};
@@ -89,7 +88,7 @@ public:
     ~LongStream() { m_shell->slotStopCamera(); }
 
     void run();
-    /// Prints what was counted. False if anything is wrong.
+    /// Prints the results. Returns false if any is wrong.
     bool report();
 
 private:
@@ -186,7 +185,7 @@ void LongStream::run()
     }
     delivery.join();
     m_seconds = static_cast<double>(timer.elapsed()) / 1000;
-    // The newest frame is always shown in the end.
+    // The newest frame is always displayed in the end.
     (void)QTest::qWaitFor([this] { return m_seen.lastDisplayed + 1 == m_delivered; }, 20000);
     QCoreApplication::processEvents();
 }

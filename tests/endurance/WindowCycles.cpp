@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The whole window on the simulated cameras: opened, played, shot with and closed thousands of
-// times, in order and at random, through its actions. Fails when the window's state is not the due
-// one, or memory, threads or descriptors grow.
+// Opens, plays, grabs single shots and closes simulated cameras thousands of times through the
+// actions of the window, in order and at random. Fails if the window's state is wrong, or the
+// number of threads or descriptors or the memory grows.
 //
 //   window_cycles [--opens 10000] [--plays 10000] [--shots 5000] [--mix 5000] [--seed 1]
 #include "app/CameraList.h"
@@ -23,7 +23,7 @@ namespace {
 constexpr char camera[] = "OV-SIM-0640F";
 constexpr int patienceMs = 20000;
 
-/// Every play and every close leaves the scene of the view behind, kept until the window goes.
+/// Every play and every close leaks a scene of the view until the window is destroyed.
 constexpr long keptForAScene = 16;
 constexpr long allowedGrowthKiB = 16 * 1024;
 
@@ -83,12 +83,12 @@ void Cycles::close()
 {
     m_session.window().slotCloseCamera();
     QCoreApplication::processEvents();
-    // Without this the objects would wait for the return to an event loop that is not there.
+    // Deferred deletions would otherwise wait for an event loop that does not run here.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     expect(!isOpen() && !isAcquiring(), "closed");
 }
 
-/// Whether the status bar has counted `least` frames; waits for it.
+/// Waits until the status bar has counted `least` frames.
 bool Cycles::received(int least) const
 {
     const auto labels =
@@ -166,7 +166,7 @@ int main(int argc, char *argv[])
     viewertest::printFigures("warm", early);
     viewertest::repeat("opens and closes", option("opens", 10000), [&] {
         cycles.open();
-        cycles.close(); // lets events through
+        cycles.close(); // processes events
     });
     cycles.open();
     viewertest::repeat("plays and stops", option("plays", 10000), [&] {

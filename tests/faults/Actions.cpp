@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Everything a user or the bus can do with the window that makes it call the library.
+// All actions of a user or the bus that make the window call the library.
 #include "tests/faults/Actions.h"
 
 #include "app/CameraList.h"
@@ -22,7 +22,7 @@ namespace faults {
 
 namespace {
 
-/// How long a picture is waited for; a faulty library may never send one.
+/// Time-out for a displayed image; a faulty library may never send one.
 constexpr int pictureMs = 700;
 /// Longest time that a call may take.
 constexpr int callMs = 30000;
@@ -50,7 +50,7 @@ void trigger(Bench &bench, const char *action)
 
 void refresh(Bench &bench) { trigger(bench, "actionDiscovery"); }
 
-/// The camera that is open leaves the bus, another one stays.
+/// The open camera leaves the bus, another one stays.
 void cameraGone(Bench &bench)
 {
     shell::setCameras({{"CAM-B", "Camera B"}});
@@ -91,7 +91,7 @@ void singleShot(Bench &bench)
     (void)waitFor([&] { return !bench.window().isAcquiring(); }, callMs);
 }
 
-/// Waits for a grab of the thread that runs since the camera was opened.
+/// Waits for a grab of the preview thread, which runs since the camera was opened.
 void preview(Bench &bench, const char *function)
 {
     bench.open();
@@ -109,7 +109,7 @@ void previewGrey(Bench &bench)
 
 void useButton(QAbstractButton *button)
 {
-    if (button->objectName() != QLatin1String("btnSaveBrowser")) // waits for a person
+    if (button->objectName() != QLatin1String("btnSaveBrowser")) // opens a modal dialog
         button->click();
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Everything a user or the bus can do with the window that makes it call the library.
+// All actions of a user or the bus that make the window call the library.
 #pragma once
 
 #include "tests/faults/Bench.h"
@@ -11,11 +11,11 @@ namespace faults {
 
 struct Action {
     std::string_view name;
-    /// What comes before, without a fault. Null for nothing: not even a window.
+    /// Steps before the action, without a fault. Null: none, and no window exists.
     void (*prepare)(Bench &bench);
-    /// The action itself. Returns when it is done, or hangs in the library on another thread.
+    /// The action. Returns when it is complete, or when it hangs in the library on another thread.
     void (*act)(Bench &bench);
-    /// The one function that the action is about; empty for every one that it calls.
+    /// The only function that the action tests; empty for every function that it calls.
     std::string_view only;
 };
 

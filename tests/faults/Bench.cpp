@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The main window on the recording library, and all that a user and a camera do around it.
+// The main window on the recording library, with a simulated user and camera.
 #include "tests/faults/Bench.h"
 
 #include <QComboBox>
@@ -23,7 +23,7 @@ QByteArray fileBytes(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// First pixels of a saved frame, as its planes were; empty if the file is not whole.
+/// First pixels of a saved frame, as in its planes; empty if the file is incomplete.
 QByteArray firstPixels(const QString &path)
 {
     if (path.endsWith(QLatin1String(".RAW")) || path.endsWith(QLatin1String(".RGB")))
@@ -180,8 +180,8 @@ QStringList Bench::lostFrames()
             wrong << "not whole: " + name;
         saved.insert(Feeder::numberIn(pixels));
     }
-    // Saving is armed and disarmed between two frames: what counts is from the first on disk to
-    // the last.
+    // Saving is armed and disarmed between two frames: compare from the first frame on disk to the
+    // last.
     if (saved.isEmpty())
         return wrong << "no file";
     const auto [first, last] = std::minmax_element(saved.begin(), saved.end());
@@ -200,7 +200,7 @@ QString Bench::wayBack()
     if (isOpen() || window().isAcquiring())
         return QStringLiteral("does not close");
     setDefaults();
-    // A library that refused to close a camera keeps it; then there is another one.
+    // A library that refuses to close a camera keeps it open; use the other one then.
     for (int index = 0; index < 2 && !isOpen(); ++index)
         open(index);
     if (!isOpen())
@@ -208,7 +208,7 @@ QString Bench::wayBack()
     if (!play(20000))
         return QStringLiteral("no picture again");
     armSaving(QStringLiteral("BMP"));
-    // Pictures may be on their way that came before.
+    // Images of earlier frames may still be queued.
     const bool went = waitForPictures(4) && waitFor([this] { return !files().isEmpty(); });
     disarmSaving();
     window().slotStopCamera();

@@ -17,15 +17,15 @@
 
 namespace faults {
 
-/// Waits until `done`, letting events through, at most `longestMs`. False if it did not come.
+/// Processes events until `done` is true, at most `longestMs`. Returns false after the time-out.
 bool waitFor(const std::function<bool()> &done, int longestMs = 20000);
 
-/// Waits until the pool has no task left. Unlike QThreadPool::waitForDone() it leaves the pool its
+/// Waits until the pool has no task left. Unlike QThreadPool::waitForDone() it keeps the pool's
 /// threads.
 void waitForTasks();
 
-/// Frames with their number in the first 8 bytes of each plane, every few
-/// milliseconds while an acquisition runs. Ends with its destruction.
+/// Delivers frames with their number in the first 8 bytes of each plane, every few milliseconds
+/// while an acquisition runs. Stops on destruction.
 class Feeder {
 public:
     explicit Feeder(QSize size);
@@ -33,7 +33,7 @@ public:
     Feeder(const Feeder &) = delete;
     Feeder &operator=(const Feeder &) = delete;
 
-    /// While it rests no frame comes, and no thread is needed for one.
+    /// A resting feeder delivers no frame and needs no thread.
     void rest(bool on) { m_resting = on; }
 
     static std::uint64_t numberIn(const QByteArray &pixels);
@@ -61,11 +61,11 @@ public:
     Bench(const Bench &) = delete;
     Bench &operator=(const Bench &) = delete;
 
-    /// Runs `prepare` when the library is back at its start, before the window is made.
+    /// Runs `prepare` after the reset of the library, before the window is created.
     void beforeStart(std::function<void()> prepare) { m_beforeStart = std::move(prepare); }
-    /// Makes the window.
+    /// Creates the window.
     void start();
-    /// Destroys it.
+    /// Destroys the window.
     void exit() { m_shell.reset(); }
     bool hasWindow() const { return m_shell != nullptr; }
     shell::Shell &shell() { return *m_shell; }
@@ -73,24 +73,24 @@ public:
 
     bool isOpen();
     void open(int index = 0) { window().slotOpenCamera(index); }
-    /// Plays; true if a picture comes within the time.
+    /// Starts the stream. Returns true if an image is displayed within the time.
     bool play(int longestMs);
-    /// Whether the camera sends nothing.
+    /// Sets whether the camera sends nothing.
     void restCamera(bool on) { m_feeder.rest(on); }
     bool waitForPictures(int count, int longestMs = 20000);
     int pictures() const { return m_pictures; }
     int boxes() const { return m_boxes; }
 
-    /// Empties the folder and arms saving of every frame, in `format`.
+    /// Clears the folder and arms saving of every frame, in `format`.
     void armSaving(const QString &format);
     void disarmSaving();
-    /// Frames that were shown while saving was armed and are not on disk, or not whole. The stream
-    /// has to be stopped. Forgets what was shown.
+    /// Frames that were displayed while saving was armed but are missing or incomplete on disk. The
+    /// stream must be stopped. Clears the list of displayed frames.
     QStringList lostFrames();
     QString folder() const { return m_folder.path(); }
     QStringList files() const;
 
-    /// Closes, opens, plays, saves and closes again, without a fault. Empty if all of it went.
+    /// Closes, opens, plays, saves and closes again, without a fault. Empty if everything worked.
     QString wayBack();
 
 private:
@@ -107,7 +107,7 @@ private:
     QTimer m_boxTimer;
     int m_boxes = 0;
     int m_pictures = 0;
-    QVector<std::uint64_t> m_numbers; ///< of the pictures shown since saving was armed
+    QVector<std::uint64_t> m_numbers; ///< of the frames displayed since saving was armed
 };
 
 } // namespace faults

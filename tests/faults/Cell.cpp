@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One cell of the fault matrix: the fault, what the user sees of it, and the way back.
+// One cell of the fault matrix: the fault, its visible effect, and the recovery.
 #include "tests/faults/Cell.h"
 
 #include <QThread>
@@ -16,7 +16,7 @@ constexpr int pictureMs = 700;
 
 bool onGuiThread() { return QThread::currentThread() == QCoreApplication::instance()->thread(); }
 
-/// What a hook knows of the calls that it keeps waiting.
+/// The calls that a hook blocks.
 class Waits {
 public:
     void sleep(std::chrono::milliseconds time)
@@ -24,7 +24,7 @@ public:
         note();
         std::this_thread::sleep_for(time);
     }
-    /// Holds the caller until release(), or until the time is over.
+    /// Blocks the caller until release(), at most `longest`.
     void hang(std::chrono::milliseconds longest)
     {
         note();
@@ -51,7 +51,7 @@ private:
     bool m_released = false;
 };
 
-/// Puts one function at fault. The fault has to be ended while the window is there.
+/// Makes one function faulty. End the fault before the window is destroyed.
 class Fault {
 public:
     Fault(std::string function, Kind kind, const Timing &timing, unsigned seed)
@@ -123,7 +123,7 @@ QString waitingOf(const Waits &waits)
     return waits.onGui() ? QStringLiteral("waits, ") : QStringLiteral("answers, ");
 }
 
-/// Frames that were armed during the fault.
+/// Frames lost while saving was armed during the fault.
 QString lostWhileArmed(const Action &action, Bench &bench)
 {
     if (action.name.substr(0, 4) != "save" || !bench.hasWindow())
@@ -182,7 +182,7 @@ std::vector<std::string> functionsOf(const Action &action)
     fakeorvalis::clearCalls();
     action.act(bench);
     std::vector<std::string> functions;
-    // The preview reads the size whenever it likes; that is not of this action.
+    // The preview reads the size at any time; that call does not belong to this action.
     for (const std::string &call :
          isAboutTheBus(action) ? fakeorvalis::calls() : fakeorvalis::callsHere()) {
         const std::string function = call.substr(0, call.find('('));

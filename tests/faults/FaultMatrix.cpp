@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Every function of the library that the viewer calls, at fault in every way, under every action
-// that calls it. Each cell runs in a process of its own, several at a time; the table of outcomes
-// comes out as Markdown. Fails when a cell crashed, hung, lost an armed frame or found no way back.
+// Runs every action with each library function that it calls, faulty in every way. Each cell runs
+// in its own process, several in parallel. Prints the outcomes as a Markdown table. Fails if a cell
+// crashes, hangs, loses an armed frame or does not recover.
 //
 //   fault_matrix [--faults error,slow,hang,hostile] [--actions <name>,...] [--jobs 8] [--seeds 3]
 //                [--slow-ms 2000] [--hang-ms 3000] [--cell-seconds 300] [--inside 1]
@@ -29,8 +29,8 @@ struct Fault {
 constexpr Fault kinds[] = {
     {"error", Kind::Error}, {"slow", Kind::Slow}, {"hang", Kind::Hang}, {"hostile", Kind::Hostile}};
 
-/// Functions that a row of the table names; of more it tells the number.
-constexpr int mostNamed = 12;
+/// Functions listed in a row of the table; a longer list becomes a number.
+constexpr int maxNamed = 12;
 
 struct Job {
     QString action;
@@ -48,9 +48,9 @@ class Matrix {
 public:
     Matrix(int argc, char **argv) : m_argc(argc), m_argv(argv) { m_timing = readTiming(); }
 
-    /// Runs one cell, as a process of its own, and prints its outcome.
+    /// Runs one cell in this process and prints its outcome.
     int runOne(const QString &cell);
-    /// Runs all cells and prints the table.
+    /// Runs all cells as processes and prints the table.
     int runAll();
 
 private:
@@ -139,7 +139,7 @@ void Matrix::take(const Result &result)
 void Matrix::runInside(const std::deque<Job> &jobs)
 {
     for (const Job &job : jobs) {
-        // Said before, for the case that it ends the program.
+        // Print first: the cell may crash.
         std::fprintf(stderr, "%s | %s | %s\n", qPrintable(job.action), qPrintable(job.function),
                      qPrintable(job.fault));
         const Outcome outcome = outcomeOf(job, m_timing);
@@ -204,7 +204,7 @@ void Matrix::runInProcesses(std::deque<Job> jobs)
     }
 }
 
-/// Rows of the same action and the same outcomes become one.
+/// Merges rows of the same action with the same outcomes.
 void Matrix::printTable() const
 {
     const QStringList faults = text("faults", "error,slow,hang,hostile").split(',');
@@ -232,7 +232,7 @@ void Matrix::printTable() const
             rows.size() > 1 ? QStringLiteral("%1 others") : QStringLiteral("all %1");
         for (auto row = rows.begin(); row != rows.end(); ++row)
             out << "| " << QString::fromStdString(std::string(action.name)) << " | "
-                << (row->size() > mostNamed ? many.arg(row->size()) : row->join(", ")) << " | "
+                << (row->size() > maxNamed ? many.arg(row->size()) : row->join(", ")) << " | "
                 << row.key() << " |\n";
     }
 }

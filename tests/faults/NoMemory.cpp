@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A machine that refuses large pieces of memory: functions in front of the C library's own.
+// A machine that refuses large allocations: replaces functions of the C library.
 #include "tests/faults/Shortage.h"
 
 #include <atomic>

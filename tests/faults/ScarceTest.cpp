@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The window on a machine that runs out of something or whose clock is set: it goes on, nothing
-// half-written stays behind, and all is well when the shortage is over.
+// The window on a machine that runs out of a resource or whose clock is set: it keeps working,
+// leaves no incomplete file, and recovers after the shortage.
 #include "tests/faults/Bench.h"
 #include "tests/faults/Shortage.h"
 #include "tests/faults/SteppedClock.h"
@@ -22,7 +22,7 @@ constexpr std::size_t fileBytes = 1000;
 constexpr std::size_t largeMemory = 200'000;
 constexpr QSize large(512, 512); // none of its planes and images is smaller than that
 
-/// What this program mounts is seen by no other, and gone when it ends.
+/// Makes mounts private to this program; they disappear when it ends.
 bool enterOwnMounts()
 {
     return unshare(CLONE_NEWNS) == 0 &&
@@ -50,7 +50,7 @@ bool isWhole(const QString &path)
     return QImage::fromData(bytes).size() == small;
 }
 
-/// Whether not even the smallest of the files that are saved has room.
+/// True if there is no room for the smallest saved file.
 bool isFull(const QString &folder)
 {
     struct statvfs space {};
@@ -61,7 +61,7 @@ bool isFull(const QString &folder)
            qint64(space.f_bavail * space.f_bsize) < smallest;
 }
 
-/// Whether a posted event gets through.
+/// True if the event loop handles a posted event.
 bool answers()
 {
     bool answered = false;
@@ -142,7 +142,7 @@ void ScarceTest::aFolderThatGoesAway()
     Bench bench(small);
     playAndSave(&bench, format);
     QVERIFY(faults::waitFor([&] { return !bench.files().isEmpty(); }));
-    // A frame that is saved meanwhile keeps the folder.
+    // Retry: a frame saved meanwhile makes the removal fail.
     QVERIFY(faults::waitFor([&] { return QDir(bench.folder()).removeRecursively(); }));
     QVERIFY(bench.waitForPictures(5));
     QVERIFY(!QDir(bench.folder()).exists());

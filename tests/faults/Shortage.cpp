@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A machine that runs out of files, room on disk or threads.
+// A machine that runs out of file descriptors, disk space or threads.
 #include "tests/faults/Shortage.h"
 
 #include <QFile>
@@ -55,7 +55,7 @@ SmallDisk::~SmallDisk()
 
 NoDescriptors::NoDescriptors()
 {
-    constexpr rlim_t most = 256; // quickly used up
+    constexpr rlim_t most = 256; // soon exhausted
     m_before = setLimit(RLIMIT_NOFILE, most);
     for (int one = open("/dev/null", O_RDONLY | O_CLOEXEC); one >= 0;
          one = open("/dev/null", O_RDONLY | O_CLOEXEC))
@@ -75,7 +75,7 @@ NoThreads::~NoThreads() { noThreads = false; }
 
 } // namespace faults
 
-/// In front of the C library's own, for Qt and the standard library as well.
+/// Replaces the function of the C library, for Qt and the standard library too.
 extern "C" __attribute__((visibility("default"))) int
 pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*body)(void *),
                void *argument) noexcept

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A machine that runs out of something while an object of one of these classes lives.
+// Resource shortages that last for the lifetime of an object.
 #pragma once
 
 #include <QString>
@@ -9,7 +9,7 @@
 
 namespace faults {
 
-/// Files cannot grow beyond so many bytes: the write fails as it does on a full disk.
+/// Files cannot grow beyond a number of bytes: writes fail as on a full disk.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(std::size_t bytes);
@@ -21,7 +21,7 @@ private:
     std::size_t m_before = 0;
 };
 
-/// A file system of so many bytes at `folder`, which has to exist.
+/// Mounts a file system of a number of bytes at `folder`, which must exist.
 class SmallDisk {
 public:
     SmallDisk(QString folder, std::size_t bytes);
@@ -29,7 +29,7 @@ public:
     SmallDisk(const SmallDisk &) = delete;
     SmallDisk &operator=(const SmallDisk &) = delete;
 
-    /// False where this machine does not permit to make one.
+    /// False if the machine does not permit mounts.
     bool isThere() const { return m_isThere; }
 
 private:
@@ -37,7 +37,7 @@ private:
     bool m_isThere = false;
 };
 
-/// Not one file or socket more can be opened.
+/// No further file or socket can be opened.
 class NoDescriptors {
 public:
     NoDescriptors();
@@ -50,7 +50,7 @@ private:
     std::size_t m_before = 0;
 };
 
-/// No thread can be started.
+/// No further thread can be started.
 class NoThreads {
 public:
     NoThreads();
@@ -59,8 +59,8 @@ public:
     NoThreads &operator=(const NoThreads &) = delete;
 };
 
-/// Memory of `smallest` bytes or more at a time is refused, to every part of the program. Not for
-/// sanitizers, which have memory of their own.
+/// Allocations of `smallest` bytes or more fail in every part of the program. Not for sanitizers,
+/// which replace the allocator.
 class NoMemory {
 public:
     explicit NoMemory(std::size_t smallest);
@@ -68,7 +68,7 @@ public:
     NoMemory(const NoMemory &) = delete;
     NoMemory &operator=(const NoMemory &) = delete;
 
-    /// Requests that were refused.
+    /// Number of refused allocations.
     static int refused();
 };
 

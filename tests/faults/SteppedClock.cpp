@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The wall clock of this process: the executable's own functions come before those of the C
-// library, for Qt and the standard library as well.
+// The wall clock of this process: replaces functions of the C library, for Qt and the standard
+// library too.
 #include "tests/faults/SteppedClock.h"
 
 #include <atomic>

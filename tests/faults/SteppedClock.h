@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The wall clock of this process, as a test sets it. Linked in, it takes the place of the system's.
+// A wall clock that a test can set. Linking this file replaces the system's clock in the program.
 #pragma once
 
 #include <chrono>
 
 namespace faults {
 
-/// From now on the wall clock is off by `offset`; clocks that only go forward are left alone.
+/// Sets the offset of the wall clock from the system's. Monotonic clocks do not change.
 void setClockOff(std::chrono::milliseconds offset);
 
 } // namespace faults

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes unpackers and colour conversions: every format, any size, memory that is a few bytes too
-// short or long, results against the definition of each packing.
+// Fuzzes unpackers and colour conversions: every format, any size, buffers a few bytes too short or
+// too long. Compares results with the definition of each packing.
 #include "library/convert/Convert.h"
 #include "tests/fuzz/Formats.h"
 #include "tests/fuzz/Fuzz.h"
@@ -26,7 +26,7 @@ std::uint16_t bitsAt(const std::uint8_t *data, std::size_t position, unsigned co
     return static_cast<std::uint16_t>(value);
 }
 
-/// Sample `i` of a packed image; the bits of a GigE Vision pair lie apart.
+/// Sample `i` of a packed image; GigE Vision pairs store a sample's bits in separate bytes.
 std::uint16_t packedSample(const ImageView &image, std::size_t i)
 {
     const PixelFormat &format = *image.format;
@@ -90,7 +90,7 @@ void checkBrightness(const ImageView &image, std::size_t pixels, bool fits)
     }
 }
 
-/// The colour that a mosaic has at a pixel: 0 red, 1 green, 2 blue.
+/// Colour of a mosaic at a pixel: 0 red, 1 green, 2 blue.
 std::size_t mosaicColour(PixelKind order, std::size_t x, std::size_t y)
 {
     const bool greenFirst = order == PixelKind::BayerGR || order == PixelKind::BayerGB;
@@ -100,7 +100,7 @@ std::size_t mosaicColour(PixelKind order, std::size_t x, std::size_t y)
     return (y % 2 == 0) == redFirst ? 0 : 2;
 }
 
-/// What is known of a pixel's colours without interpolation.
+/// Checks the colours of a pixel that need no interpolation.
 void checkColour(const ImageView &image, const Bytes &rgb, std::size_t i)
 {
     const PixelFormat &format = *image.format;
@@ -139,7 +139,7 @@ void checkRgb(const ImageView &image, std::size_t pixels, bool fits)
         checkColour(image, rgb, i);
 }
 
-/// The input's bytes over and over, as many as asked for.
+/// `size` bytes that repeat the pattern.
 Bytes filled(std::size_t size, const std::vector<std::uint8_t> &pattern)
 {
     Bytes bytes(size);
@@ -155,7 +155,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     static const auto formats = fuzz::allFormats();
     viewertest::ByteTape tape(data, size);
     const PixelFormat &format = *formats[tape.below(static_cast<std::uint32_t>(formats.size()))];
-    // One of them may be long: several thousand pixels are worked on in stripes.
+    // One side may be long: images of several thousand pixels are processed in stripes.
     const std::uint32_t width =
         tape.below(16) == 0 ? tape.number<std::uint16_t>() % 12000 : tape.below(64);
     const std::uint32_t height = tape.below(width > 64 ? 4 : 64);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Runs a fuzzer where there is no libFuzzer, with a few of its options: first every input of the
-// corpus, then mutations of them, the same ones for the same seed.
+// Runs a fuzzer without libFuzzer, with a few of its options: first every input of the corpus, then
+// mutations of them, which depend only on the seed.
 //
 //   <fuzzer> [-runs=<mutations>] [-seed=<number>] <file or folder>...
 //
-// The input that a finding is made with is left in a file, which the fuzzer takes as an argument.
+// A finding leaves its input in a file, which can be passed to the fuzzer as an argument.
 #include "tests/fuzz/Fuzz.h"
 #include "tests/fuzz/Mutator.h"
 
@@ -20,7 +20,7 @@
 #include <string_view>
 #include <unistd.h>
 
-/// Part of the run time of the sanitizers, where the program has it.
+/// Part of the sanitizers' run-time library; null without sanitizers.
 extern "C" __attribute__((weak)) void __sanitizer_set_death_callback(void (*callback)());
 
 namespace {
@@ -28,9 +28,9 @@ namespace {
 using fuzz::Input;
 
 constexpr const char *findingFile = "fuzz-finding";
-Input present; // what is being tried
+Input present; // the input that is running
 
-/// Only calls that are allowed in a signal handler.
+/// Uses only calls that are allowed in a signal handler.
 void keepPresentInput()
 {
     const int file = open(findingFile, O_CREAT | O_TRUNC | O_WRONLY | O_CLOEXEC, 0600);
@@ -51,7 +51,7 @@ void onDeadlySignal(int number)
 
 void keepInputsOfFindings()
 {
-    // Sanitizers see to segmentation faults themselves, and tell when they are about to end all.
+    // Sanitizers handle segmentation faults themselves and call back before they exit.
     if (__sanitizer_set_death_callback)
         __sanitizer_set_death_callback(keepPresentInput);
     else
@@ -62,7 +62,7 @@ void keepInputsOfFindings()
 void tryInput(const Input &input)
 {
     present = input;
-    // A copy of exactly this size, so that a sanitizer sees the first byte beyond.
+    // A copy of exactly this size, so that a sanitizer reports the first byte beyond it.
     const auto exact = std::make_unique<std::uint8_t[]>(input.size());
     std::copy(input.begin(), input.end(), exact.get());
     LLVMFuzzerTestOneInput(exact.get(), input.size());
@@ -74,7 +74,7 @@ Input contentOf(const std::filesystem::path &path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// All files of a folder in the order of their names, or the file itself.
+/// All files of a folder in alphabetical order, or the file itself.
 std::vector<Input> corpusIn(const std::filesystem::path &path)
 {
     std::vector<std::filesystem::path> files;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// All pixel formats that the library knows, for fuzzers that choose one by its number.
+// All pixel formats of the library, for fuzzers that choose one by index.
 #pragma once
 
 #include "library/convert/PixelFormat.h"
@@ -9,7 +9,7 @@
 
 namespace fuzz {
 
-/// Found by their codes: 24 bits say how much room a pixel takes, the others are a number.
+/// Finds the formats by their codes, which consist of a colour class, bits per pixel and a number.
 inline std::vector<const orvalis::PixelFormat *> allFormats()
 {
     std::vector<const orvalis::PixelFormat *> found;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes the way from what a camera sent to the planes of a frame and of a grab: images that claim
-// more than they hold, unknown formats, absurd sizes.
+// Fuzzes the conversion of a camera's data to the planes of a frame and of a grab: images with too
+// little data, unknown formats, implausible sizes.
 #include "library/core/Frame.h"
 #include "library/core/GrabConversion.h"
 #include "tests/fuzz/Formats.h"
@@ -15,10 +15,10 @@ using orvalis::PixelFormat;
 using viewertest::ByteTape;
 using Bytes = Exact<std::uint8_t>;
 
-/// Reads all of a plane, so that a sanitizer sees one that is shorter than promised.
+/// Reads all of a plane, so that a sanitizer reports one that is too short.
 void touch(const std::uint8_t *plane, std::size_t size)
 {
-    volatile unsigned sum = 0; // or the compiler would see that nobody wants it
+    volatile unsigned sum = 0; // volatile, so that the reads are not optimised away
     for (std::size_t i = 0; i < size; ++i)
         sum = sum + plane[i];
 }
@@ -40,7 +40,7 @@ void checkRecord(const OImageFrame &record)
         touch(record.mono8, pixels);
 }
 
-/// One frame for all inputs, as a stream fills the same one again and again.
+/// Reuses one frame for all inputs, like a stream.
 void checkFrame(const Bytes &memory, const PixelFormat *format, OImageFrame size, ByteTape &tape)
 {
     static orvalis::Frame frame;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every fuzzer shares: the entry that is called for each input, and a check that ends the run.
+// Shared by all fuzzers: the function called for each input, and a check that ends the run.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Called once for each input; always returns 0. Keeps nothing that a later input could notice.
+/// Called once for each input; always returns 0. Must not keep state that affects later inputs.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 namespace fuzz {
@@ -20,6 +20,6 @@ namespace fuzz {
 
 } // namespace fuzz
 
-/// A finding unless `condition` holds; in every build type, as assert() would not be.
+/// Reports a finding unless `condition` holds, in every build type, unlike assert().
 #define FUZZ_CHECK(condition)                                                                      \
     ((condition) ? static_cast<void>(0) : fuzz::fail(#condition, __FILE__, __LINE__))

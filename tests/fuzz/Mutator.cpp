@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Makes new inputs of old ones.
+// Mutates fuzzer inputs.
 #include "tests/fuzz/Mutator.h"
 
 #include <algorithm>
@@ -37,7 +37,7 @@ void Mutator::change(Input &input)
     (this->*changes[below(changes.size())])(input);
 }
 
-/// One bit, or one byte with a number that programs stumble over.
+/// Flips one bit, or sets one byte to a number that often causes errors.
 void Mutator::overwrite(Input &input)
 {
     constexpr std::array<std::uint8_t, 8> favourites{0, 1, 63, 64, 127, 128, 254, 255};
@@ -68,7 +68,7 @@ void Mutator::erase(Input &input)
     input.erase(at(input, first), at(input, first + count));
 }
 
-/// The front of this input and the back of another.
+/// Combines the front of this input with the back of another.
 void Mutator::splice(Input &input)
 {
     const Input &other = any();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Makes new inputs of old ones.
+// Mutates fuzzer inputs.
 #pragma once
 
 #include <cstddef>
@@ -11,10 +11,10 @@ namespace fuzz {
 
 using Input = std::vector<std::uint8_t>;
 
-/// Gives the same inputs for the same seed and corpus, on every machine.
+/// Returns the same inputs for the same seed and corpus on every machine.
 class Mutator {
 public:
-    /// `corpus` is not empty and outlives the mutator.
+    /// `corpus` must not be empty and must outlive the mutator.
     Mutator(std::uint32_t seed, const std::vector<Input> &corpus)
         : generator_(seed), corpus_(corpus)
     {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes the entry points that take texts and addresses, on a simulated camera: any name of a node,
-// any value as text, any register.
+// Fuzzes the entry points that take texts and addresses, on a simulated camera: any node name, any
+// value as text, any register.
 #include "sdk/OrvalisAPI.h"
 #include "tests/fuzz/Fuzz.h"
 #include "tests/support/ByteTape.h"
@@ -31,7 +31,7 @@ bool isResult(std::int32_t result)
     return result <= ORVALIS_OK && result >= ORVALIS_ERROR_ABORTED;
 }
 
-/// A text that was taken can be read back: the same for strings, some text for all others.
+/// An accepted text can be read back: unchanged for strings, as any text for other nodes.
 void writeText(OCameraHandle camera, const std::string &name, const std::string &text)
 {
     const std::int32_t written = OrvalisSetNodeString(camera, name.c_str(), text.c_str());
@@ -50,7 +50,7 @@ void writeText(OCameraHandle camera, const std::string &name, const std::string 
         FUZZ_CHECK(text.compare(0, std::strlen(value), value) == 0);
 }
 
-/// A whole number is the same in 32 bits, with a sign or as a pattern, and as text.
+/// An integer reads back equal as a 32-bit number, signed or as a bit pattern, and as text.
 void writeInteger(OCameraHandle camera, const std::string &name, std::int32_t value)
 {
     const std::int32_t written = OrvalisSetNodeInt(camera, name.c_str(), value);
@@ -80,7 +80,7 @@ void useNode(OCameraHandle camera, const std::string &name, const std::string &t
     FUZZ_CHECK(isResult(OrvalisSetNodeFloat(camera, name.c_str(), tape.number<double>())));
 }
 
-/// What a register took is what it holds, unless the camera's own program answers there.
+/// A register reads back the value written, except where the camera's firmware computes it.
 void useRegister(OCameraHandle camera, ByteTape &tape)
 {
     const auto address = tape.number<std::uint32_t>();
@@ -102,7 +102,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     useRegister(camera, tape);
     OSizeInfo region{};
     if (OrvalisGetSizeInfo(camera, &region) == ORVALIS_ERROR_CONNECTION_LOST) {
-        OrvalisCloseCamera(camera); // a register that restarts the camera was written to
+        OrvalisCloseCamera(
+            camera); // the input may have written the register that restarts the camera
         OrvalisUninit();
         camera = openFirstCamera();
     }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes the feature dock: node lists, node records and enumerations of any content, and any row of
-// clicks and keys on them.
+// Fuzzes the feature dock: node lists, node records and enumerations of any content, and any
+// sequence of clicks and keys.
 #include "tests/fuzz/Fuzz.h"
 #include "tests/fuzz/Widgets.h"
 #include "tests/support/ByteTape.h"
@@ -35,7 +35,7 @@ int depthOf(QModelIndex index)
     return depth;
 }
 
-/// Each level has at most as many rows as a record, and each row leads back to its parent.
+/// Each level has at most as many rows as a record, and each row returns its parent.
 void checkLevel(const QAbstractItemModel &model, const QModelIndex &parent)
 {
     const int rows = model.rowCount(parent);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes what the control panel reads from the library: lists of names, enumerations, bounds and
-// values of any content.
+// Fuzzes the data that the control panel reads from the library: lists of names, enumerations,
+// bounds and values of any content.
 #include "control/CameraCtrl.h"
 #include "tests/fuzz/Fuzz.h"
 #include "tests/fuzz/Widgets.h"
@@ -38,7 +38,7 @@ void checkNumbers(const CameraCtrl &panel)
         FUZZ_CHECK(box->minimum() <= box->value() && box->value() <= box->maximum());
     for (const QSlider *slider : panel.findChildren<QSlider *>()) {
         FUZZ_CHECK(slider->minimum() <= slider->value() && slider->value() <= slider->maximum());
-        // A longer slider cannot be drawn.
+        // Qt cannot draw a longer slider.
         FUZZ_CHECK(qint64{slider->maximum()} - slider->minimum() <= INT_MAX);
     }
 }
@@ -74,7 +74,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     ByteTape steps(tape.bytes(tape.below(64)));
     fakeorvalis::clearCalls();
     bench.panel.releaseCamera();
-    fakeorvalis::hostileAnswers({}); // zeros everywhere: the last input leaves nothing behind
+    fakeorvalis::hostileAnswers({}); // zeros everywhere: reset the state of the last input
     bench.panel.loadConfigurationValue(bench.camera);
     fakeorvalis::hostileAnswers(tape.rest());
     for (std::uint32_t i = 0; i < mostSteps && !steps.atEnd(); ++i) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes what the viewer makes of the name and the code of a pixel format.
+// Fuzzes the viewer's interpretation of the name and the code of a pixel format.
 #include "capture/FramePixels.h"
 #include "control/CameraCtrl.h"
 #include "control/FeatureMath.h"
@@ -19,7 +19,7 @@ struct Bench {
     QComboBox *whiteBalance = panel.findChild<QComboBox *>("cmbWB");
 };
 
-/// What the library hands over of a name: at most 63 bytes, up to the first NUL.
+/// A name as the library returns it: at most 63 bytes, up to the first NUL.
 QString received(const std::string &name)
 {
     return QString::fromLatin1(name.substr(0, ORVALIS_NAME_SIZE - 1).c_str());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes the viewer's conversion of 16-bit pixels, any size and depth, against the rule itself.
+// Fuzzes the viewer's conversion of 16-bit pixels of any size and depth, compared with its
+// definition.
 #include "capture/RawConversion.h"
 #include "tests/fuzz/Fuzz.h"
 #include "tests/support/ByteTape.h"
@@ -11,7 +12,7 @@ namespace {
 
 constexpr std::uint8_t untouched = 0xA5;
 
-/// What a pixel becomes; 16 bits take only the lower half of the grey scale.
+/// The expected grey value; 16 bits map to the lower half of the grey scale.
 std::uint8_t expected(unsigned word, int bits)
 {
     const int shift = bits == 16 ? 9 : std::min(bits - 8, 16);
@@ -29,7 +30,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         tape.below(4) == 0 ? tape.number<std::int32_t>() : static_cast<int>(tape.below(20));
     const bool empty = width < 1 || height < 1;
     const std::size_t pixels = empty ? 0 : static_cast<std::size_t>(width * height);
-    // An odd address, as no alignment is asked for.
+    // An odd address, as the function requires no alignment.
     const auto memory = std::make_unique<std::uint8_t[]>(pixels * 2 + 1);
     std::uint8_t *const source = memory.get() + 1;
     const auto words = tape.rest();

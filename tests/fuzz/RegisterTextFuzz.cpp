@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Fuzzes the register dialog: any text in its fields, against the number that strtoul() makes of
-// it.
+// Fuzzes the register dialog: any text in its fields, compared with strtoul().
 #include "dialogs/AccessRegister.h"
 #include "tests/fuzz/Fuzz.h"
 #include "tests/fuzz/Widgets.h"
@@ -20,7 +19,7 @@ struct Bench {
     QLineEdit *data = dialog.findChild<QLineEdit *>("edData");
 };
 
-/// Eight characters hold no number that is too large, so both ways to parse have to agree.
+/// Eight characters cannot overflow, so both parsers must agree.
 std::uint32_t numberIn(const QLineEdit &field)
 {
     return static_cast<std::uint32_t>(

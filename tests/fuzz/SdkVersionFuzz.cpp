@@ -12,7 +12,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     fuzz::needApplication();
     static const QTemporaryDir folder;
     static quint64 number = 0;
-    // A name of its own for each header: QSettings remembers what it has read.
+    // A different name for each header: QSettings caches files.
     QFile header(folder.filePath(QString::number(++number)));
     const QByteArray content(reinterpret_cast<const char *>(data), static_cast<int>(size));
     FUZZ_CHECK(header.open(QIODevice::ReadWrite));

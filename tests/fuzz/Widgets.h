@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What fuzzers of widgets share: the application, and a camera of the recording library.
+// Shared by fuzzers of widgets: the application, and a camera of the recording library.
 #pragma once
 
 #include "tests/fakelibrary/FakeOrvalis.h"
@@ -8,8 +8,8 @@
 
 namespace fuzz {
 
-/// Makes the application that widgets need, without a display; once for all inputs. It is never
-/// freed: the widgets live as long as the process, and leave it in no particular order.
+/// Creates the application that widgets need, without a display, once for all inputs. Deliberate:
+/// it is never freed, because the widgets are static and their order of destruction is undefined.
 inline void needApplication()
 {
     static int argc = 1;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Reads the frame number that the simulated cameras write into their pictures.
+// Reads the frame number that the simulated cameras draw into their frames.
 #pragma once
 
 #include <QByteArray>
 #include <QImage>
 
-/// The 8-bit grey pixels of a picture, without row padding.
+/// The 8-bit grey pixels of an image, without row padding.
 inline QByteArray grayPixels(const QImage &picture)
 {
     const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);
@@ -15,8 +15,8 @@ inline QByteArray grayPixels(const QImage &picture)
     return pixels;
 }
 
-/// The number in the picture's upper left corner (node "FrameNumberOverlay"): 32 squares of 8 x 8
-/// pixels side by side, lowest bit first, white for 1. `pixels` is 8-bit grey without row padding.
+/// The number in the upper left corner (node "FrameNumberOverlay"): 32 squares of 8 x 8 pixels side
+/// by side, lowest bit first, white for 1. `pixels` is 8-bit grey without row padding.
 inline quint32 frameNumber(const QByteArray &pixels, int width)
 {
     quint32 number = 0;

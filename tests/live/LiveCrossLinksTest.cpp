@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What one dock changes the others show: feature tree, control panel and live stream together.
+// A change in one dock appears in the others: feature tree, control panel and live stream.
 #include "tests/live/LiveSession.h"
 #include "tests/support/QtTestMain.h"
 

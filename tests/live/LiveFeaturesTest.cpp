@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every image feature changes the saved picture as its name says: two pictures each, one
-// measurement.
+// Every image feature changes saved images as its name says: two images and one measure each.
 #include "tests/live/LiveSession.h"
 #include "tests/live/PictureMeasures.h"
 #include "tests/support/QtTestMain.h"
@@ -10,8 +9,8 @@
 
 namespace {
 
-/// A spin box of the panel, two values to compare, and by how much the measure rises from the first
-/// to the second at the least.
+/// A spin box of the panel, two values to compare, and the minimum rise of the measure from the
+/// first to the second.
 struct Feature {
     const char *spinBox;
     const char *low;
@@ -35,7 +34,7 @@ const Feature features[] = {
     {"spiSharp", "10", "20", edgeEnergy, 0.3},
 };
 
-/// The picture's most colourful square of 32 pixels, as a place to look at hues.
+/// The most colourful square of 32 pixels in the image, for measuring hues.
 QRect colourfulSquare(const QImage &picture)
 {
     QRect best(0, 0, 32, 32);
@@ -81,7 +80,7 @@ void LiveFeaturesTest::initTestCase()
 QImage LiveFeaturesTest::pictureWith(const char *spinBox, const QString &value)
 {
     m_session->typeInto(spinBox, value);
-    // The frame on its way was taken before the change; the third one surely was not.
+    // Queued frames were taken before the change; the third one was not.
     if (!m_session->waitForPictures(3))
         return {};
     return m_session->savedPicture();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The viewer on a GigE Vision camera that is another process: nodes, registers, single shot, cross,
-// and another program that takes the camera. Runs inside run_gige.sh, which starts the camera.
+// The viewer with a GigE Vision camera in another process: nodes, registers, single shot, cross,
+// and another program that takes control of the camera. Runs inside run_gige.sh, which starts the
+// camera.
 #include "dialogs/AccessRegister.h"
 #include "tests/live/LiveSession.h"
 #include "tests/support/QtTestMain.h"
@@ -55,7 +56,7 @@ void LiveGigeTest::singleShotShowsOneFrame()
     QTRY_VERIFY(!m_session->window().isAcquiring());
     QCOMPARE(m_session->shown().size(), QSize(512, 512));
     QVERIFY(received().toInt() >=
-            1); // the test camera goes on until it is stopped, and each frame counts
+            1); // the test camera sends until it is stopped, and each frame is counted
 }
 
 void LiveGigeTest::singleShotThenPlayThenSingleShot()
@@ -87,7 +88,7 @@ void LiveGigeTest::registerIsReadAndWritten()
     auto *data = dialog->findChild<QLineEdit *>(QStringLiteral("edData"));
     auto *read = dialog->findChild<QPushButton *>(QStringLiteral("btnRead"));
     auto *write = dialog->findChild<QPushButton *>(QStringLiteral("btnWrite"));
-    // Where this camera keeps its width.
+    // The register of this camera's width.
     address->setText(QStringLiteral("100"));
     read->click();
     QCOMPARE(data->text(), QStringLiteral("00000200"));
@@ -112,10 +113,10 @@ void LiveGigeTest::crossIsPaintedOnThePicture()
 
 void LiveGigeTest::aCameraThatAnotherProgramTakesIsClosed()
 {
-    constexpr int patience = 60000; // another program needs seconds to get hold of it
+    constexpr int patience = 60000; // another program needs seconds to take control
     QVERIFY(m_session->play());
     QSignalSpy opened(&m_session->window(), SIGNAL(sigCameraOpened(bool)));
-    QProcess other; // it stops this process until this process has lost the camera
+    QProcess other; // suspends this process until it has lost the camera
     other.start(QStringLiteral(ORVALIS_OTHER_PROGRAM),
                 {QStringLiteral("127.0.0.1"), QString::number(QCoreApplication::applicationPid())});
     QTRY_VERIFY_WITH_TIMEOUT(!m_session->window().isAcquiring(), patience);

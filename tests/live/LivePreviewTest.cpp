@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The sensor preview beside a running stream: it takes nothing from the stream, and shows the
-// region at its place on the sensor.
+// The sensor preview during a stream: it takes no frame from the stream and displays the region at
+// its position on the sensor.
 #include "tests/live/LiveSession.h"
 #include "tests/support/QtTestMain.h"
 
@@ -16,7 +16,7 @@ namespace {
 
 constexpr QSize sensor(2448, 2048);
 
-/// What the preview has to look like: white, with the picture at the region's place.
+/// The expected preview: white, with `picture` at the position of the region.
 QImage expectedPreview(const QImage &picture, QPoint place, QSize size)
 {
     QImage canvas(sensor, QImage::Format_RGB888);
@@ -25,7 +25,7 @@ QImage expectedPreview(const QImage &picture, QPoint place, QSize size)
     return canvas.scaled(size, Qt::IgnoreAspectRatio, Qt::FastTransformation);
 }
 
-/// Mean difference of the channels, 0 to 255; 255 for pictures of different sizes.
+/// Mean difference of the channels, 0 to 255; 255 for images of different sizes.
 double difference(const QImage &one, const QImage &other)
 {
     if (one.size() != other.size() || one.isNull())
@@ -40,8 +40,8 @@ double difference(const QImage &one, const QImage &other)
     return sum / (3.0 * a.width() * a.height());
 }
 
-/// True if every pixel outside `region`, given in sensor pixels, is white. The region's own border
-/// is left out, as it falls between the preview's pixels.
+/// True if every pixel outside `region`, in sensor pixels, is white. Ignores the border of the
+/// region, which lies between pixels of the preview.
 bool isWhiteOutside(const QImage &preview, const QRect &region)
 {
     const double scaleX = double(preview.width()) / sensor.width();
@@ -151,7 +151,7 @@ void LivePreviewTest::previewTakesNoFrameFromTheStream()
     QVERIFY(m_session->play());
     QVERIFY(waitForPreviews(4));
     m_session->stop();
-    QCoreApplication::processEvents(); // counts that are on their way
+    QCoreApplication::processEvents(); // queued frame counts
     QVERIFY(received > 0);
     QCOMPARE(QString::number(received), node(QStringLiteral("StreamDeliveredFrameCount")));
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A thousand frames saved with "All": every frame shown is on disk once, byte for byte.
+// A thousand frames saved with "All": every displayed frame is on disk exactly once, byte for byte.
 #include "tests/live/FrameNumber.h"
 #include "tests/live/LiveSession.h"
 #include "tests/support/QtTestMain.h"
@@ -20,7 +20,7 @@ QByteArray digest(const QByteArray &pixels)
     return QCryptographicHash::hash(pixels, QCryptographicHash::Md5);
 }
 
-/// The pixels of a saved file, empty if it is not complete.
+/// The pixels of a saved file, empty if it is incomplete.
 QByteArray filePixels(const QString &path, QSize size)
 {
     if (!path.endsWith(QLatin1String(".RAW")))
@@ -87,8 +87,8 @@ void LiveSavingTest::everyFrameShownIsOnDisk()
         QCOMPARE(digest(pixels), shown.value(number));
         ++saved[number];
     }
-    // The action was armed and disarmed between two frames: from the first frame on disk to the
-    // last one every frame shown must be there, and there once.
+    // Saving was armed and disarmed between two frames: from the first frame on disk to the last,
+    // every displayed frame must be there exactly once.
     const auto numbers = saved.keys();
     const quint32 first = *std::min_element(numbers.begin(), numbers.end());
     const quint32 last = *std::max_element(numbers.begin(), numbers.end());

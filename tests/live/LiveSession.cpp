@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Drives the main window's own widgets; nothing here reaches the camera by another way.
+// Drives the widgets of the main window; accesses the camera only through them.
 #include "tests/live/LiveSession.h"
 
 #include "app/CameraList.h"
@@ -16,7 +16,8 @@
 
 namespace {
 
-/// The header of a BMP file holds the size of the file. While it is being written it is shorter.
+/// The header of a BMP file contains the file's size; the file is shorter while it is being
+/// written.
 bool isWholeBitmap(const QString &path)
 {
     QFile file(path);

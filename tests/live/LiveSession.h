@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A viewer on the simulated cameras, used through its widgets as a person would use it.
+// A viewer with simulated cameras, operated through its widgets like by a user.
 #pragma once
 
 #include "app/MainWindow.h"
@@ -12,7 +12,7 @@
 #include <map>
 
 /// One main window with one camera. Everything runs on the GUI thread. Functions that wait return
-/// false when what they wait for did not come.
+/// false after a time-out.
 class LiveSession {
 public:
     LiveSession();
@@ -22,12 +22,12 @@ public:
     bool play();
     void stop();
 
-    /// The picture that the view shows.
+    /// The image in the view.
     QImage shown() const;
-    /// Waits until `count` more pictures were shown.
+    /// Waits until `count` more images were displayed.
     bool waitForPictures(int count);
 
-    /// A widget of the control panel or the tree dock by its object name; fails loudly if missing.
+    /// A widget of the control panel or the tree dock by its object name; fatal if missing.
     template <typename Widget> Widget *widget(const char *name) const
     {
         auto *found = m_window.findChild<Widget *>(QLatin1String(name));
@@ -37,14 +37,14 @@ public:
     QAction *action(const char *name) const { return widget<QAction>(name); }
     MainWindow &window() { return m_window; }
 
-    /// Value that a spin box of the panel shows, of whatever class it is.
+    /// Value of a spin box of the panel, of any class.
     double value(const char *spinBoxName) const;
-    /// Types a number into a spin box and ends with Return.
+    /// Types a number into a spin box and presses Return.
     void typeInto(const char *spinBoxName, const QString &text);
 
-    /// Chooses an entry of a combo box as a user does.
+    /// Chooses an entry of a combo box like a user.
     void choose(const char *comboName, const QString &entry);
-    /// Clicks a node of the feature tree. False if the tree has no such node.
+    /// Clicks a node of the feature tree. Returns false if the tree has no such node.
     bool clickNode(const QString &name);
     /// Clicks a node, types `value` and presses the keypad's Enter.
     bool commitNode(const QString &name, const QString &value);
@@ -53,7 +53,7 @@ public:
     /// Clicks a command node and its button.
     bool executeNode(const QString &name);
 
-    /// Saves the next picture as BMP and reads it back. Null if no complete file came.
+    /// Saves the next image as BMP and reads it back. Null if no complete file appears.
     QImage savedPicture();
     QString saveFolder() const { return m_folder.path(); }
 

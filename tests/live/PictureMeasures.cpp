@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Plain sums over every pixel; a picture of five megapixels takes a fraction of a second.
+// Sums over every pixel; an image of five megapixels takes a fraction of a second.
 #include "tests/live/PictureMeasures.h"
 
 #include <QColor>
@@ -29,7 +29,7 @@ std::array<double, 3> channelMeans(const QImage &picture)
     return sums;
 }
 
-/// Every brightness of the picture, row by row.
+/// Brightness of every pixel, row by row.
 std::vector<uchar> brightness(const QImage &picture)
 {
     const QImage gray = picture.convertToFormat(QImage::Format_Grayscale8);

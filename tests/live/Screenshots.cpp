@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Draws the pictures of the documents from the program itself: make_screenshots <folder>.
+// Makes the images of the documentation: make_screenshots <folder>.
 #include "app/Appearance.h"
 #include "control/CameraCtrl.h"
 #include "dialogs/AboutDialog.h"
@@ -21,7 +21,7 @@ namespace {
 constexpr int tabs = 4;
 const char *const tabNames[tabs] = {"features", "video-modes", "trigger-strobe", "miscellaneous"};
 
-/// Nodes of the six kinds that the value panel knows, on the simulated colour camera.
+/// Nodes of the six kinds that the value panel displays, on the simulated colour camera.
 struct NodePicture {
     const char *node;
     const char *file;
@@ -41,7 +41,7 @@ public:
 
     bool add(QWidget *widget, const char *name)
     {
-        QTest::qWait(200); // for the picture to be drawn; nothing depends on it
+        QTest::qWait(200); // time to draw the image; nothing depends on it
         const bool saved = widget->grab().save(m_folder.filePath(QLatin1String(name) + ".png"));
         if (!saved)
             qWarning("%s was not written", name);
@@ -65,14 +65,14 @@ void photographTabs(LiveSession &session, Album &album)
             auto *sensor = session.widget<QWidget>("laROI");
             QTest::mousePress(sensor, Qt::LeftButton, {},
                               {sensor->width() / 4, sensor->height() / 4});
-            // Qt Test's own moves hold no button.
+            // Mouse moves of Qt Test hold no button.
             QMouseEvent move(QEvent::MouseMove,
                              QPointF(sensor->width() * 3 / 4, sensor->height() * 3 / 4),
                              Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
             QApplication::sendEvent(sensor, &move);
             QTest::mouseRelease(sensor, Qt::LeftButton, {},
                                 {sensor->width() * 3 / 4, sensor->height() * 3 / 4});
-            QTest::qWait(1500); // the sensor preview comes once a second
+            QTest::qWait(1500); // the sensor preview refreshes once a second
         }
         album.add(&session.window(), tabNames[tab]);
     }
@@ -111,7 +111,7 @@ void photographDialogs(LiveSession &session, Album &album)
     cross->findChild<QPushButton *>(QStringLiteral("btnApply"))->click();
     album.add(cross, "cross-dialog");
     if (!session.waitForPictures(2))
-        qWarning("no picture came");
+        qWarning("no image was displayed");
     album.add(&session.window(), "cross");
     session.action("actionDrawCenter")->setChecked(false);
 }
