@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The display thread's pause under the program's own control.
+// Replaces usleep() so that a benchmark controls the pause of the display thread.
 #include "benchmarks/Pause.h"
 
 #include <condition_variable>
@@ -12,12 +12,12 @@ namespace {
 constexpr useconds_t displayPause = 33000;
 
 struct {
-    std::mutex mutex; // guards the rest
+    std::mutex mutex; // guards all other members
     std::condition_variable changed;
     bool pausing = false;
     bool mayEnd = false;
     bool held = true;
-    clockid_t clock = CLOCK_MONOTONIC; ///< of the thread that paused last
+    clockid_t clock = CLOCK_MONOTONIC; ///< processor time of the thread that paused last
 } pause_;
 
 void pauseUntilTold()
@@ -64,7 +64,7 @@ void pausing::letPausesGo()
     pause_.changed.notify_all();
 }
 
-/// Stands before the C library's.
+/// Replaces the function of the C library.
 extern "C" int usleep(useconds_t microseconds)
 {
     if (microseconds == displayPause) {

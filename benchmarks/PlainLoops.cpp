@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Conversions as one writes them at first: sample by sample, from the definition.
+// Straightforward conversions, sample by sample, from the definition.
 #include "benchmarks/PlainLoops.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Conversions as one writes them at first: sample by sample, from the definition. What the
-// library's are measured against.
+// Straightforward conversions, sample by sample, from the definition: the reference for the
+// library's conversions.
 #pragma once
 
 #include "library/convert/PixelFormat.h"
@@ -13,10 +13,10 @@ namespace plain {
 /// Upper 8 bits of 12-bit samples in 16-bit words.
 void upperEight(const std::uint16_t *in, std::size_t count, std::uint8_t *out);
 
-/// Samples of `depth` bits that follow each other without gaps.
+/// Unpacks samples of `depth` bits without gaps.
 void unpack(unsigned depth, const std::uint8_t *in, std::size_t count, std::uint16_t *out);
 
-/// Bilinear interpolation of the inside of a mosaic, border left out.
+/// Bilinear interpolation of a mosaic without its border.
 void demosaic(orvalis::PixelKind order, const std::uint8_t *in, std::size_t width,
               std::size_t height, std::uint8_t *out);
 

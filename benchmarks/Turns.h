@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Times of several pieces of work that take turns, so that a disturbance hits all of them alike.
+// Statistics of alternating measurements, which other programs disturb equally.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,7 @@
 #include <ctime>
 #include <vector>
 
-/// The middle one of `values`, 0 if there are none.
+/// Median of `values`, 0 if there are none.
 inline double median(std::vector<double> values)
 {
     if (values.empty())
@@ -26,7 +26,7 @@ inline double percentile(std::vector<double> values, unsigned percent)
     return values[std::min(values.size() - 1, values.size() * percent / 100)];
 }
 
-/// Median of a[i] / b[i]: how many times longer a takes, both having run in turn.
+/// Median of a[i] / b[i], for measurements that alternate.
 inline double medianRatio(const std::vector<double> &a, const std::vector<double> &b)
 {
     std::vector<double> ratios;
@@ -35,8 +35,8 @@ inline double medianRatio(const std::vector<double> &a, const std::vector<double
     return median(ratios);
 }
 
-/// Seconds of a clock: CLOCK_MONOTONIC, or CLOCK_THREAD_CPUTIME_ID for the processor time of the
-/// calling thread, which other programs disturb less.
+/// Reads a clock in seconds: CLOCK_MONOTONIC, or CLOCK_THREAD_CPUTIME_ID for the processor time of
+/// the calling thread, which other programs disturb less.
 inline double secondsOf(clockid_t clock)
 {
     timespec now{};
@@ -44,7 +44,7 @@ inline double secondsOf(clockid_t clock)
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-/// Seconds that `work` takes by that clock.
+/// Duration of `work` on that clock, in seconds.
 template <class Work> double timed(clockid_t clock, const Work &work)
 {
     const double start = secondsOf(clock);

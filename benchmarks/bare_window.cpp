@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The least that a Qt program with a main window takes: what the viewer's start is held against.
+// A Qt program with an empty main window: the reference for the start of the viewer.
 #include <QApplication>
 #include <QMainWindow>
 
@@ -8,7 +8,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QMainWindow window;
     window.setWindowTitle(QStringLiteral("bare window"));
-    window.resize(1370, 917); // as large as the viewer's
+    window.resize(1370, 917); // size of the viewer's window
     window.showMaximized();
     return application.exec();
 }

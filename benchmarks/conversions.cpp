@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// How fast pixel formats are converted, at 5 megapixels: beside a memcpy that moves as many bytes,
-// and beside the plain loop. The three take turns. "1" is one core and its processor time, "all" is
-// every core and the clock on the wall.
+// Measures conversions of pixel formats at 5 megapixels, compared with a memcpy of as many bytes
+// and with the plain loop. The three run alternately. "1" is the processor time on one core, "all"
+// the elapsed time on all cores.
 #include "benchmarks/PlainLoops.h"
 #include "benchmarks/Turns.h"
 #include "library/convert/Convert.h"
@@ -26,8 +26,8 @@ constexpr std::uint32_t height = 2048;
 constexpr std::size_t pixels = std::size_t{width} * height;
 constexpr int iterations = 200;
 
-/// Memory for the largest of the images and copies, written once so that no page is touched for the
-/// first time while it is measured.
+/// Memory for the largest images and copies, written once so that no measurement includes page
+/// faults.
 struct Memory {
     std::vector<std::uint8_t> in = std::vector<std::uint8_t>(pixels * 4);
     std::vector<std::uint8_t> out = std::vector<std::uint8_t>(pixels * 4);
@@ -50,7 +50,7 @@ Memory &memory()
     return all;
 }
 
-/// One conversion and what it is measured against.
+/// A conversion and its reference.
 struct Conversion {
     std::string name;
     std::size_t bytes; ///< read and written, for all pixels
@@ -90,7 +90,7 @@ Conversion toRgb(const std::string &format, std::size_t bytesIn, std::function<v
     return {format + " to RGB", pixels * (bytesIn + 3), convert, std::move(plain)};
 }
 
-/// Deep mosaics lose their lower bits first, so they read and write a plane more.
+/// Deep mosaics are reduced to 8 bits first, which reads and writes another plane.
 Conversion bayer(const std::string &order, PixelKind kind, bool deep)
 {
     Memory &m = memory();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the viewer does with a frame, from the library's callback to the scene. The recording
-// library stands for the camera, so that nothing is measured but the viewer.
+// Measures the path of a frame in the viewer, from the library's callback to the scene. The
+// recording library replaces the camera, so that only the viewer is measured.
 #include "app/MainWindow.h"
 #include "benchmarks/Pause.h"
 #include "benchmarks/Turns.h"
@@ -24,7 +24,7 @@ thread_local std::size_t t_allocations = 0;
 
 } // namespace
 
-/// Counts what the calling thread allocates; operator new ends here as well.
+/// Counts allocations of the calling thread, including those of operator new.
 extern "C" void *malloc(std::size_t size)
 {
     ++t_allocations;
@@ -40,7 +40,7 @@ constexpr int callbacks = 4000;
 constexpr std::size_t fullQueue = 10000;
 constexpr int shownFrames = 120;
 
-/// A camera that plays, and frames for it.
+/// A streaming camera and its frames.
 class Stream {
 public:
     Stream(const char *format, std::uint32_t code, std::uint32_t w, std::uint32_t h)
@@ -80,7 +80,7 @@ public:
     OImageFrame &nextFrame() { return m_frames[m_next++ % m_frames.size()]; }
     void call(OImageFrame &frame) const { m_callback(&frame); }
 
-    /// Run on the GUI thread right before and behind the slot that shows a frame.
+    /// Run on the GUI thread immediately before and after the slot that displays a frame.
     std::function<void()> beforeSlot = [] {};
     std::function<void()> afterSlot = [] {};
 
@@ -99,14 +99,14 @@ private:
     std::optional<MainWindow> m_window;
 };
 
-/// Lets the display thread take what is queued.
+/// Waits until the display thread has taken all queued frames.
 void emptyTheQueue()
 {
     pausing::endPause();
     pausing::waitForPause();
 }
 
-/// The callback on a thread of its own while this one, the GUI's, stands still.
+/// Runs the callback on its own thread while this one, the GUI thread, is blocked.
 void measureCallback(Stream &stream, const char *what, std::size_t queued)
 {
     std::vector<double> seconds, blocks;
@@ -136,8 +136,8 @@ void measureCallbacks()
     measureCallback(stream, "10000 frames before", fullQueue);
 }
 
-/// One copy of the frame and one conversion to 32 bits, in memory that is there already: two
-/// pictures of it in turn, as the one on show may not be painted over.
+/// One copy of the frame and one conversion to 32 bits, in existing memory: two images in turn, as
+/// the displayed one must not be overwritten.
 class Floor {
 public:
     explicit Floor(std::size_t bytesPerPixel)
@@ -179,13 +179,13 @@ private:
     unsigned m_next = 0;
 };
 
-/// The way of one frame, and the floor, by the clock on the wall and in processor time.
+/// Elapsed time and processor time of the path of a frame and of the floor.
 struct Times {
     std::vector<double> wall;
     std::vector<double> processor;
 };
 
-/// Calls back with a frame, and waits until its pixels are in the scene.
+/// Calls back with a frame and waits until its pixels are in the scene.
 void showFrame(Stream &stream, const bool &shown)
 {
     stream.call(stream.nextFrame());
@@ -200,7 +200,7 @@ Times measurePath(Stream &stream, Floor &floor, Times &floors)
     double slotBegan = 0;
     double slotSeconds = 0;
     bool shown = false;
-    // Of the connections the window's own comes between these two, as they are queued.
+    // The window's own queued connection runs between these two.
     stream.beforeSlot = [&] { slotBegan = secondsOf(CLOCK_THREAD_CPUTIME_ID); };
     stream.afterSlot = [&] {
         slotSeconds = secondsOf(CLOCK_THREAD_CPUTIME_ID) - slotBegan;
@@ -217,7 +217,7 @@ Times measurePath(Stream &stream, Floor &floor, Times &floors)
         paths.wall.push_back(timed(CLOCK_MONOTONIC, [&] { showFrame(stream, shown); }));
         pausing::waitForPause();
         paths.processor.push_back(secondsOf(display) - start + slotSeconds);
-        QCoreApplication::processEvents(); // the picture is painted, unmeasured
+        QCoreApplication::processEvents(); // paints the image, not measured
     }
     return paths;
 }

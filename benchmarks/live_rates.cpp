@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the status bar says against what the camera was set to, and what 1000 frames a second do to
-// the window. Prints figures; judges nothing.
+// Compares the rate in the status bar with the camera's setting, and measures the response time of
+// the window at 1000 frames a second. Prints figures without a verdict.
 #include "sdk/OrvalisAPI.h"
 #include "tests/live/LiveSession.h"
 
@@ -21,9 +21,9 @@ namespace {
 
 constexpr char fastCamera[] = "OV-SIM-0640F-0003";
 
-/// Frame numbers as they come, read from the picture's upper left corner.
+/// Frame numbers in order of arrival, read from the upper left corner of the image.
 struct Numbers {
-    std::mutex mutex; // guards the rest
+    std::mutex mutex; // guards all other members
     std::condition_variable complete;
     std::uint32_t frames = 0;
     std::uint32_t gaps = 0;
@@ -96,7 +96,7 @@ void rateLabel(LiveSession &session, int framesPerSecond)
                 100 * (shown - framesPerSecond) / framesPerSecond);
 }
 
-/// How long an event from another thread waits for the GUI thread, over ten seconds.
+/// Measures for ten seconds how long an event from another thread waits for the GUI thread.
 void answerTimes(LiveSession &session)
 {
     session.typeInto("spiShutter", QStringLiteral("500"));

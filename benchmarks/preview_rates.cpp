@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the sensor preview takes from a running stream: the same camera, once with the preview's
-// grabs and once without. Prints figures; judges nothing.
+// Measures the effect of the sensor preview on a stream: the same camera with and without the grabs
+// of the preview. Prints figures without a verdict.
 //   preview_rates [camera [frames per second [seconds]]]
 #include "control/CameraCtrl.h"
 #include "tests/live/LiveSession.h"
@@ -16,13 +16,13 @@
 namespace {
 
 struct Run {
-    int received = 0;          ///< frames that the window counted
+    int received = 0;          ///< frames counted by the window
     double seconds = 0;        ///< from the first count to the last
     std::vector<double> rates; ///< frames per second, one for each measuring window
-    int previews = 0;          ///< pictures that the preview showed
+    int previews = 0;          ///< images in the preview
 };
 
-/// Streams for `seconds` and notes what the status bar was told.
+/// Streams for `seconds` and records the figures for the status bar.
 Run stream(LiveSession &session, bool withPreview, int seconds)
 {
     auto *panel = session.window().findChild<CameraCtrl *>();

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Every frame of the colour camera saved as PNG while it streams at full rate: how much memory
-// frames that wait for the disk take, whether the window goes on answering, and whether every
-// picture shown is on disk. Fails when one is missing or not whole, or the bound on memory is
-// passed.
+// Saves every displayed image of the colour camera as PNG while it streams at full rate. Measures
+// the memory of frames queued for saving and the response time of the window. Fails if a displayed
+// image is missing or incomplete on disk, or if the memory exceeds its limit.
 //
 //   save_all [--frames 300] [--format PNG] [--seconds 1500]
 #include "tests/live/FrameNumber.h"
@@ -23,12 +22,12 @@ namespace {
 
 constexpr std::size_t mostWaiting = std::size_t{512} * 1024 * 1024;
 
-/// Beside the frames that wait, each task holds the picture that it encodes and the file made of
-/// it.
+/// In addition to the queued frames, each task holds the image that it encodes and the encoded
+/// file.
 constexpr long encoderKiB = 64 * 1024;
 
-/// The number in the first rows. Reads the pixels by itself: Qt converts images on the thread pool,
-/// where the window's thread would wait behind the files that are being saved.
+/// The number in the first rows. Reads the pixels directly, because Qt converts images on the
+/// thread pool, where the GUI thread would wait for pending save tasks.
 quint32 numberOf(const QImage &picture)
 {
     QByteArray rows;
@@ -39,7 +38,7 @@ quint32 numberOf(const QImage &picture)
     return frameNumber(rows, picture.width());
 }
 
-/// How long events wait, and how much memory is taken, ten times a second.
+/// Measures the delay of events and the memory ten times a second.
 class Watch {
 public:
     explicit Watch(LiveSession &session) : m_session(session)
@@ -51,10 +50,10 @@ public:
     }
     void print() const
     {
-        std::printf("waiting frames, by the limiter    %8.1f MiB at most\n", mebibytes(m_waiting));
+        std::printf("queued frames, by the limiter     %8.1f MiB at most\n", mebibytes(m_waiting));
         std::printf("memory of the program             %8.1f MiB at most, %.1f MiB before\n",
                     double(m_resident) / 1024, double(m_before.residentKiB) / 1024);
-        std::printf("events behind their time          %8lld ms at most, %.1f ms on average\n",
+        std::printf("delay of events                   %8lld ms at most, %.1f ms on average\n",
                     m_latest, double(m_sum) / double(std::max(1L, m_looks)));
     }
     bool withinBounds() const
@@ -89,7 +88,7 @@ private:
     long m_looks = 0;
 };
 
-/// Compares what was shown with what is on disk. False if a picture is missing or not whole.
+/// Compares the displayed images with the files. Returns false if one is missing or incomplete.
 bool compare(const QVector<quint32> &shown, const QString &folder)
 {
     QSet<quint32> saved;
@@ -102,7 +101,8 @@ bool compare(const QVector<quint32> &shown, const QString &folder)
     }
     if (saved.isEmpty())
         return false;
-    // Armed and disarmed between two frames: what counts is from the first on disk to the last.
+    // Saving was armed and disarmed between two frames: compare from the first frame on disk to the
+    // last.
     const auto [first, last] = std::minmax_element(saved.begin(), saved.end());
     int counted = 0;
     int missing = 0;
@@ -111,8 +111,8 @@ bool compare(const QVector<quint32> &shown, const QString &folder)
         counted += counts ? 1 : 0;
         missing += counts && !saved.contains(number) ? 1 : 0;
     }
-    std::printf("pictures shown while saving       %8d\n", counted);
-    std::printf("files                             %8d, %d not whole, %d pictures missing\n",
+    std::printf("images displayed while saving     %8d\n", counted);
+    std::printf("files                             %8d, %d incomplete, %d images missing\n",
                 int(saved.size()), broken, missing);
     return broken == 0 && missing == 0;
 }

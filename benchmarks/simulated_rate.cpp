@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the simulated cameras deliver and what that costs, seen through the C interface: colour at
-// full size with conversion to RGB, and the fast camera. Run it on one core: taskset -c 0.
+// Measures rate and processor time of the simulated cameras through the C interface: colour at full
+// size with conversion to RGB, and the fast camera. Run it on one core: taskset -c 0.
 #include "benchmarks/Turns.h"
 #include "sdk/OrvalisAPI.h"
 
@@ -13,27 +13,27 @@
 
 namespace {
 
-/// What a camera is asked for.
+/// Settings of a measurement.
 struct Demand {
     const char *camera;
     std::uint32_t exposureUs;
     float framesPerSecond;
     bool rgb;
-    std::size_t frames; ///< how many to count
+    std::size_t frames; ///< number of frames to count
 };
 
 constexpr Demand demands[] = {
     {"OV-SIM-2448C-0002", 10000, 60, true, 600},
-    {"OV-SIM-2448C-0002", 10000, 89, true, 900}, // what its link carries
+    {"OV-SIM-2448C-0002", 10000, 89, true, 900}, // the limit of its link
     {"OV-SIM-0640F-0003", 500, 1000, false, 10000},
 };
 
-/// What came.
+/// Received frames.
 struct Arrivals {
-    std::mutex mutex; // guards the rest
+    std::mutex mutex; // guards all other members
     std::condition_variable complete;
     std::size_t wanted = 0;
-    std::vector<double> seconds; ///< when, one for each frame
+    std::vector<double> seconds; ///< time of each frame
     std::size_t withRgb = 0;
 } arrivals;
 
@@ -47,7 +47,7 @@ void frameCame(OImageFrame *frame)
         arrivals.complete.notify_all();
 }
 
-/// Waits for `frames` frames from now on. False if they do not come.
+/// Waits for `frames` further frames. Returns false after a time-out.
 bool waitForFrames(std::size_t frames)
 {
     std::unique_lock lock(arrivals.mutex);

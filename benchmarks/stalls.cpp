@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The longest time for which the window does not answer, in each thing that a user does, while a
-// camera sends 1000 frames a second, or as many as it can: stalls [rounds] [camera]. Prints
-// figures.
+// Measures for each user action the longest time in which the window does not respond, while a
+// camera sends 1000 frames a second, or as many as it can: stalls [rounds] [camera].
 #include "sdk/OrvalisAPI.h"
 #include "tests/live/LiveSession.h"
 #include "tree/XMLCtrl.h"
@@ -27,7 +26,7 @@ constexpr char otherCamera[] = "OV-SIM-1280M-0001";
 constexpr double goalMs = 100;
 constexpr int settleMs = 300;
 
-/// Knocks at the GUI thread every millisecond and measures how long it takes to answer.
+/// Posts an event to the GUI thread every millisecond and measures its delay.
 class Heartbeat {
 public:
     explicit Heartbeat(QObject *window) : m_thread([this, window] { beat(window); }) {}
@@ -42,7 +41,7 @@ public:
     Heartbeat(const Heartbeat &) = delete;
     Heartbeat &operator=(const Heartbeat &) = delete;
 
-    /// The longest wait since the last call. GUI thread.
+    /// The longest delay since the last call. GUI thread.
     double takeLongestMs() { return std::exchange(m_longestMs, 0.0); }
 
 private:
@@ -66,7 +65,7 @@ private:
     double m_longestMs = 0; // GUI thread only
     std::atomic<bool> m_ended{false};
     std::atomic<bool> m_left{false};
-    std::thread m_thread; // last: uses the others
+    std::thread m_thread; // last member: uses the others
 };
 
 class Measurement {
@@ -75,7 +74,7 @@ public:
     {
     }
 
-    /// Notes the longest stall while `act` runs and shortly after.
+    /// Records the longest stall while `act` runs and shortly after.
     void stall(const QString &what, const std::function<void()> &act)
     {
         QTest::qWait(settleMs);
@@ -113,7 +112,7 @@ private:
     QStringList m_order;
 };
 
-/// Reads the tree of a second camera while the first one streams, and takes it away again.
+/// Reads the tree of a second camera while the first one streams, and removes it again.
 void buildTree(LiveSession &session, Measurement &measurement)
 {
     OCameraHandle other = nullptr;
@@ -172,7 +171,7 @@ int main(int argc, char *argv[])
     Measurement measurement(session);
     for (int round = 0; round < rounds; ++round) {
         if (!oneRound(session, camera, measurement)) {
-            std::fprintf(stderr, "stalls: no picture\n");
+            std::fprintf(stderr, "stalls: no image\n");
             return EXIT_FAILURE;
         }
     }

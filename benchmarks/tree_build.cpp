@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// How long the feature tree takes to read five hundred extra nodes from a simulated camera.
+// Measures how long the feature tree takes to read five hundred extra nodes from a simulated
+// camera.
 #include "sdk/OrvalisAPI.h"
 #include "tree/TreeModel.h"
 

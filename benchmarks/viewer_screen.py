@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-"""A virtual screen for whole-program measurements, and the hands that use a viewer on it."""
+"""A virtual screen for measurements of whole programs, with functions that operate a viewer on it."""
 import mmap
 import os
 import subprocess
@@ -10,7 +10,7 @@ PATIENCE = 40
 
 
 class Screen:
-    """A virtual screen whose memory can be looked at, with a window manager."""
+    """A virtual screen with a window manager; its memory can be read."""
 
     def __init__(self, folder):
         read, write = os.pipe()
@@ -49,11 +49,11 @@ class Screen:
         return self.memory[begin:begin + pixels * 4]
 
     def picture_row(self):
-        """64 pixels in a place of the screen that lies in the picture of every viewer."""
+        """64 pixels at a position of the screen that is inside the image of every viewer."""
         return self.row(800, 400, 64)
 
     def count_frames(self, seconds):
-        """Frames displayed: changes of a row of pixels in the middle of a picture that moves."""
+        """Number of displayed frames: changes of a row of pixels in the middle of a moving image."""
         frames, last = 0, self.picture_row()
         limit = time.monotonic() + seconds
         while time.monotonic() < limit:
@@ -103,7 +103,7 @@ def wait_for(what, condition):
 
 
 def processor_time(pid, thread=None):
-    """Seconds of a process and of the children that it has waited for, or of one of its threads."""
+    """Processor seconds of a process and its reaped children, or of one of its threads."""
     path = f"/proc/{pid}/stat" if thread is None else f"/proc/{pid}/task/{thread}/stat"
     with open(path) as stat:
         fields = stat.read().rpartition(")")[2].split()
@@ -112,7 +112,7 @@ def processor_time(pid, thread=None):
 
 
 def play_orvalis(screen, process, camera, row):
-    """Opens the camera in that row of the list, plays, fits the picture to the window."""
+    """Opens the camera in that row of the list, plays, and fits the image to the window."""
     window = wait_for("the window", lambda: screen.window_of(process))
     screen.place(window, WIDTH, HEIGHT - 24)
 
