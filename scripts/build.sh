@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: MIT
-# Sourced by the scripts beside it: configures and builds a preset, quietly when there is nothing to do.
+# Sourced by the other scripts: configures and builds a preset, silently if everything is up to date.
 
-# shellcheck disable=SC2034 # for those who source this
-test_jobs=${ORVALIS_TEST_JOBS:-$((2 * $(nproc)))} # most tests wait more than they compute
+# shellcheck disable=SC2034 # used by the scripts that source this file
+test_jobs=${ORVALIS_TEST_JOBS:-$((2 * $(nproc)))} # most tests spend their time waiting
 
-# quietly <what> <command>...: shows the command's output only if it fails.
+# quietly <what> <command>...: prints the command's output only if it fails.
 quietly() {
     local what=$1 log
     shift
@@ -25,7 +25,7 @@ configure_preset() {
     quietly "Configuring $preset" cmake --preset "$preset" "$@"
 }
 
-# build_preset <preset> [target]...: ninja names what it builds, and what is up to date is not mentioned.
+# build_preset <preset> [target]...: prints only the targets that ninja builds.
 build_preset() {
     local preset=$1
     shift

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# Sourced by the scripts beside it: which Debian and Ubuntu packages the project needs, and why.
+# Sourced by the other scripts: the Debian and Ubuntu packages that the project needs, and their purpose.
 # shellcheck disable=SC2034
 
 build_packages='
@@ -50,7 +50,7 @@ man-db                  checks the manual page
 lintian                 checks the Debian package
 '
 
-# missing_of <package>...: those that are not installed
+# missing_of <package>...: prints the packages that are not installed.
 missing_of() {
     local installed
     installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |
@@ -58,11 +58,11 @@ missing_of() {
     printf '%s\n' "$@" | grep -vxF -e "$installed" || true
 }
 
-# install_missing <list>...: installs what is not there yet, and says so; silent when nothing is missing.
+# install_missing <list>...: installs missing packages and prints their names; silent if nothing is missing.
 install_missing() {
     local missing packages
     if ! command -v dpkg-query >/dev/null; then
-        echo "This is not Debian or Ubuntu; going on with what is installed." >&2
+        echo "This is not Debian or Ubuntu; continuing with the installed packages." >&2
         return 0
     fi
     mapfile -t packages < <(printf '%s\n' "$@" | awk 'NF { print $1 }')
@@ -72,7 +72,7 @@ install_missing() {
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
         if ! command -v sudo >/dev/null; then
-            echo "Missing, and neither root nor sudo to install them: ${missing[*]}" >&2
+            echo "Packages are missing, and installing them needs root or sudo: ${missing[*]}" >&2
             return 1
         fi
         as_root=(sudo)
