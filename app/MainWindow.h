@@ -218,11 +218,16 @@ private:
     void startSaveTask(std::unique_ptr<FrameSaveJob> job); ///< display thread
     void readStreamFormat();
     StreamInfo streamInfo() const { return {m_sizeInfo, m_pixelFormat, m_sensorPixelFormat, 0}; }
+    /// @return false if the start is not to go on
+    bool prepareStart();
+    void cancelStart();
     bool startDisplaying();
     void joinDisplayThread();
     void endStream();
     void acquisitionChanged();
     void endOneGrab();
+    void endSingleFrameMode();
+    void continueInContinuousMode();
 
     std::unique_ptr<Ui::MainWindow> ui;
 
@@ -243,6 +248,8 @@ private:
     OCameraHandle m_hCamera = nullptr;
     CameraId m_szCameraID{};         ///< of the camera opened last; kept after a close
     unsigned m_nConnection = 0;      ///< number of opens so far, tells one connection from the next
+    unsigned m_nStops = 0;           ///< number of stops so far, also while nothing streamed
+    QString m_singleFrameCamera;     ///< ID of the camera that a shot left in its mode, or empty
     OSizeInfo m_sizeInfo{};          ///< written only while no thread streams
     std::uint32_t m_pixelFormat = 0; ///< PFNC code of frames, likewise
     std::uint32_t m_sensorPixelFormat = 0; ///< PFNC code that the camera is set to, likewise

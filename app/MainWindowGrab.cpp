@@ -24,7 +24,8 @@ void MainWindow::slotOneGrab()
 {
     if (!m_session.mayGo(SessionStep::Shooting))
         return;
-    (void)OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "SingleFrame");
+    if (OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "SingleFrame") == ORVALIS_OK)
+        m_singleFrameCamera = cameraIdText();
     readStreamFormat();
     // Deliberate: connected again by every shot, here and below. Both slots may be called
     // repeatedly.
@@ -110,5 +111,19 @@ void MainWindow::endOneGrab()
 {
     m_bOneGrabDone = true;
     // Also for a shot that was stopped, or the next stream would end with its first frame.
-    (void)OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "Continuous");
+    endSingleFrameMode();
+}
+
+void MainWindow::endSingleFrameMode()
+{
+    if (OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "Continuous") == ORVALIS_OK)
+        m_singleFrameCamera.clear();
+}
+
+// A camera that is lost during a shot takes no more writes, and has the shot's mode when it
+// returns. A mode that the user has set stays.
+void MainWindow::continueInContinuousMode()
+{
+    if (!m_singleFrameCamera.isEmpty() && m_singleFrameCamera == cameraIdText())
+        endSingleFrameMode();
 }

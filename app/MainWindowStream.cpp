@@ -53,18 +53,14 @@ void MainWindow::slotStartCamera()
         ui->actionPlay->setChecked(false);
         return;
     }
-    enter(SessionStep::Starting);
-    const unsigned connection = m_nConnection;
-    init_graphics_view(true);
-    // That let events through: the camera may be gone, another one open, or a single shot pending.
-    // A shot that has already ended leaves the camera open.
-    const bool sameCamera = m_hCamera != nullptr && m_nConnection == connection;
-    if (!sameCamera || !m_session.isOneOf({SessionStep::Starting, SessionStep::Open})) {
+    if (!prepareStart()) {
         acquisitionChanged();
         return;
     }
+    continueInContinuousMode();
     readStreamFormat(); // after the events, which may have changed it
     if (!startDisplaying()) {
+        UpdateUIStatus(false, 2);
         acquisitionChanged();
         return;
     }
@@ -72,6 +68,19 @@ void MainWindow::slotStartCamera()
     UpdateUIStatus(true, 2);
     emit sigTraceLog(QStringLiteral("start stream Camera[%1]").arg(cameraIdText()));
     acquisitionChanged();
+}
+
+// The new scene lets events through. They may stop this start, close the camera, open another one
+// or take a single shot; only a shot that has already ended leaves the start as it was.
+bool MainWindow::prepareStart()
+{
+    enter(SessionStep::Starting);
+    ui->actionStop->setEnabled(true);
+    const unsigned connection = m_nConnection;
+    const unsigned stops = m_nStops;
+    init_graphics_view(true);
+    return m_hCamera != nullptr && m_nConnection == connection && m_nStops == stops &&
+           m_session.isOneOf({SessionStep::Starting, SessionStep::Open});
 }
 
 bool MainWindow::startDisplaying()
@@ -123,6 +132,9 @@ void MainWindow::endStream()
 
 void MainWindow::slotStopCamera()
 {
+    ++m_nStops;
+    if (m_session.is(SessionStep::Starting))
+        cancelStart();
     if (!m_bStreaming)
         return;
     m_hub.restartRates();
@@ -130,6 +142,15 @@ void MainWindow::slotStopCamera()
     endStream();
     UpdateUIStatus(false, 2);
     emit sigTraceLog(QStringLiteral("stop steam Camera[%1]").arg(cameraIdText()));
+    acquisitionChanged();
+}
+
+// Nothing runs yet that could be stopped; the start itself ends when its events have been
+// processed.
+void MainWindow::cancelStart()
+{
+    enter(SessionStep::Open);
+    UpdateUIStatus(false, 2);
     acquisitionChanged();
 }
 

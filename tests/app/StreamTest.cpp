@@ -38,6 +38,10 @@ private slots:
     void aRateThatComesLateIsNotShown();
     void eventsDuringStartMayCloseTheCamera();
     void eventsDuringStartMayStartAgain();
+    void aStopDuringTheStartCancelsIt_data();
+    void aStopDuringTheStartCancelsIt();
+    void aStopWhileARestartIsPendingCancelsIt();
+    void aStartAfterACancelledOneRuns();
     void theFormatIsReadAnewByEveryStart();
     void aSettingChangedDuringTheStartCounts();
     void quickKeysOnThePixelFormatLeaveNoBlankPicture();
@@ -340,6 +344,72 @@ void StreamTest::eventsDuringStartMayStartAgain()
     shell->slotStartCamera();
     QVERIFY(shell->isStreaming());
     QCOMPARE(fakeorvalis::callsOf({"OrvalisStartAcquisition"}).size(), std::size_t{1});
+    QVERIFY(shell.action("actionPlay")->isChecked());
+}
+
+void StreamTest::aStopDuringTheStartCancelsIt_data()
+{
+    QTest::addColumn<bool>("shotBefore");
+    QTest::newRow("start") << false;
+    QTest::newRow("start with a single shot in it") << true;
+}
+
+void StreamTest::aStopDuringTheStartCancelsIt()
+{
+    QFETCH(bool, shotBefore);
+    const Shell shell;
+    shell.open();
+    if (shotBefore)
+        QTimer::singleShot(0, shell.window.get(), SLOT(slotOneGrab()));
+    QTimer::singleShot(0, shell.action("actionStop"), &QAction::trigger);
+    shell.action("actionPlay")->trigger();
+    QVERIFY(!shell->isAcquiring());
+    QVERIFY(fakeorvalis::callback() == nullptr);
+    QVERIFY(!shell.log().contains("start stream Camera[CAM-A]"));
+    QVERIFY(shell.action("actionPlay")->isEnabled());
+    QVERIFY(!shell.action("actionPlay")->isChecked());
+    QVERIFY(shell.action("actionOneGrab")->isEnabled());
+    for (const char *name : {"actionStop", "actionSave", "actionZoomIN", "actionDrawCenter"})
+        QVERIFY2(!shell.action(name)->isEnabled(), name);
+    settle();
+    QVERIFY(!shell->isAcquiring());
+    shell.action("actionPlay")->trigger();
+    QVERIFY(shell->isStreaming());
+}
+
+// A change of the pixel format stops the stream and starts it again; both keys wait in the queue.
+void StreamTest::aStopWhileARestartIsPendingCancelsIt()
+{
+    const Shell shell;
+    shell->show();
+    fakeorvalis::withState([](fakeorvalis::State &state) {
+        state.lists["PixelFormat"] = {{"BayerGR8", "RGB8", "Mono8"}, "BayerGR8"};
+    });
+    shell.play();
+    auto *formats = shell.child<QComboBox>("cbPixelFormat");
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+        QCoreApplication::postEvent(formats, new QKeyEvent(type, Qt::Key_Down, Qt::NoModifier));
+    QMetaObject::invokeMethod(shell.action("actionStop"), "trigger", Qt::QueuedConnection);
+    settle();
+    QCOMPARE(formats->currentText(), QString("RGB8"));
+    QVERIFY(!shell->isAcquiring());
+    QVERIFY(fakeorvalis::callback() == nullptr);
+    QCOMPARE(shell.log().count("stop steam Camera[CAM-A]"), 1);
+    QVERIFY(shell.action("actionPlay")->isEnabled());
+    QVERIFY(!shell.action("actionPlay")->isChecked());
+    QVERIFY(!shell.action("actionStop")->isEnabled());
+}
+
+void StreamTest::aStartAfterACancelledOneRuns()
+{
+    const Shell shell;
+    shell.open();
+    QTimer::singleShot(0, shell.action("actionStop"), &QAction::trigger);
+    QTimer::singleShot(0, shell.action("actionPlay"), &QAction::trigger);
+    shell->slotStartCamera();
+    QVERIFY(shell->isStreaming());
+    QCOMPARE(fakeorvalis::callsOf({"OrvalisStartAcquisition"}).size(), std::size_t{1});
+    QVERIFY(shell.action("actionStop")->isEnabled());
     QVERIFY(shell.action("actionPlay")->isChecked());
 }
 
