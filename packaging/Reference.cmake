@@ -10,5 +10,5 @@ add_custom_target(reference COMMAND "${DOXYGEN_PROGRAM}" "${CMAKE_CURRENT_BINARY
   COMMENT "Writing the reference of the camera library to reference/html" VERBATIM)
 if(ORVALIS_TESTS)
   add_test(NAME referenceHasNoWarning COMMAND "${DOXYGEN_PROGRAM}" "${CMAKE_CURRENT_BINARY_DIR}/Doxyfile")
-  set_tests_properties(referenceHasNoWarning PROPERTIES LABELS unit TIMEOUT 120)
+  orvalis_test_properties(referenceHasNoWarning unit 120)
 endif()

@@ -20,7 +20,7 @@ constexpr std::uint64_t damagedLimit = 3;
 /// of these bits is set while somebody controls the camera.
 constexpr std::uint32_t privilegeRegister = 0x0A00;
 constexpr guint32 controlPrivileges = 0x3;
-constexpr int chances = 2;
+constexpr int writeAttempts = 2;
 
 } // namespace
 
@@ -180,7 +180,7 @@ bool GenicamDevice::hasControl()
     }
     OResult result =
         (privilege & controlPrivileges) != 0 ? ORVALIS_ERROR_TIMEOUT : ORVALIS_ERROR_ACCESS_DENIED;
-    for (int chance = 0; chance < chances && result == ORVALIS_ERROR_TIMEOUT; ++chance) {
+    for (int chance = 0; chance < writeAttempts && result == ORVALIS_ERROR_TIMEOUT; ++chance) {
         arv_device_write_register(device, privilegeRegister, privilege, failure.slot());
         result = link_->resultOf(failure);
     }

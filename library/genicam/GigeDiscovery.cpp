@@ -20,15 +20,15 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-constexpr std::uint16_t controlPort = 3956;
 /// Whatever answers in more names than this is no network of cameras.
 constexpr std::size_t mostCameras = 1024;
 
 /// Key, "please acknowledge, to everybody if need be", DISCOVERY, no payload, number of the
 /// request. Cameras in a foreign subnet can answer to everybody only.
-constexpr std::array<std::uint8_t, 8> question{0x42, 0x11, 0x00, 0x02, 0x00, 0x00, 0x4F, 0x56};
+constexpr std::array<std::uint8_t, 8> discoveryCommand{0x42, 0x11, 0x00, 0x02,
+                                                       0x00, 0x00, 0x4F, 0x56};
 /// No error, DISCOVERY's answer. Then the length of the payload and the number of the request.
-constexpr std::array<std::uint8_t, 4> answer{0x00, 0x00, 0x00, 0x03};
+constexpr std::array<std::uint8_t, 4> discoveryAnswer{0x00, 0x00, 0x00, 0x03};
 constexpr std::size_t headSize = 8;
 constexpr std::size_t payloadSize = 248;
 
@@ -91,9 +91,9 @@ public:
         way.ipi_ifindex = static_cast<int>(from.index);
         way.ipi_spec_dst.s_addr = from.address;
         message.setWay(way);
-        std::copy(question.begin(), question.end(), message.bytes.begin());
-        message.vector.iov_len = question.size();
-        message.peer = {AF_INET, htons(controlPort), {INADDR_BROADCAST}, {}};
+        std::copy(discoveryCommand.begin(), discoveryCommand.end(), message.bytes.begin());
+        message.vector.iov_len = discoveryCommand.size();
+        message.peer = {AF_INET, htons(gigeControlPort), {INADDR_BROADCAST}, {}};
         sendmsg(socket_, &message.head, 0); // an interface without a link refuses: none are there
     }
 
@@ -195,7 +195,7 @@ void add(std::vector<GigeAnnouncement> &cameras, GigeAnnouncement camera,
 std::optional<GigeAnnouncement> announcementIn(std::span<const std::uint8_t> packet)
 {
     if (packet.size() < headSize + vendorField.at ||
-        !std::equal(answer.begin(), answer.end(), packet.begin())) {
+        !std::equal(discoveryAnswer.begin(), discoveryAnswer.end(), packet.begin())) {
         return std::nullopt;
     }
     Payload payload{}; // what is missing is empty

@@ -15,11 +15,10 @@
 namespace orvalis {
 namespace {
 
-constexpr std::uint16_t controlPort = 3956;
 constexpr int refusalPatience = 50; // milliseconds; a refusal comes as fast as an answer
 constexpr int answerPatience = 200; // milliseconds, what GigE Vision gives a camera for an answer
 /// The second chance: so many questions, and so long for the answer to each.
-constexpr int chances = 5;
+constexpr int chancesToAnswer = 5;
 constexpr int chancePatience = 300; // milliseconds
 
 /// "Who are you?", which every camera answers to everybody, also while another program controls it
@@ -91,7 +90,7 @@ Answer ask(const GigeRoute &route, std::span<const std::uint8_t> question, int p
     if (probe < 0) {
         return answer;
     }
-    const sockaddr_in camera = socketAddress(route.camera, controlPort);
+    const sockaddr_in camera = socketAddress(route.camera, gigeControlPort);
     pollfd event{probe, POLLIN, 0};
     if (sendto(probe, question.data(), question.size(), 0,
                reinterpret_cast<const sockaddr *>(&camera), sizeof camera) >= 0 &&
@@ -133,7 +132,7 @@ const char *GigePresence::whyGone() const
 
 bool GigePresence::answers() const
 {
-    for (int i = 0; i < chances && !hasNoLink(route_); ++i) {
+    for (int i = 0; i < chancesToAnswer && !hasNoLink(route_); ++i) {
         const Answer answer = ask(route_, whoAreYou, chancePatience);
         if (answer.kind != Answer::Kind::None) {
             return answer.kind == Answer::Kind::Some;

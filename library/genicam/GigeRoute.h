@@ -6,7 +6,12 @@
 #include "library/genicam/Glib.h"
 #include "library/genicam/LocalInterfaces.h"
 
+#include <cstdint>
+
 namespace orvalis {
+
+/// UDP port of a camera's control channel (GigE Vision, GVCP).
+constexpr std::uint16_t gigeControlPort = 3956;
 
 /// From an interface of this computer to a camera. Addresses are in network byte order.
 struct GigeRoute {

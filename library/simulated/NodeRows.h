@@ -5,11 +5,16 @@
 #include "library/simulated/Addresses.h"
 #include "library/simulated/NodeTable.h"
 
+#include <array>
+
 namespace orvalis::simulated {
 
 constexpr OAccessMode kReadWrite = ORVALIS_ACCESS_READ_WRITE;
 constexpr OAccessMode kReadOnly = ORVALIS_ACCESS_READ_ONLY;
 constexpr OAccessMode kWriteOnly = ORVALIS_ACCESS_WRITE_ONLY;
+
+/// Entries of ExposureAuto and GainAuto, with their values in the SFNC.
+constexpr std::array<EntrySpec, 2> kAutomatic{{{"Off", 0}, {"Continuous", 2}}};
 
 constexpr NodeSpec category(std::string_view name, std::string_view parent,
                             std::string_view description, std::uint32_t flags = 0)

@@ -16,7 +16,6 @@ constexpr std::array<EntrySpec, 6> kPixelFormats{{{"Mono8", format::kMono8},
 constexpr std::array<EntrySpec, 3> kAcquisitionModes{
     {{"Continuous", 0}, {"SingleFrame", 1}, {"MultiFrame", 2}}};
 constexpr std::array<EntrySpec, 1> kExposureModes{{{"Timed", 0}}};
-constexpr std::array<EntrySpec, 2> kAutomatic{{{"Off", 0}, {"Continuous", 2}}};
 constexpr std::array<EntrySpec, 2> kTriggerSelectors{{{"FrameStart", 0}, {"FrameBurstStart", 1}}};
 constexpr std::array<EntrySpec, 2> kOffOn{{{"Off", 0}, {"On", 1}}};
 constexpr std::array<EntrySpec, 3> kTriggerSources{{{"Software", 0}, {"Line0", 1}, {"Line1", 2}}};
@@ -36,7 +35,7 @@ constexpr std::array<EntrySpec, 10> kTestPatterns{{{"Off", 0},
 constexpr std::string_view kFormat = "ImageFormatControl";
 constexpr std::string_view kAcquisition = "AcquisitionControl";
 
-constexpr auto kRows = std::to_array<NodeSpec>({
+constexpr auto kAcquisitionRows = std::to_array<NodeSpec>({
     category(kFormat, "Root", "Size and format of the pictures."),
     integer("SensorWidth", kFormat, address::kSensorWidth, kReadOnly, {0, 65535, 1, 0}, "px",
             "Pixels in a row of the sensor.", kKept),
@@ -134,6 +133,6 @@ constexpr auto kRows = std::to_array<NodeSpec>({
 
 } // namespace
 
-std::span<const NodeSpec> acquisitionNodes() { return kRows; }
+std::span<const NodeSpec> acquisitionNodes() { return kAcquisitionRows; }
 
 } // namespace orvalis::simulated

@@ -18,7 +18,7 @@ constexpr std::string_view kArea = "AutoAreaControl";
 constexpr std::string_view kLine = "DigitalIOControl";
 constexpr std::string_view kTimer = "CounterAndTimerControl";
 
-constexpr auto kRows = std::to_array<NodeSpec>({
+constexpr auto kAutomaticRows = std::to_array<NodeSpec>({
     category(kAuto, "Root", "What automatic exposure and gain aim at, and their limits."),
     integer("AutoExposureTargetBrightness", kAuto, address::kAutoTarget, kReadWrite,
             {0, 100, 1, 50}, "%",
@@ -75,6 +75,6 @@ constexpr auto kRows = std::to_array<NodeSpec>({
 
 } // namespace
 
-std::span<const NodeSpec> automaticNodes() { return kRows; }
+std::span<const NodeSpec> automaticNodes() { return kAutomaticRows; }
 
 } // namespace orvalis::simulated

@@ -16,7 +16,7 @@ constexpr std::array<EntrySpec, 4> kUserSets{
     {{"Default", 0}, {"UserSet1", 1}, {"UserSet2", 2}, {"UserSet3", 3}}};
 constexpr std::array<EntrySpec, 3> kNucModes{{{"Off", 0}, {"Manual", 1}, {"Automatic", 2}}};
 
-constexpr auto kRows = std::to_array<NodeSpec>({
+constexpr auto kDeviceRows = std::to_array<NodeSpec>({
     category("Root", "", "Top of the feature tree."),
 
     category("DeviceControl", "Root", "Who the camera is and how it is doing."),
@@ -116,6 +116,6 @@ constexpr auto kRows = std::to_array<NodeSpec>({
 
 } // namespace
 
-std::span<const NodeSpec> deviceNodes() { return kRows; }
+std::span<const NodeSpec> deviceNodes() { return kDeviceRows; }
 
 } // namespace orvalis::simulated

@@ -7,7 +7,6 @@
 namespace orvalis::simulated {
 namespace {
 
-constexpr std::array<EntrySpec, 2> kAutomatic{{{"Off", 0}, {"Continuous", 2}}};
 constexpr std::array<EntrySpec, 3> kAutomaticWhite{{{"Off", 0}, {"Once", 1}, {"Continuous", 2}}};
 constexpr std::array<EntrySpec, 3> kChannels{{{"Red", 0}, {"Green", 1}, {"Blue", 2}}};
 
@@ -15,7 +14,7 @@ constexpr std::string_view kAnalog = "AnalogControl";
 constexpr std::string_view kProcessing = "ImageProcessingControl";
 constexpr std::string_view kKnee = "LUTKneePointControls";
 
-constexpr auto kRows = std::to_array<NodeSpec>({
+constexpr auto kPictureRows = std::to_array<NodeSpec>({
     category(kAnalog, "Root", "Gain, black level, gamma and white balance."),
     real("Gain", kAnalog, address::kGain, kReadWrite, {0, 24, 0, 0}, "dB",
          "Amplification of the sensor's signal. 6 dB double the brightness, and the noise becomes "
@@ -81,6 +80,6 @@ constexpr auto kRows = std::to_array<NodeSpec>({
 
 } // namespace
 
-std::span<const NodeSpec> pictureNodes() { return kRows; }
+std::span<const NodeSpec> pictureNodes() { return kPictureRows; }
 
 } // namespace orvalis::simulated

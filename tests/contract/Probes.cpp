@@ -259,9 +259,9 @@ std::int32_t useRegister(OCameraHandle handle, bool andWrite)
     return result;
 }
 
-using Grab = std::int32_t (*)(OCameraHandle, OImageFrame *, std::uint32_t);
+using GrabFunction = std::int32_t (*)(OCameraHandle, OImageFrame *, std::uint32_t);
 
-std::int32_t grab(OCameraHandle handle, Grab function)
+std::int32_t grab(OCameraHandle handle, GrabFunction function)
 {
     OSizeInfo size{};
     if (const std::int32_t result = OrvalisGetSizeInfo(handle, &size); result != ORVALIS_OK)

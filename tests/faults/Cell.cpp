@@ -12,7 +12,7 @@ namespace faults {
 
 namespace {
 
-constexpr int pictureMs = 700;
+constexpr int cellPatienceMs = 700;
 
 bool onGuiThread() { return QThread::currentThread() == QCoreApplication::instance()->thread(); }
 
@@ -112,7 +112,7 @@ QString stateOf(Bench &bench)
     const QString box = bench.boxes() > 0 ? QStringLiteral("message, ") : QString();
     if (!bench.window().isAcquiring())
         return box + (bench.isOpen() ? QStringLiteral("open") : QStringLiteral("closed"));
-    return box + (bench.waitForPictures(1, pictureMs) ? QStringLiteral("plays")
+    return box + (bench.waitForPictures(1, cellPatienceMs) ? QStringLiteral("plays")
                                                       : QStringLiteral("plays, no picture"));
 }
 

@@ -69,10 +69,10 @@ TEST(FrameHub, publishAllocatesNothing)
     hub.start(infoOf(4));
     OImageFrame frame = record();
     hub.publish(&frame);
-    const CountedAllocations allocations;
+    const CountedAllocations counted;
     for (int i = 0; i < 1000; ++i) // many measuring windows
         hub.publish(&frame);
-    EXPECT_EQ(allocations.count(), 0);
+    EXPECT_EQ(counted.count(), 0);
     EXPECT_EQ(listener.frames, 1001);
 }
 

@@ -25,7 +25,7 @@ constexpr std::size_t headerSize = 8;
 constexpr std::uint8_t commandKey = 0x42;
 constexpr std::uint8_t extendedIdsFlag = 0x10; // of a request to send packets again
 constexpr std::size_t discoverySize = 0xF8;
-constexpr std::uint32_t bootstrapEnd = 0x0A01;
+constexpr std::uint32_t firstRefusableRegister = 0x0A01;
 /// No loop below waits longer than this before it looks whether it must end.
 constexpr int attention = 10; // ms
 
@@ -247,7 +247,7 @@ std::uint16_t RigControl::refusalFor(const Command &command, std::uint32_t addre
             return found->second;
         }
     }
-    if (address >= bootstrapEnd && faults_.refusal != 0) {
+    if (address >= firstRefusableRegister && faults_.refusal != 0) {
         return faults_.refusal;
     }
     const std::uint32_t elsewhere = faults_.heldElsewhere;

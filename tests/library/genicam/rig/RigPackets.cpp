@@ -10,7 +10,6 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using Payload = RigFaults::Payload;
 
-constexpr std::size_t ipAndUdp = 28;
 constexpr unsigned partCount = 2;
 constexpr std::uint32_t imageChunkId = 0x0A5A5A5A;
 constexpr std::uint32_t otherChunkId = 0x12345678;

@@ -10,6 +10,9 @@
 
 namespace genicamtest {
 
+/// Bytes of the headers of IPv4 and UDP, which a packet size of GigE Vision includes.
+constexpr std::size_t ipAndUdp = 28;
+
 /// What a rig camera sends as one frame.
 struct RigFrame {
     std::uint64_t number = 0;

@@ -13,7 +13,6 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t ipAndUdp = 28;
 constexpr std::size_t mostKept = 8; // frames
 
 } // namespace
