@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Twenty thousand random steps of user, camera and bus in the whole window, while the library
+// Ten thousand random steps of user, camera and bus in the whole window, while the library
 // answers every call with hostile data.
 #include "tests/app/Shell.h"
 
@@ -21,7 +21,7 @@ using shell::Shell;
 
 namespace {
 
-constexpr int steps = 5000;
+constexpr int steps = 2500;
 
 /// Closes questions and menus, as a user who reads nothing.
 
