@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One frame on its way from the display thread to a file.
+// A frame that the display thread passes to a save task.
 #pragma once
 
 #include "capture/SaveLimiter.h"

@@ -125,7 +125,7 @@ void SaveThread(void *job)
     try {
         save(*frame);
     } catch (const std::bad_alloc &) {
-        qDebug() << "no memory to encode a frame";
+        qDebug() << "a frame was not saved: out of memory";
     }
 }
 

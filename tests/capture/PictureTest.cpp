@@ -16,10 +16,10 @@ private slots:
     void rowsOfAStreamAreAlignedToFourBytes_data();
     void rowsOfAStreamAreAlignedToFourBytes();
     void colorBytesAreNeverSheared();
-    void aHeldPictureStaysAsItIs();
-    void memoryThatNobodyHoldsIsUsedAgain();
-    void aFrameWithoutItsPlaneMakesNone();
-    void aFrameThatIsTooLargeMakesNone();
+    void aHeldPictureDoesNotChange();
+    void releasedMemoryIsReused();
+    void aFrameWithoutItsPlaneMakesNoPicture();
+    void aFrameTooLargeMakesNoPicture();
 };
 
 namespace {
@@ -144,7 +144,7 @@ void PictureTest::colorBytesAreNeverSheared()
     QVERIFY(mono.make(planes.published(), Rows::AlignedTo4, anySize)->rgb().isEmpty());
 }
 
-void PictureTest::aHeldPictureStaysAsItIs()
+void PictureTest::aHeldPictureDoesNotChange()
 {
     PictureMaker maker = makerFor("Mono8", 0x01080001);
     Planes first(16, 4, 8);
@@ -159,7 +159,7 @@ void PictureTest::aHeldPictureStaysAsItIs()
              first.raw);
 }
 
-void PictureTest::memoryThatNobodyHoldsIsUsedAgain()
+void PictureTest::releasedMemoryIsReused()
 {
     PictureMaker maker = makerFor("Mono8", 0x01080001);
     Planes planes(16, 4, 8);
@@ -167,7 +167,7 @@ void PictureTest::memoryThatNobodyHoldsIsUsedAgain()
     QCOMPARE(maker.make(planes.published(), Rows::AlignedTo4, anySize).get(), first);
 }
 
-void PictureTest::aFrameWithoutItsPlaneMakesNone()
+void PictureTest::aFrameWithoutItsPlaneMakesNoPicture()
 {
     PictureMaker maker = makerFor("RGB8", 0x02180014);
     Planes planes(4, 4, 24);
@@ -175,7 +175,7 @@ void PictureTest::aFrameWithoutItsPlaneMakesNone()
     QVERIFY(maker.make(planes.published(), Rows::AlignedTo4, anySize) == nullptr);
 }
 
-void PictureTest::aFrameThatIsTooLargeMakesNone()
+void PictureTest::aFrameTooLargeMakesNoPicture()
 {
     PictureMaker maker = makerFor("Mono8", 0x01080001);
     Planes planes(4, 4, 8);

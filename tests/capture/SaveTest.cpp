@@ -44,8 +44,8 @@ private slots:
 
     void imagesAreWrittenByTheirSuffix_data();
     void imagesAreWrittenByTheirSuffix();
-    void dumpsHoldTheBytesAndNothingElse_data();
-    void dumpsHoldTheBytesAndNothingElse();
+    void dumpsContainOnlyTheBytes_data();
+    void dumpsContainOnlyTheBytes();
     void aFormatThatNamesADumpIsADump();
     void nothingToWriteLeavesNoFile_data();
     void nothingToWriteLeavesNoFile();
@@ -53,10 +53,10 @@ private slots:
     void aMissingDirectoryIsSilent();
     void aFullDiskLeavesNoFile_data();
     void aFullDiskLeavesNoFile();
-    void tasksOfTheSameMillisecondWriteFilesOfTheirOwn();
-    void aFileThatIsThereIsKept_data();
-    void aFileThatIsThereIsKept();
-    void noJobIsNothingToDo();
+    void tasksOfTheSameMillisecondWriteSeparateFiles();
+    void anExistingFileIsKept_data();
+    void anExistingFileIsKept();
+    void aNullJobIsIgnored();
 
     void aJobKeepsTheBytesOfItsFrame_data();
     void aJobKeepsTheBytesOfItsFrame();
@@ -64,8 +64,8 @@ private slots:
     void aJobOfAFrameWithoutThePlaneWritesNothing_data();
     void aJobOfAFrameWithoutThePlaneWritesNothing();
     void aRawSizeBeyondThePixelsIsCut();
-    void thePlaceIsGivenBackWithTheJob();
-    void aTaskThatCannotStartGivesItsPlaceBack();
+    void thePlaceIsReleasedWithTheJob();
+    void aTaskThatCannotStartReleasesItsPlace();
     void aStartedTaskWritesItsFile();
 
 private:
@@ -217,14 +217,14 @@ void SaveTest::imagesAreWrittenByTheirSuffix()
         QCOMPARE(saved.convertToFormat(QImage::Format_RGB888), m_image);
 }
 
-void SaveTest::dumpsHoldTheBytesAndNothingElse_data()
+void SaveTest::dumpsContainOnlyTheBytes_data()
 {
     QTest::addColumn<QString>("format");
     QTest::newRow("RAW") << "RAW";
     QTest::newRow("RGB") << "RGB";
 }
 
-void SaveTest::dumpsHoldTheBytesAndNothingElse()
+void SaveTest::dumpsContainOnlyTheBytes()
 {
     QFETCH(QString, format);
     FrameSaveJob *job = newJob(format);
@@ -294,7 +294,7 @@ void SaveTest::aFullDiskLeavesNoFile()
     QCOMPARE(files(), QStringList());
 }
 
-void SaveTest::tasksOfTheSameMillisecondWriteFilesOfTheirOwn()
+void SaveTest::tasksOfTheSameMillisecondWriteSeparateFiles()
 {
     constexpr int tasks = 100;
     QFutureSynchronizer<void> started;
@@ -307,10 +307,10 @@ void SaveTest::tasksOfTheSameMillisecondWriteFilesOfTheirOwn()
         QCOMPARE(QFileInfo(m_directory->filePath(name)).size(), 60000);
 }
 
-void SaveTest::aFileThatIsThereIsKept_data() { addFormats(); }
+void SaveTest::anExistingFileIsKept_data() { addFormats(); }
 
 // Happens when the clock is set back while every frame is saved.
-void SaveTest::aFileThatIsThereIsKept()
+void SaveTest::anExistingFileIsKept()
 {
     QFETCH(QString, format);
     const QDateTime now = QDateTime::currentDateTime();
@@ -329,9 +329,9 @@ void SaveTest::aFileThatIsThereIsKept()
     QCOMPARE(files().size(), earlier + 1);
 }
 
-void SaveTest::noJobIsNothingToDo() { SaveThread(nullptr); }
+void SaveTest::aNullJobIsIgnored() { SaveThread(nullptr); }
 
-void SaveTest::aJobKeepsTheBytesOfItsFrame_data() { dumpsHoldTheBytesAndNothingElse_data(); }
+void SaveTest::aJobKeepsTheBytesOfItsFrame_data() { dumpsContainOnlyTheBytes_data(); }
 
 void SaveTest::aJobKeepsTheBytesOfItsFrame()
 {
@@ -345,7 +345,8 @@ void SaveTest::aJobKeepsTheBytesOfItsFrame()
     QCOMPARE(heldBytes(*job), std::size_t{60000});
     QVERIFY(job->image.isNull());
     job->path = m_directory->path();
-    std::fill(plane.begin(), plane.end(), static_cast<unsigned char>(0)); // the camera goes on
+    std::fill(plane.begin(), plane.end(),
+              static_cast<unsigned char>(0)); // the camera reuses the plane
     SaveThread(job.release());
     QCOMPARE(onlyFile(), QByteArray(reinterpret_cast<const char *>(m_bytes.data()), 60000));
 }
@@ -356,15 +357,13 @@ void SaveTest::aJobKeepsItsOwnImage()
     std::vector<unsigned char> plane(m_bytes.begin(), m_bytes.end());
     OImageFrame frame{0, 200, 100, 24, nullptr, plane.data(), nullptr};
     const auto job = makeSaveJob(*pictureOf(frame, "RGB8"), "PNG");
-    std::fill(plane.begin(), plane.end(), static_cast<unsigned char>(0)); // the camera goes on
+    std::fill(plane.begin(), plane.end(),
+              static_cast<unsigned char>(0)); // the camera reuses the plane
     QCOMPARE(job->image, before);
     QCOMPARE(heldBytes(*job), static_cast<std::size_t>(before.sizeInBytes()));
 }
 
-void SaveTest::aJobOfAFrameWithoutThePlaneWritesNothing_data()
-{
-    dumpsHoldTheBytesAndNothingElse_data();
-}
+void SaveTest::aJobOfAFrameWithoutThePlaneWritesNothing_data() { dumpsContainOnlyTheBytes_data(); }
 
 void SaveTest::aJobOfAFrameWithoutThePlaneWritesNothing()
 {
@@ -384,7 +383,7 @@ void SaveTest::aRawSizeBeyondThePixelsIsCut()
     QCOMPARE(makeSaveJob(*pictureOf(frame, "Mono8"), "RAW")->size, 60000);
 }
 
-void SaveTest::aTaskThatCannotStartGivesItsPlaceBack()
+void SaveTest::aTaskThatCannotStartReleasesItsPlace()
 {
     SaveLimiter limiter;
     std::unique_ptr<FrameSaveJob> job(newJob("RAW"));
@@ -411,7 +410,7 @@ void SaveTest::aStartedTaskWritesItsFile()
     QCOMPARE(onlyFile().size(), 60000);
 }
 
-void SaveTest::thePlaceIsGivenBackWithTheJob()
+void SaveTest::thePlaceIsReleasedWithTheJob()
 {
     SaveLimiter limiter;
     FrameSaveJob *job = newJob("RAW");

@@ -16,8 +16,8 @@ private slots:
     void everyPixelIsThatOfTheImage();
     void aHeldPixmapKeepsItsPixels();
     void aPixmapOutlivesItsMaker();
-    void everyPixmapHasACacheKeyOfItsOwn();
-    void memoryThatNobodyHoldsIsUsedAgain();
+    void everyPixmapHasItsOwnCacheKey();
+    void releasedMemoryIsReused();
     void theSizeMayChange();
 };
 
@@ -97,7 +97,7 @@ void ScreenImagesTest::aPixmapOutlivesItsMaker()
     QVERIFY(isPictureOf(pixmap, image));
 }
 
-void ScreenImagesTest::everyPixmapHasACacheKeyOfItsOwn()
+void ScreenImagesTest::everyPixmapHasItsOwnCacheKey()
 {
     ScreenImages images;
     std::set<qint64> keys;
@@ -106,7 +106,7 @@ void ScreenImagesTest::everyPixmapHasACacheKeyOfItsOwn()
     QCOMPARE(keys.size(), std::size_t{20});
 }
 
-void ScreenImagesTest::memoryThatNobodyHoldsIsUsedAgain()
+void ScreenImagesTest::releasedMemoryIsReused()
 {
     ScreenImages images;
     std::set<qint64> memories;

@@ -32,15 +32,15 @@ private slots:
 
     void loadShowsRangeAndValue_data();
     void loadShowsRangeAndValue();
-    void failedGetterDisablesAndLeavesTheValue_data();
-    void failedGetterDisablesAndLeavesTheValue();
+    void failedGetterDisablesAndKeepsTheValue_data();
+    void failedGetterDisablesAndKeepsTheValue();
     void nextLoadEnablesAgain_data();
     void nextLoadEnablesAgain();
     void failedBoundsAreNotChecked_data();
     void failedBoundsAreNotChecked();
     void failedBoundsSendNoValueBack_data();
     void failedBoundsSendNoValueBack();
-    void nothingReadMeansNothingSent();
+    void unreadSettingsAreNotSent();
     void spinBoxSendsAndMovesTheSlider_data();
     void spinBoxSendsAndMovesTheSlider();
     void refusedValueLeavesTheSlider_data();
@@ -112,7 +112,7 @@ void CameraCtrlFeatureTest::loadDoesNotOverwriteACameraOfOtherBounds()
 }
 
 /// Every getter that the load calls fails.
-void CameraCtrlFeatureTest::nothingReadMeansNothingSent()
+void CameraCtrlFeatureTest::unreadSettingsAreNotSent()
 {
     Panel panel;
     panel.openCamera();
@@ -142,9 +142,9 @@ void CameraCtrlFeatureTest::loadShowsRangeAndValue()
     QVERIFY(feature.slider()->isEnabled());
 }
 
-void CameraCtrlFeatureTest::failedGetterDisablesAndLeavesTheValue_data() { addFeatures(); }
+void CameraCtrlFeatureTest::failedGetterDisablesAndKeepsTheValue_data() { addFeatures(); }
 
-void CameraCtrlFeatureTest::failedGetterDisablesAndLeavesTheValue()
+void CameraCtrlFeatureTest::failedGetterDisablesAndKeepsTheValue()
 {
     QFETCH(int, index);
     Feature feature(index);

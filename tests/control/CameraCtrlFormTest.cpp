@@ -151,7 +151,7 @@ private slots:
     void hiddenControls();
     void previewLabelHasABoxFrame();
     void metaObjectKeepsItsOrder();
-    void everyControlTellsWhatItIs();
+    void everyControlHasAToolTipAndAName();
 };
 
 void CameraCtrlFormTest::everySlotIsConnectedByName()
@@ -414,7 +414,7 @@ void CameraCtrlFormTest::metaObjectKeepsItsOrder()
     QCOMPARE(meta.indexOfMethod("loadConfigurationValue(void*)"), -1);
 }
 
-void CameraCtrlFormTest::everyControlTellsWhatItIs()
+void CameraCtrlFormTest::everyControlHasAToolTipAndAName()
 {
     const Panel panel;
     QWidgetList controls;

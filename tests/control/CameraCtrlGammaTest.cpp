@@ -36,10 +36,10 @@ private slots:
     void scaledHasItsStepAgainAfterALargeRange();
     void unreadGammaIsNotSent();
     void unreadRangeSendsNothing();
-    void pageToTheShownValueBringsTheSliderBack_data();
-    void pageToTheShownValueBringsTheSliderBack();
+    void pageToTheDisplayedValueMovesTheSliderBack_data();
+    void pageToTheDisplayedValueMovesTheSliderBack();
     void scaledSpinRoundsToTheSlider();
-    void unscaledSpinCutsToTheSlider();
+    void unscaledSpinTruncatesToTheSlider();
     void refusedValueLeavesTheSlider();
     void pageActions_data();
     void pageActions();
@@ -128,7 +128,7 @@ void CameraCtrlGammaTest::unreadRangeSendsNothing()
     QCOMPARE(gamma.panel.sent(), QStringList());
 }
 
-void CameraCtrlGammaTest::pageToTheShownValueBringsTheSliderBack_data()
+void CameraCtrlGammaTest::pageToTheDisplayedValueMovesTheSliderBack_data()
 {
     QTest::addColumn<double>("value");
     QTest::addColumn<double>("maximum");
@@ -137,7 +137,7 @@ void CameraCtrlGammaTest::pageToTheShownValueBringsTheSliderBack_data()
     QTest::newRow("unscaled, between two places") << 2.9 << 4.0;
 }
 
-void CameraCtrlGammaTest::pageToTheShownValueBringsTheSliderBack()
+void CameraCtrlGammaTest::pageToTheDisplayedValueMovesTheSliderBack()
 {
     QFETCH(double, value);
     QFETCH(double, maximum);
@@ -159,7 +159,7 @@ void CameraCtrlGammaTest::scaledSpinRoundsToTheSlider()
     QCOMPARE(gamma.slider()->value(), 6);
 }
 
-void CameraCtrlGammaTest::unscaledSpinCutsToTheSlider()
+void CameraCtrlGammaTest::unscaledSpinTruncatesToTheSlider()
 {
     Gamma gamma;
     gamma.open(1.0, 0.25, 4.0);

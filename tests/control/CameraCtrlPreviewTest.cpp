@@ -51,13 +51,13 @@ private slots:
     void formatChoosesTheGrab_data();
     void formatChoosesTheGrab();
     void regionLiesAtItsPlaceOnWhite();
-    void everySecondAnotherGrab();
-    void failedGrabLeavesTheLabel();
-    void cameraThatComesLaterIsShown();
+    void grabsOnceASecond();
+    void failedGrabKeepsTheLabel();
+    void cameraOpenedLaterIsDisplayed();
     void sensorThatGrowsAfterTheLoad_data();
     void sensorThatGrowsAfterTheLoad();
     void secondStartDoesNothing();
-    void stopWaitsForTheGrabAndShowsNoMore();
+    void stopWaitsForTheGrabAndDiscardsItsImage();
     void stopWithoutStart();
     void restartsAfterStop();
     void destructorStopsTheThread();
@@ -67,7 +67,7 @@ private slots:
     void writesOfTheSizeWaitForTheGrab_data();
     void writesOfTheSizeWaitForTheGrab();
     void pausesNest();
-    void pauseDoesNotKeepTheThreadFromEnding();
+    void pausedThreadCanEnd();
     void formatChangeReachesTheThread();
     void rawConversion_data();
     void rawConversion();
@@ -136,7 +136,7 @@ void CameraCtrlPreviewTest::regionLiesAtItsPlaceOnWhite()
     }
 }
 
-void CameraCtrlPreviewTest::everySecondAnotherGrab()
+void CameraCtrlPreviewTest::grabsOnceASecond()
 {
     Gate gate(true);
     Preview preview;
@@ -155,7 +155,7 @@ void CameraCtrlPreviewTest::everySecondAnotherGrab()
     QVERIFY(grabs.at(1) - grabs.at(0) >= std::chrono::seconds(1)); // never sooner
 }
 
-void CameraCtrlPreviewTest::failedGrabLeavesTheLabel()
+void CameraCtrlPreviewTest::failedGrabKeepsTheLabel()
 {
     Gate gate(true);
     Preview preview;
@@ -171,7 +171,7 @@ void CameraCtrlPreviewTest::failedGrabLeavesTheLabel()
 }
 
 /// SensorPreviewTest covers a pass without a camera. Here: the pass after it finds the camera.
-void CameraCtrlPreviewTest::cameraThatComesLaterIsShown()
+void CameraCtrlPreviewTest::cameraOpenedLaterIsDisplayed()
 {
     Preview preview;
     preview.panel.panel.CreateGrabThread();
@@ -215,7 +215,7 @@ void CameraCtrlPreviewTest::secondStartDoesNothing()
     preview.panel.panel.DeleteGrabThread();
 }
 
-void CameraCtrlPreviewTest::stopWaitsForTheGrabAndShowsNoMore()
+void CameraCtrlPreviewTest::stopWaitsForTheGrabAndDiscardsItsImage()
 {
     Gate gate(false);
     Preview preview;
@@ -377,7 +377,7 @@ void CameraCtrlPreviewTest::pausesNest()
     QVERIFY(gate.wait(1));
 }
 
-void CameraCtrlPreviewTest::pauseDoesNotKeepTheThreadFromEnding()
+void CameraCtrlPreviewTest::pausedThreadCanEnd()
 {
     Preview preview;
     preview.open("Mono8");

@@ -33,14 +33,14 @@ class CameraCtrlSaveTest : public QObject {
 private slots:
     void startsWithOneFrame();
     void loadSetsTheDefaults();
-    void reloadGoesBackToTheDefaults();
+    void reloadRestoresTheDefaults();
     void colourFormatsOfferRgb_data();
     void colourFormatsOfferRgb();
     void countFollowsTheButtons();
     void optionsFollowTheWidgets();
-    void readersNeverSeeHalfAList();
+    void readersNeverSeeAPartialList();
     void browseTakesTheChosenDirectory();
-    void givingUpTheChoiceEmptiesThePath();
+    void cancelClearsThePath();
 };
 
 void CameraCtrlSaveTest::startsWithOneFrame()
@@ -64,7 +64,7 @@ void CameraCtrlSaveTest::loadSetsTheDefaults()
     QCOMPARE(panel.find<QLineEdit>("edSavePath")->text(), documents());
 }
 
-void CameraCtrlSaveTest::reloadGoesBackToTheDefaults()
+void CameraCtrlSaveTest::reloadRestoresTheDefaults()
 {
     Panel panel;
     panel.openCamera();
@@ -121,7 +121,7 @@ void CameraCtrlSaveTest::optionsFollowTheWidgets()
     QCOMPARE(Options(panel).format, QString("BMP"));
 }
 
-void CameraCtrlSaveTest::readersNeverSeeHalfAList()
+void CameraCtrlSaveTest::readersNeverSeeAPartialList()
 {
     Panel panel;
     panel.openCamera();
@@ -159,7 +159,7 @@ void CameraCtrlSaveTest::browseTakesTheChosenDirectory()
     QCOMPARE(panel.find<QLineEdit>("edSavePath")->text(), QDir::tempPath());
 }
 
-void CameraCtrlSaveTest::givingUpTheChoiceEmptiesThePath()
+void CameraCtrlSaveTest::cancelClearsThePath()
 {
     Panel panel;
     panel.find<QLineEdit>("edSavePath")->setText(QDir::tempPath());

@@ -47,13 +47,13 @@ private slots:
     void valueSetsTheStepAndIsSentOnIt_data();
     void valueSetsTheStepAndIsSentOnIt();
     void sliderIsNotTouched();
-    void refusalIsNotLookedAt();
+    void refusalIsIgnored();
     void typedExposureIsSentWhenEditingFinishes();
     void releasedSliderSnaps_data();
     void releasedSliderSnaps();
     void pageActionsSend();
     void automaticOnSendsZero();
-    void refusedAutomaticOnGreysTheBoxOut();
+    void refusedAutomaticOnDisablesTheBox();
     void automaticOffFetchesTheValue();
     void refusedAutomaticOffKeepsTheBox();
 };
@@ -217,7 +217,7 @@ void CameraCtrlShutterTest::sliderIsNotTouched()
     QCOMPARE(shutter.slider()->value(), 10'000);
 }
 
-void CameraCtrlShutterTest::refusalIsNotLookedAt()
+void CameraCtrlShutterTest::refusalIsIgnored()
 {
     Shutter shutter;
     shutter.open();
@@ -295,7 +295,7 @@ void CameraCtrlShutterTest::automaticOnSendsZero()
     QVERIFY(shutter.automatic()->isEnabled());
 }
 
-void CameraCtrlShutterTest::refusedAutomaticOnGreysTheBoxOut()
+void CameraCtrlShutterTest::refusedAutomaticOnDisablesTheBox()
 {
     Shutter shutter;
     shutter.open();

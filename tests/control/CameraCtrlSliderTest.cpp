@@ -14,8 +14,8 @@ private slots:
     void pageActionsSend();
     void refusedPageLeavesTheSlider_data();
     void refusedPageLeavesTheSlider();
-    void pageToTheShownValueBringsTheSliderBack_data();
-    void pageToTheShownValueBringsTheSliderBack();
+    void pageToTheDisplayedValueMovesTheSliderBack_data();
+    void pageToTheDisplayedValueMovesTheSliderBack();
     void pagesAtTheEndsKeepSliderAndBoxTogether_data();
     void pagesAtTheEndsKeepSliderAndBoxTogether();
     void clickInTheGrooveKeepsSliderAndBoxTogether();
@@ -25,7 +25,7 @@ private slots:
     void otherActionsSendNothing();
     void draggingSendsOnRelease_data();
     void draggingSendsOnRelease();
-    void nextLoadPutsAMovedSliderBack();
+    void nextLoadRestoresAMovedSlider();
 };
 
 void CameraCtrlSliderTest::pageActionsSend_data() { addFeatures(); }
@@ -59,11 +59,11 @@ void CameraCtrlSliderTest::refusedPageLeavesTheSlider()
     QCOMPARE(feature.slider()->value(), 500);
 }
 
-void CameraCtrlSliderTest::pageToTheShownValueBringsTheSliderBack_data() { addFeatures(); }
+void CameraCtrlSliderTest::pageToTheDisplayedValueMovesTheSliderBack_data() { addFeatures(); }
 
 /// The arrow keys move only the slider. A page step from there may lead to the number that the box
 /// displays already.
-void CameraCtrlSliderTest::pageToTheShownValueBringsTheSliderBack()
+void CameraCtrlSliderTest::pageToTheDisplayedValueMovesTheSliderBack()
 {
     QFETCH(int, index);
     Feature feature(index);
@@ -183,7 +183,7 @@ void CameraCtrlSliderTest::draggingSendsOnRelease()
     QCOMPARE(feature.spin()->value(), 720);
 }
 
-void CameraCtrlSliderTest::nextLoadPutsAMovedSliderBack()
+void CameraCtrlSliderTest::nextLoadRestoresAMovedSlider()
 {
     Feature feature(0);
     feature.open();

@@ -24,7 +24,7 @@ private slots:
     void loadButton();
     void tabsAreReloadedInOrder();
     void nullKeepsTheCamera();
-    void releasedCameraIsForgotten();
+    void releasedCameraIsNotUsed();
 };
 
 void CameraCtrlUserSetTest::loadReadsInOrder()
@@ -194,7 +194,7 @@ void CameraCtrlUserSetTest::nullKeepsTheCamera()
         QVERIFY2(call.contains("(h1"), qPrintable(call));
 }
 
-void CameraCtrlUserSetTest::releasedCameraIsForgotten()
+void CameraCtrlUserSetTest::releasedCameraIsNotUsed()
 {
     Panel panel;
     panel.openCamera();

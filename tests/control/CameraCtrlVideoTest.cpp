@@ -52,12 +52,12 @@ private slots:
     void unlistedFormatIsNotSet();
     void formatsAreComparedExactly();
     void unreadFormatIsNotSet();
-    void failedRateLeavesTheBox();
+    void failedRateKeepsTheBox();
     void failedRateBoundsSendNothing();
-    void failedSizeLeavesTheRegion();
+    void failedSizeKeepsTheRegion();
     void applySendsAndReadsBack_data();
     void applySendsAndReadsBack();
-    void applyShowsWhatTheCameraTook();
+    void applyDisplaysTheCamerasRegion();
     void applyIgnoresRefusal();
     void applyHidesTheRubberBandLast();
     void maximizeSendsNothing();
@@ -66,7 +66,7 @@ private slots:
     void frameRateIsSentFromOne();
     void pixelFormat_data();
     void pixelFormat();
-    void refusedFormatReloadsAllTheSame();
+    void refusedFormatStillReloads();
     void extensionsAreRefilledAfterTheRestart();
     void formatChoosesTheSaveExtensions_data();
     void formatChoosesTheSaveExtensions();
@@ -174,7 +174,7 @@ void CameraCtrlVideoTest::failedRateBoundsSendNothing()
     }
 }
 
-void CameraCtrlVideoTest::failedRateLeavesTheBox()
+void CameraCtrlVideoTest::failedRateKeepsTheBox()
 {
     Panel panel;
     panel.openCamera();
@@ -184,7 +184,7 @@ void CameraCtrlVideoTest::failedRateLeavesTheBox()
     QCOMPARE(panel.find<QDoubleSpinBox>("spiFrameRate")->value(), 30.0);
 }
 
-void CameraCtrlVideoTest::failedSizeLeavesTheRegion()
+void CameraCtrlVideoTest::failedSizeKeepsTheRegion()
 {
     Panel panel;
     panel.openCamera();
@@ -216,7 +216,7 @@ void CameraCtrlVideoTest::applySendsAndReadsBack()
     QCOMPARE(panel.log(), expected);
 }
 
-void CameraCtrlVideoTest::applyShowsWhatTheCameraTook()
+void CameraCtrlVideoTest::applyDisplaysTheCamerasRegion()
 {
     Panel panel;
     panel.openCamera();
@@ -315,7 +315,7 @@ void CameraCtrlVideoTest::pixelFormat()
     QVERIFY(!log.contains("start"));
 }
 
-void CameraCtrlVideoTest::refusedFormatReloadsAllTheSame()
+void CameraCtrlVideoTest::refusedFormatStillReloads()
 {
     Panel panel;
     panel.openCamera();

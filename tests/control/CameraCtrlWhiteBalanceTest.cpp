@@ -36,12 +36,12 @@ private slots:
     void continuousDisablesTheGains();
     void unknownModeSelectsNothingElse();
     void modesAreComparedExactly();
-    void unsupportedSaysSo();
+    void unsupportedIsDisplayed();
     void monochromeDisablesEverything_data();
     void monochromeDisablesEverything();
     void otherFormatsAreColour();
     void colourAfterMonochromeEnablesAgain();
-    void endlessListIsCut();
+    void endlessListIsTruncated();
     void chosenModeIsSent_data();
     void chosenModeIsSent();
     void unreadGainsStayAndAreNotSent();
@@ -89,7 +89,7 @@ void CameraCtrlWhiteBalanceTest::modesAreComparedExactly()
     QCOMPARE(panel.find<QComboBox>("cmbWB")->currentIndex(), 2);
 }
 
-void CameraCtrlWhiteBalanceTest::unsupportedSaysSo()
+void CameraCtrlWhiteBalanceTest::unsupportedIsDisplayed()
 {
     Panel panel;
     panel.openCamera();
@@ -138,7 +138,7 @@ void CameraCtrlWhiteBalanceTest::colourAfterMonochromeEnablesAgain()
     QCOMPARE(enabledGains(panel), 6);
 }
 
-void CameraCtrlWhiteBalanceTest::endlessListIsCut()
+void CameraCtrlWhiteBalanceTest::endlessListIsTruncated()
 {
     Panel panel;
     fakeorvalis::withState(

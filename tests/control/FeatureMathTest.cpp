@@ -18,8 +18,8 @@ private slots:
     void snapGoesDownToTheStep();
     void gammaIsScaledUpToOne_data();
     void gammaIsScaledUpToOne();
-    void gammaSliderCutsOff_data();
-    void gammaSliderCutsOff();
+    void gammaSliderTruncates_data();
+    void gammaSliderTruncates();
     void gammaTenthsAreExact();
     void gammaFromSpinIsRoundedOnlyWhenScaled_data();
     void gammaFromSpinIsRoundedOnlyWhenScaled();
@@ -145,7 +145,7 @@ void FeatureMathTest::gammaIsScaledUpToOne()
     QTEST(isGammaScaled(maximum), "scaled");
 }
 
-void FeatureMathTest::gammaSliderCutsOff_data()
+void FeatureMathTest::gammaSliderTruncates_data()
 {
     QTest::addColumn<float>("gamma");
     QTest::addColumn<bool>("scaled");
@@ -159,7 +159,7 @@ void FeatureMathTest::gammaSliderCutsOff_data()
     QTest::newRow("unscaled -1.5") << -1.5F << false << -1;
 }
 
-void FeatureMathTest::gammaSliderCutsOff()
+void FeatureMathTest::gammaSliderTruncates()
 {
     QFETCH(float, gamma);
     QFETCH(bool, scaled);

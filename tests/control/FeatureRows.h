@@ -35,7 +35,7 @@ struct Feature {
 
     void open()
     {
-        // Room on both sides for a page step, whatever the feature.
+        // Room on both sides for a page step of every feature.
         fakeorvalis::withState([this](fakeorvalis::State &state) {
             state.integers[row.key] = {500, 100, 1000, false};
         });

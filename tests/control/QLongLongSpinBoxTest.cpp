@@ -35,8 +35,8 @@ class QLongLongSpinBoxTest : public QObject {
 
 private slots:
     void startsAtZero();
-    void boundsLeaveTheValueAlone();
-    void setValueTellsOnce();
+    void boundsDoNotChangeTheValue();
+    void setValueEmitsOnce();
     void setValueDoesNotClamp();
     void textAndValue_data();
     void textAndValue();
@@ -50,13 +50,13 @@ private slots:
     void arrowsAndPagesStep();
     void stepReplacesTypedText();
     void freeTypingThenReturn();
-    void typingTellsNothingBeforeReturn();
-    void returnJudgesTheText_data();
-    void returnJudgesTheText();
+    void typingEmitsNothingBeforeReturn();
+    void returnValidatesTheText_data();
+    void returnValidatesTheText();
     void returnWithTheSameValueIsSilent();
-    void keypadEnterJudgesToo();
-    void leavingTheBoxJudgesTheText();
-    void contextMenuLeavesTheTextAlone();
+    void keypadEnterValidatesToo();
+    void leavingTheBoxValidatesTheText();
+    void contextMenuKeepsTheText();
     void editingTheMiddleOfANumber();
 };
 
@@ -70,7 +70,7 @@ void QLongLongSpinBoxTest::startsAtZero()
     QCOMPARE(box.shown(), QString("0"));
 }
 
-void QLongLongSpinBoxTest::boundsLeaveTheValueAlone()
+void QLongLongSpinBoxTest::boundsDoNotChangeTheValue()
 {
     Box box;
     QSignalSpy spy(&box, &QLongLongSpinBox::valueChanged);
@@ -83,7 +83,7 @@ void QLongLongSpinBoxTest::boundsLeaveTheValueAlone()
     QCOMPARE(spy.count(), 0);
 }
 
-void QLongLongSpinBoxTest::setValueTellsOnce()
+void QLongLongSpinBoxTest::setValueEmitsOnce()
 {
     Box box;
     QSignalSpy spy(&box, &QLongLongSpinBox::valueChanged);
@@ -269,7 +269,7 @@ void QLongLongSpinBoxTest::freeTypingThenReturn()
     QCOMPARE(spy.count(), 1);
 }
 
-void QLongLongSpinBoxTest::typingTellsNothingBeforeReturn()
+void QLongLongSpinBoxTest::typingEmitsNothingBeforeReturn()
 {
     Box box; // keyboard tracking on, the default
     box.setRange(0, 2'000'000);
@@ -281,7 +281,7 @@ void QLongLongSpinBoxTest::typingTellsNothingBeforeReturn()
     QCOMPARE(spy.count(), 1);
 }
 
-void QLongLongSpinBoxTest::returnJudgesTheText_data()
+void QLongLongSpinBoxTest::returnValidatesTheText_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<qlonglong>("after");
@@ -295,7 +295,7 @@ void QLongLongSpinBoxTest::returnJudgesTheText_data()
     QTest::newRow("leading zeros") << "00077" << 77LL;
 }
 
-void QLongLongSpinBoxTest::returnJudgesTheText()
+void QLongLongSpinBoxTest::returnValidatesTheText()
 {
     QFETCH(QString, typed);
     QFETCH(qlonglong, after);
@@ -323,7 +323,7 @@ void QLongLongSpinBoxTest::returnWithTheSameValueIsSilent()
     QCOMPARE(box.shown(), QString("1000"));
 }
 
-void QLongLongSpinBoxTest::keypadEnterJudgesToo()
+void QLongLongSpinBoxTest::keypadEnterValidatesToo()
 {
     Box box;
     box.setRange(50, 2'000'000);
@@ -332,7 +332,7 @@ void QLongLongSpinBoxTest::keypadEnterJudgesToo()
     QCOMPARE(box.value(), 500LL);
 }
 
-void QLongLongSpinBoxTest::leavingTheBoxJudgesTheText()
+void QLongLongSpinBoxTest::leavingTheBoxValidatesTheText()
 {
     Box box;
     box.setRange(50, 2'000'000);
@@ -348,7 +348,7 @@ void QLongLongSpinBoxTest::leavingTheBoxJudgesTheText()
     QCOMPARE(box.shown(), QString("500"));
 }
 
-void QLongLongSpinBoxTest::contextMenuLeavesTheTextAlone()
+void QLongLongSpinBoxTest::contextMenuKeepsTheText()
 {
     Box box;
     box.setRange(50, 2'000'000);

@@ -48,12 +48,12 @@ private slots:
     void greyFrameLiesAtItsOffset();
     void wordsAreShownByTheirUpperBits();
     void oddWidthsHaveNoPadding();
-    void oldFrameIsWipedOff();
+    void previousFrameIsErased();
     void framesOfAnySizeStayInside_data();
     void framesOfAnySizeStayInside();
     void offsetsOutsideLeaveTheSensorWhite_data();
     void offsetsOutsideLeaveTheSensorWhite();
-    void pictureIsACopy();
+    void imageIsACopy();
 };
 
 void SensorCanvasTest::startsEmpty()
@@ -174,7 +174,7 @@ void SensorCanvasTest::oddWidthsHaveNoPadding()
     QCOMPARE(qRed(canvas.image().pixel(3, 2)), 10);
 }
 
-void SensorCanvasTest::oldFrameIsWipedOff()
+void SensorCanvasTest::previousFrameIsErased()
 {
     SensorCanvas canvas;
     canvas.fitTo(sensor(8, 8));
@@ -249,7 +249,7 @@ void SensorCanvasTest::offsetsOutsideLeaveTheSensorWhite()
     QCOMPARE(whitePixels(canvas.image()), 64);
 }
 
-void SensorCanvasTest::pictureIsACopy()
+void SensorCanvasTest::imageIsACopy()
 {
     SensorCanvas canvas;
     canvas.fitTo(sensor(8, 8));

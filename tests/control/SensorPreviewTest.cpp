@@ -55,7 +55,7 @@ private slots:
     void sensorThatGrewGetsLargerBuffers_data();
     void sensorThatGrewGetsLargerBuffers();
     void sensorThatShrankIsShownWhole();
-    void movedRegionIsShownWhereItIs();
+    void movedRegionIsDisplayedAtItsPosition();
 };
 
 void SensorPreviewTest::withoutCameraNothingIsCalled()
@@ -153,7 +153,7 @@ void SensorPreviewTest::sensorThatShrankIsShownWhole()
     QCOMPARE(look.shown.last().pixel(32, 23), whitePixel);
 }
 
-void SensorPreviewTest::movedRegionIsShownWhereItIs()
+void SensorPreviewTest::movedRegionIsDisplayedAtItsPosition()
 {
     Look look("Mono8");
     look.look();

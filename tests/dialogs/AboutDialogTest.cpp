@@ -42,15 +42,15 @@ private slots:
     void readsTheHeaderOfThisProject();
     void headersWithoutVersions_data();
     void headersWithoutVersions();
-    void missingOneKeyLeavesTheOther();
+    void aMissingKeyKeepsTheOther();
     void utf8Values();
     void changedHeaderIsReadAgain();
-    void endlessVersionsAreCut();
+    void longVersionsAreTruncated();
     void hugeHeaderIsNotRead();
-    void pathsThatAreNoHeader();
+    void invalidHeaderPaths();
     void fifoDoesNotBlock();
     void unreadableHeaderIsEmpty();
-    void readingLeavesNoTrace();
+    void readingWritesNothing();
 
 private:
     QString write(const QByteArray &content, const QString &name = "Header.h") const
@@ -252,7 +252,7 @@ void AboutDialogTest::headersWithoutVersions()
     QVERIFY(versions.library.isEmpty());
 }
 
-void AboutDialogTest::missingOneKeyLeavesTheOther()
+void AboutDialogTest::aMissingKeyKeepsTheOther()
 {
     const auto versions =
         AboutDialog::readSdkVersions(write("[VERSION_INFO]\nLIBRARY_VERSION=3\n"));
@@ -277,7 +277,7 @@ void AboutDialogTest::changedHeaderIsReadAgain()
     }
 }
 
-void AboutDialogTest::endlessVersionsAreCut()
+void AboutDialogTest::longVersionsAreTruncated()
 {
     const auto versions = AboutDialog::readSdkVersions(
         write("[VERSION_INFO]\nPACKAGE_VERSION=" + QByteArray(100000, '1') + "\n"));
@@ -291,7 +291,7 @@ void AboutDialogTest::hugeHeaderIsNotRead()
     QVERIFY(AboutDialog::readSdkVersions(path).package.isEmpty());
 }
 
-void AboutDialogTest::pathsThatAreNoHeader()
+void AboutDialogTest::invalidHeaderPaths()
 {
     for (const QString &path :
          {m_directory.path(), m_directory.filePath("missing/x.h"), QString(), QString("/dev/zero")})
@@ -314,7 +314,7 @@ void AboutDialogTest::unreadableHeaderIsEmpty()
     QVERIFY(AboutDialog::readSdkVersions(path).package.isEmpty());
 }
 
-void AboutDialogTest::readingLeavesNoTrace()
+void AboutDialogTest::readingWritesNothing()
 {
     const QString path = write(versionBlock, "Trace.h");
     const QStringList before = QDir(m_directory.path()).entryList(QDir::AllEntries | QDir::Hidden);

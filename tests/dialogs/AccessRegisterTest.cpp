@@ -37,8 +37,8 @@ private slots:
     void init();
     void cleanup();
     void formIsAsDesigned();
-    void placesAreFixed_data();
-    void placesAreFixed();
+    void positionsAreFixed_data();
+    void positionsAreFixed();
     void nothingIsCutOffWithAnyFont_data();
     void nothingIsCutOffWithAnyFont();
     void readShowsEightDigits_data();
@@ -52,16 +52,16 @@ private slots:
     void unparsableDataWritesZero();
     void failedWriteChangesNothing();
     void onlyEightCharactersFit();
-    void pastedTextIsCut();
-    void theAddressIsReadyToBeTyped();
+    void pastedTextIsTruncated();
+    void theAddressFieldHasTheFocus();
     void keypadEnterInTheAddressReads();
     void keypadEnterInTheDataWrites();
     void keypadEnterElsewhereIsSwallowed();
-    void returnTouchesNoRegister_data();
-    void returnTouchesNoRegister();
+    void returnAccessesNoRegister_data();
+    void returnAccessesNoRegister();
     void escapeCloses();
     void spacePressesTheButtons();
-    void tabGoesRoundInOrder();
+    void tabFollowsTheOrder();
     void nullHandleIsHarmless();
     void survivesHostileAnswers();
 
@@ -120,7 +120,7 @@ void AccessRegisterTest::formIsAsDesigned()
     QCOMPARE(data()->maxLength(), 8);
 }
 
-void AccessRegisterTest::placesAreFixed_data()
+void AccessRegisterTest::positionsAreFixed_data()
 {
     QTest::addColumn<QRect>("geometry");
     QTest::addColumn<QString>("text");
@@ -132,7 +132,7 @@ void AccessRegisterTest::placesAreFixed_data()
     QTest::newRow("edData") << QRect(90, 35, 113, 22) << "";
 }
 
-void AccessRegisterTest::placesAreFixed()
+void AccessRegisterTest::positionsAreFixed()
 {
     auto *widget = find<QWidget>(QTest::currentDataTag());
     QTEST(widget->geometry(), "geometry");
@@ -315,7 +315,7 @@ void AccessRegisterTest::onlyEightCharactersFit()
     QCOMPARE(data()->text(), QString("abcdefab"));
 }
 
-void AccessRegisterTest::pastedTextIsCut()
+void AccessRegisterTest::pastedTextIsTruncated()
 {
     QGuiApplication::clipboard()->setText("ffffffffffffffffff");
     address()->paste();
@@ -324,7 +324,7 @@ void AccessRegisterTest::pastedTextIsCut()
     QCOMPARE(fakeorvalis::calls(), reading(0xFFFFFFFF));
 }
 
-void AccessRegisterTest::theAddressIsReadyToBeTyped()
+void AccessRegisterTest::theAddressFieldHasTheFocus()
 {
     QCOMPARE(AccessRegister(nullptr, nullptr).focusWidget()->objectName(), QString("edAddr"));
 }
@@ -359,14 +359,14 @@ void AccessRegisterTest::keypadEnterElsewhereIsSwallowed()
     QVERIFY(m_dialog->isVisible());
 }
 
-void AccessRegisterTest::returnTouchesNoRegister_data()
+void AccessRegisterTest::returnAccessesNoRegister_data()
 {
     QTest::addColumn<QString>("name");
     for (const char *name : {"edAddr", "edData", "btnRead", "btnWrite"})
         QTest::newRow(name) << name;
 }
 
-void AccessRegisterTest::returnTouchesNoRegister()
+void AccessRegisterTest::returnAccessesNoRegister()
 {
     QFETCH(QString, name);
     auto *widget = find<QWidget>(qPrintable(name));
@@ -390,7 +390,7 @@ void AccessRegisterTest::spacePressesTheButtons()
     QCOMPARE(fakeorvalis::calls(), reading(0));
 }
 
-void AccessRegisterTest::tabGoesRoundInOrder()
+void AccessRegisterTest::tabFollowsTheOrder()
 {
     QStringList order;
     QWidget *widget = address();

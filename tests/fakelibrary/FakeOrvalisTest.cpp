@@ -97,7 +97,7 @@ TEST_F(FakeOrvalis, listsCallsByFunction)
                 ElementsAre("OrvalisSetUserDefault(h1)"));
 }
 
-TEST_F(FakeOrvalis, remembersWhatWasSet)
+TEST_F(FakeOrvalis, returnsWhatWasSet)
 {
     ASSERT_EQ(OrvalisSetShutter(m_camera, 1234, false), ORVALIS_OK);
     ASSERT_EQ(OrvalisSetShutter(m_camera, 5, true), ORVALIS_OK);
@@ -113,7 +113,7 @@ TEST_F(FakeOrvalis, remembersWhatWasSet)
     EXPECT_EQ(info.pixelFormat, 0x01100005U);
 }
 
-TEST_F(FakeOrvalis, refusesWhatTheHeaderSays)
+TEST_F(FakeOrvalis, refusesAsDocumented)
 {
     char name[ORVALIS_NAME_SIZE];
     std::uint32_t data = 7;
@@ -176,7 +176,7 @@ TEST_F(FakeOrvalis, readsEnumerations)
     EXPECT_STREQ(node->names[3], "UserSet3");
 }
 
-TEST_F(FakeOrvalis, failsTheCallThatItIsToldToFail)
+TEST_F(FakeOrvalis, failsTheRequestedCall)
 {
     fakeorvalis::fail("OrvalisSetGain", ORVALIS_ERROR_BUSY);
     EXPECT_EQ(OrvalisSetGain(m_camera, 20, false), ORVALIS_ERROR_BUSY);
@@ -199,7 +199,7 @@ TEST_F(FakeOrvalis, failsEverythingButTheLifecycle)
     EXPECT_EQ(OrvalisCameraReset(m_camera), ORVALIS_OK);
 }
 
-TEST_F(FakeOrvalis, runsHooksThatCallBackIn)
+TEST_F(FakeOrvalis, runsHooksThatCallTheLibrary)
 {
     fakeorvalis::onCall("OrvalisCameraReset", [this] { OrvalisSetUserDefault(m_camera); });
     OrvalisCameraReset(m_camera);
@@ -210,7 +210,7 @@ TEST_F(FakeOrvalis, runsHooksThatCallBackIn)
                             "OrvalisCameraReset(h1)"));
 }
 
-TEST_F(FakeOrvalis, closedAndForgottenHandlesAreBad)
+TEST_F(FakeOrvalis, closedAndResetHandlesAreInvalid)
 {
     EXPECT_THAT(fakeorvalis::openHandles(), ElementsAre("h1"));
     EXPECT_EQ(OrvalisCloseCamera(m_camera), ORVALIS_OK);
@@ -222,7 +222,7 @@ TEST_F(FakeOrvalis, closedAndForgottenHandlesAreBad)
     EXPECT_EQ(fakeorvalis::calls().back(), "OrvalisCameraReset(h?)");
 }
 
-TEST_F(FakeOrvalis, opensWhatIsOnTheBusAndFree)
+TEST_F(FakeOrvalis, opensOnlyFreeCamerasOnTheBus)
 {
     OCameraHandle other = nullptr;
     EXPECT_EQ(OrvalisOpenCamera("CAM-A", &other), ORVALIS_ERROR_BUSY);
@@ -255,7 +255,7 @@ TEST_F(FakeOrvalis, grabsTheGivenPixelsWithinTheRegion)
     EXPECT_EQ(OrvalisGrabRGBData(m_camera, &frame, 10), ORVALIS_ERROR_BAD_ARGUMENT);
 }
 
-TEST_F(FakeOrvalisStream, deliversOnAThreadOfItsOwn)
+TEST_F(FakeOrvalisStream, deliversOnItsOwnThread)
 {
     std::thread::id thread;
     insideCallback = [&] { thread = std::this_thread::get_id(); };
@@ -287,7 +287,7 @@ TEST_F(FakeOrvalisStream, stopWaitsForTheCallback)
     delivery.join();
 }
 
-TEST_F(FakeOrvalisStream, deliversOneAfterTheOtherUntilThereIsNoMoreOrTheStop)
+TEST_F(FakeOrvalisStream, deliversInOrderUntilTheEndOrTheStop)
 {
     int received = 0;
     insideCallback = [&received] { ++received; };
@@ -352,7 +352,7 @@ TEST_F(FakeOrvalis, hostileAnswersStayWithinTheDocumentedSizes)
     EXPECT_TRUE(sawTooMany);
 }
 
-TEST_F(FakeOrvalis, hostilityOfOneFunctionLeavesTheOthersAlone)
+TEST_F(FakeOrvalis, hostilityCanBeLimitedToOneFunction)
 {
     fakeorvalis::hostile(3, "OrvalisGetContrast");
     bool lied = false;
@@ -366,7 +366,7 @@ TEST_F(FakeOrvalis, hostilityOfOneFunctionLeavesTheOthersAlone)
     EXPECT_TRUE(lied);
 }
 
-TEST_F(FakeOrvalis, hostilityRepeatsItselfForASeed)
+TEST_F(FakeOrvalis, hostilityDependsOnTheSeedOnly)
 {
     const auto numbers = [this](std::uint32_t seed) {
         fakeorvalis::hostile(seed);
@@ -383,7 +383,7 @@ TEST_F(FakeOrvalis, hostilityRepeatsItselfForASeed)
     EXPECT_EQ(contrast, 508);
 }
 
-TEST_F(FakeOrvalis, hostileAnswersComeFromTheBytesAndEndHarmless)
+TEST_F(FakeOrvalis, hostileAnswersComeFromTheBytesUntilTheirEnd)
 {
     // Choice 11 of the numbers takes its own word; a result below 75 is success, the next is not.
     fakeorvalis::hostileAnswers({11, 4, 3, 2, 1, 0, 0, 99, 1});

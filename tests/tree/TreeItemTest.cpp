@@ -37,7 +37,7 @@ private slots:
     void childOutsideTheListIsNull_data();
     void childOutsideTheListIsNull();
     void childNumberIsThePlaceInTheParent();
-    void childNumberIsMinusOneWhereTheParentDoesNotListIt();
+    void childNumberIsMinusOneIfTheParentDoesNotListIt();
     void dataOutsideTheColumnsIsInvalid();
     void insertChildrenChecksItsPosition_data();
     void insertChildrenChecksItsPosition();
@@ -48,9 +48,9 @@ private slots:
     void insertColumnsChecksItsPosition();
     void removeColumnsChecksItsRange_data();
     void removeColumnsChecksItsRange();
-    void columnsChangeInAllGenerations();
-    void setDataRefusesColumnsThatAreNotThere_data();
-    void setDataRefusesColumnsThatAreNotThere();
+    void columnsChangeInAllDescendants();
+    void setDataRefusesMissingColumns_data();
+    void setDataRefusesMissingColumns();
 };
 
 void TreeItemTest::storesDataAndParent()
@@ -92,7 +92,7 @@ void TreeItemTest::childNumberIsThePlaceInTheParent()
         QCOMPARE(root.child(i)->childNumber(), i);
 }
 
-void TreeItemTest::childNumberIsMinusOneWhereTheParentDoesNotListIt()
+void TreeItemTest::childNumberIsMinusOneIfTheParentDoesNotListIt()
 {
     TreeItem root(twoColumns);
     const TreeItem stranger(twoColumns, &root);
@@ -220,7 +220,7 @@ void TreeItemTest::removeColumnsChecksItsRange()
     QTEST(root.columnCount(), "left");
 }
 
-void TreeItemTest::columnsChangeInAllGenerations()
+void TreeItemTest::columnsChangeInAllDescendants()
 {
     TreeItem root(twoColumns);
     fill(root);
@@ -235,7 +235,7 @@ void TreeItemTest::columnsChangeInAllGenerations()
     QCOMPARE(grandchild->data(0), QVariant(7));
 }
 
-void TreeItemTest::setDataRefusesColumnsThatAreNotThere_data()
+void TreeItemTest::setDataRefusesMissingColumns_data()
 {
     QTest::addColumn<int>("column");
     QTest::addColumn<bool>("result");
@@ -245,7 +245,7 @@ void TreeItemTest::setDataRefusesColumnsThatAreNotThere_data()
     QTest::newRow("negative") << -1 << false;
 }
 
-void TreeItemTest::setDataRefusesColumnsThatAreNotThere()
+void TreeItemTest::setDataRefusesMissingColumns()
 {
     QFETCH(int, column);
     QFETCH(bool, result);

@@ -9,7 +9,7 @@ private slots:
     void headersBecomeColumns();
     void headerDataIsHorizontalDisplayOnly();
     void dataHasTwoRoles();
-    void childrenHangOnColumnZeroOnly();
+    void onlyColumnZeroHasChildren();
     void indexOutsideIsInvalid();
     void parentOfATopItemIsInvalid();
     void nothingIsEditable();
@@ -58,7 +58,7 @@ void TreeModelOperationsTest::dataHasTwoRoles()
     QVERIFY(!model.data(QModelIndex(), Qt::DisplayRole).isValid());
 }
 
-void TreeModelOperationsTest::childrenHangOnColumnZeroOnly()
+void TreeModelOperationsTest::onlyColumnZeroHasChildren()
 {
     const TreeModel model({"a", "b"}, m_handle);
     const QModelIndex parentOfColumn1 = model.index(0, 1);

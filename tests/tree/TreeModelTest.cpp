@@ -7,7 +7,7 @@ class TreeModelTest : public ModelBench {
 
 private slots:
     void listsTheCameraInOrder();
-    void asksTheLibraryForTheseListsOnly();
+    void readsOnlyTheseLists();
     void emptyRootListLeavesAHeaderAndNoRows();
     void failingListsCountAsEmpty();
     void emptyNamesAreSkippedAtTheTopOnly();
@@ -19,7 +19,7 @@ private slots:
     void duplicateNamesStay();
     void listNamingItsOwnParentEnds();
     void namesAreLatin1AndGoBackUnchanged();
-    void longestNameIsReadWhole();
+    void longestNameIsReadCompletely();
     void hostileListsAreReadWithinBounds_data();
     void hostileListsAreReadWithinBounds();
     void nullHandleGivesAnEmptyTree();
@@ -33,7 +33,7 @@ void TreeModelTest::listsTheCameraInOrder()
     QCOMPARE(outline(model), QStringLiteral("Analog(Gain Gamma) Focus(AutoIris(Speed) Zoom)"));
 }
 
-void TreeModelTest::asksTheLibraryForTheseListsOnly()
+void TreeModelTest::readsOnlyTheseLists()
 {
     const TreeModel model(oneHeader, m_handle);
     const Names expected = {
@@ -155,7 +155,7 @@ void TreeModelTest::namesAreLatin1AndGoBackUnchanged()
     QCOMPARE(model.rowCount(model.index(0, 0)), 1);
 }
 
-void TreeModelTest::longestNameIsReadWhole()
+void TreeModelTest::longestNameIsReadCompletely()
 {
     const std::string name(255, 'n');
     setTree({{"Root", {name}}, {name, {"x"}}});

@@ -20,7 +20,7 @@ private slots:
     void excuteAnnouncesUserSetLoadOnly();
     void userSetLoadStopsAndRestartsTheStream();
     void userSetLoadRestartsAlsoWhenItFails();
-    void otherCommandsLeaveTheStreamAlone();
+    void otherCommandsKeepTheStream();
     void userSetLoadWithoutMainWindow();
     void treeDeletedWhileTheStreamStops();
     void writesPauseThePreview_data();
@@ -161,7 +161,7 @@ void XMLCtrlCommandTest::userSetLoadRestartsAlsoWhenItFails()
     QCOMPARE(bench.window.events.size(), 7);
 }
 
-void XMLCtrlCommandTest::otherCommandsLeaveTheStreamAlone()
+void XMLCtrlCommandTest::otherCommandsKeepTheStream()
 {
     setOnlyNode("UserSetSave", commandNode());
     DockBench bench;

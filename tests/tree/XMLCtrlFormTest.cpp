@@ -22,9 +22,9 @@ private slots:
     void startsWithNothingShown();
     void createReadsTheTree();
     void createTwiceReplacesTheTree();
-    void deleteForgetsTreeAndHandle();
+    void deleteDiscardsTreeAndHandle();
     void deleteTwiceOrBeforeCreateIsHarmless();
-    void manyTreesLeaveNothingBehind();
+    void treesDoNotLeakMemory();
     void viewWithoutTreeIsQuiet();
     void hideShowArrangesThePanel_data();
     void hideShowArrangesThePanel();
@@ -130,7 +130,7 @@ void XMLCtrlFormTest::createTwiceReplacesTheTree()
     QCOMPARE(fakeorvalis::calls(), expected);
 }
 
-void XMLCtrlFormTest::deleteForgetsTreeAndHandle()
+void XMLCtrlFormTest::deleteDiscardsTreeAndHandle()
 {
     setOnlyNode("Gain", integerNode(42, 0, 99));
     DockBench bench;
@@ -155,7 +155,7 @@ void XMLCtrlFormTest::deleteTwiceOrBeforeCreateIsHarmless()
     QCOMPARE(callsMade(), QStringList{"OrvalisGetNodeList(null, \"Root\")"});
 }
 
-void XMLCtrlFormTest::manyTreesLeaveNothingBehind()
+void XMLCtrlFormTest::treesDoNotLeakMemory()
 {
     const DockBench bench;
     const auto objects = [&] {

@@ -20,10 +20,10 @@ private slots:
     void floatsAreClamped();
     void failedBoundsWriteZero_data();
     void failedBoundsWriteZero();
-    void failedWriteShowsWhatTheCameraHolds_data();
-    void failedWriteShowsWhatTheCameraHolds();
-    void failedReadBackShowsNothingOfTheTyped_data();
-    void failedReadBackShowsNothingOfTheTyped();
+    void failedWriteDisplaysTheCamerasValue_data();
+    void failedWriteDisplaysTheCamerasValue();
+    void failedReadBackDisplaysZero_data();
+    void failedReadBackDisplaysZero();
     void booleansAreWritten_data();
     void booleansAreWritten();
     void stringsAreCutToLatin1();
@@ -31,10 +31,10 @@ private slots:
     void otherTypesWriteNothingButAnnounce();
     void keypadEnterAnnounces_data();
     void keypadEnterAnnounces();
-    void announcesAfterTheReadBack();
+    void emitsAfterTheReadBack();
     void writesWithoutCameraAreHarmless_data();
     void writesWithoutCameraAreHarmless();
-    void clickFromAReceiverKeepsTheRound();
+    void clickFromAReceiverKeepsTheSignals();
 };
 
 void XMLCtrlWriteTest::returnWritesNothing()
@@ -207,7 +207,7 @@ void XMLCtrlWriteTest::failedBoundsWriteZero()
     QCOMPARE(bench.edit()->text(), QString("0"));
 }
 
-void XMLCtrlWriteTest::failedWriteShowsWhatTheCameraHolds_data()
+void XMLCtrlWriteTest::failedWriteDisplaysTheCamerasValue_data()
 {
     QTest::addColumn<fakeorvalis::Node>("node");
     QTest::addColumn<QString>("setter");
@@ -222,7 +222,7 @@ void XMLCtrlWriteTest::failedWriteShowsWhatTheCameraHolds_data()
                              << "0";
 }
 
-void XMLCtrlWriteTest::failedWriteShowsWhatTheCameraHolds()
+void XMLCtrlWriteTest::failedWriteDisplaysTheCamerasValue()
 {
     QFETCH(fakeorvalis::Node, node);
     QFETCH(QString, setter);
@@ -235,7 +235,7 @@ void XMLCtrlWriteTest::failedWriteShowsWhatTheCameraHolds()
     QCOMPARE(fakeorvalis::callsOf({setter.toStdString()}).size(), 1U);
 }
 
-void XMLCtrlWriteTest::failedReadBackShowsNothingOfTheTyped_data()
+void XMLCtrlWriteTest::failedReadBackDisplaysZero_data()
 {
     QTest::addColumn<fakeorvalis::Node>("node");
     QTest::addColumn<QString>("type");
@@ -250,7 +250,7 @@ void XMLCtrlWriteTest::failedReadBackShowsNothingOfTheTyped_data()
 }
 
 /// A failing read leaves its buffer unchanged: zero.
-void XMLCtrlWriteTest::failedReadBackShowsNothingOfTheTyped()
+void XMLCtrlWriteTest::failedReadBackDisplaysZero()
 {
     QFETCH(fakeorvalis::Node, node);
     QFETCH(QString, type);
@@ -356,7 +356,7 @@ void XMLCtrlWriteTest::keypadEnterAnnounces()
     QTEST(bench.window.events, "events");
 }
 
-void XMLCtrlWriteTest::announcesAfterTheReadBack()
+void XMLCtrlWriteTest::emitsAfterTheReadBack()
 {
     setOnlyNode("Gain", integerNode(1, 0, 9));
     DockBench bench;
@@ -406,7 +406,7 @@ void XMLCtrlWriteTest::writesWithoutCameraAreHarmless()
     QCOMPARE(bench.window.events, QStringList{"feature"});
 }
 
-void XMLCtrlWriteTest::clickFromAReceiverKeepsTheRound()
+void XMLCtrlWriteTest::clickFromAReceiverKeepsTheSignals()
 {
     setOnlyNode("GainTrigger", integerNode(5, 1, 9));
     DockBench bench;

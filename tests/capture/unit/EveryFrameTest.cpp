@@ -62,7 +62,7 @@ TEST(EveryFrame, copiesInOrder)
     EXPECT_FALSE(tap.take(&copy, soon()));
 }
 
-TEST(EveryFrame, whatIsNotTakenIsBoundedAndCounted)
+TEST(EveryFrame, theQueueIsBoundedAndDropsAreCounted)
 {
     EveryFrame tap(3 * frameBytes);
     tap.started({});
@@ -80,7 +80,7 @@ TEST(EveryFrame, whatIsNotTakenIsBoundedAndCounted)
     EXPECT_FALSE(tap.take(&copy, soon()));
 }
 
-TEST(EveryFrame, memoryThatTheLibraryMayReuseIsNotRead)
+TEST(EveryFrame, expiredFramesAreNotRead)
 {
     const Clock::time_point received{};
     const FrameStamp stamp{5, received, {}};

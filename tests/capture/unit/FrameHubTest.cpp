@@ -76,7 +76,7 @@ TEST(FrameHub, publishAllocatesNothing)
     EXPECT_EQ(listener.frames, 1001);
 }
 
-TEST(FrameHub, aTapThatJoinsLateIsStartedFirst)
+TEST(FrameHub, aTapAttachedLaterIsStartedFirst)
 {
     FrameHub hub;
     hub.start(infoOf(32));
@@ -90,7 +90,7 @@ TEST(FrameHub, aTapThatJoinsLateIsStartedFirst)
     EXPECT_EQ(late.frames, 0);
 }
 
-TEST(FrameHub, refusesMoreTapsThanItHasPlaces)
+TEST(FrameHub, refusesTapsBeyondItsCapacity)
 {
     FrameHub hub;
     std::vector<Listener> taps(FrameHub::capacity + 1);
@@ -178,7 +178,7 @@ TEST(LatestFrame, keepsTheNewestAndCountsTheOthers)
     EXPECT_FALSE(latest.takeNewest());
 }
 
-TEST(LatestFrame, isEmptyAfterTheEnd)
+TEST(LatestFrame, isEmptyAfterTheStop)
 {
     LatestFrame latest;
     OImageFrame frame = record();

@@ -75,7 +75,7 @@ struct Refusal {
 
 class Refused : public testing::TestWithParam<Refusal> {};
 
-TEST_P(Refused, frameIsLeftAlone)
+TEST_P(Refused, pixelsAreNull)
 {
     const Refusal &refusal = GetParam();
     EXPECT_EQ(displayedPixels(refusal.frame, refusal.plane,
@@ -128,7 +128,7 @@ struct RawSize {
 
 class RawPlaneBytes : public testing::TestWithParam<RawSize> {};
 
-TEST_P(RawPlaneBytes, areThoseThatTheFrameClaimsUnlessAbsurd)
+TEST_P(RawPlaneBytes, areTheStatedOnesUnlessImpossible)
 {
     OImageFrame frame{GetParam().claimed, 10, 10, GetParam().bits, nowhere(), nullptr, nullptr};
     EXPECT_EQ(rawPlaneBytes(frame, GetParam().format), GetParam().readable);
@@ -143,7 +143,7 @@ INSTANTIATE_TEST_SUITE_P(
                     RawSize{0, most, 800, most}, RawSize{300, 24, 300}, RawSize{200, 12, 200},
                     RawSize{4196, 8, 4196}));
 
-TEST(RawPlaneBytesOf, aMissingPlaneIsNone)
+TEST(RawPlaneBytesOf, aMissingPlaneIsZero)
 {
     EXPECT_EQ(rawPlaneBytes({100, 10, 10, 8, nullptr, nullptr, nullptr}, mono8), 0U);
 }

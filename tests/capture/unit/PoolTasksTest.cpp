@@ -16,7 +16,7 @@ TEST(PoolTasks, isIdleWithoutTasks)
     tasks.waitIdle();
 }
 
-TEST(PoolTasks, saysWhenATaskIsLeftAfterTheWait)
+TEST(PoolTasks, reportsTasksLeftAfterTheTimeout)
 {
     PoolTasks tasks;
     tasks.begin();
@@ -26,7 +26,7 @@ TEST(PoolTasks, saysWhenATaskIsLeftAfterTheWait)
     EXPECT_TRUE(tasks.waitIdle(std::chrono::milliseconds(0)));
 }
 
-TEST(PoolTasks, mayGoOnceTheLastTaskEnded)
+TEST(PoolTasks, canBeDestroyedAfterTheLastTask)
 {
     auto tasks = std::make_unique<PoolTasks>();
     tasks->begin();

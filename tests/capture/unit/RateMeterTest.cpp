@@ -29,7 +29,7 @@ TEST(MeasureRates, thirtyIntervalsInOneSecondAreThirtyFramesPerSecond)
     EXPECT_DOUBLE_EQ(rates.megabytesPerSecond, 30.0);
 }
 
-TEST(MeasureRates, microsecondsMayGoBackWhileSecondsGoOn)
+TEST(MeasureRates, handlesFewerMicrosecondsInALaterSecond)
 {
     const StreamRates rates = measureRates({100, 900000}, {101, 100000}, frameOf(640, 480, 16));
     EXPECT_NEAR(rates.framesPerSecond, 150.0, 1e-9);
@@ -120,7 +120,7 @@ TEST(RateMeter, theGapBetweenTwoWindowsIsNotMeasured)
     EXPECT_DOUBLE_EQ(rates->framesPerSecond, 1.0);
 }
 
-TEST(RateMeter, restartForgetsTheWindow)
+TEST(RateMeter, restartDiscardsTheWindow)
 {
     RateMeter meter;
     const OImageFrame frame = frameOf(8, 8, 8);
@@ -134,7 +134,7 @@ TEST(RateMeter, restartForgetsTheWindow)
     EXPECT_DOUBLE_EQ(rates->framesPerSecond, 1.0);
 }
 
-TEST(RateMeter, mayBeRestartedWhileFramesCome)
+TEST(RateMeter, canBeRestartedWhileFramesArrive)
 {
     RateMeter meter;
     const OImageFrame frame = frameOf(8, 8, 8);

@@ -38,7 +38,7 @@ INSTANTIATE_TEST_SUITE_P(Words, RawToGray8,
 
 class RawToGray8Untouched : public testing::TestWithParam<int> {};
 
-TEST_P(RawToGray8Untouched, leavesTheDestinationAlone)
+TEST_P(RawToGray8Untouched, writesNothing)
 {
     const std::uint8_t source[2] = {0xFF, 0x0F};
     std::uint8_t grey = 0xA5;
@@ -48,7 +48,7 @@ TEST_P(RawToGray8Untouched, leavesTheDestinationAlone)
 
 INSTANTIATE_TEST_SUITE_P(Bits, RawToGray8Untouched, testing::Values(8, 7, 0, -4));
 
-TEST(RawToGray8Size, emptyImagesTouchNothing)
+TEST(RawToGray8Size, emptyImagesWriteNothing)
 {
     rawToGray8(nullptr, nullptr, 4, 0, 12);
     rawToGray8(nullptr, nullptr, 0, 4, 12);
@@ -56,7 +56,7 @@ TEST(RawToGray8Size, emptyImagesTouchNothing)
     rawToGray8(nullptr, nullptr, -1, 4, 12);
 }
 
-TEST(RawToGray8Size, everyPixelLandsAtItsPlace)
+TEST(RawToGray8Size, everyPixelIsConverted)
 {
     constexpr int width = 5;
     constexpr int height = 3;

@@ -34,7 +34,7 @@ std::vector<Time> taken(SaveClock *clock, int count)
     return times;
 }
 
-TEST(SaveClock, givesThePresentTime)
+TEST(SaveClock, returnsTheCurrentTime)
 {
     const Time before = SaveClock::systemTime();
     const Time time = SaveClock().take();
@@ -51,7 +51,7 @@ TEST(SaveClock, waitsUntilTheMillisecondIsOver)
     EXPECT_EQ(nextReading, readings.size());
 }
 
-TEST(SaveClock, waitsForAClockThatWasTurnedBackALittle)
+TEST(SaveClock, waitsForAClockSetBackALittle)
 {
     readings = {5000ms, 4999ms, 4001ms, 5000ms, 5001ms};
     nextReading = 0;
@@ -72,7 +72,7 @@ std::atomic<int> sharedReadings{0};
 /// Stands still for ten readings at a time.
 Time slow() { return Time(sharedReadings++ / 10); }
 
-TEST(SaveClock, givesNoMillisecondToTwoThreads)
+TEST(SaveClock, returnsNoMillisecondToTwoThreads)
 {
     constexpr int threads = 4;
     constexpr int each = 50;

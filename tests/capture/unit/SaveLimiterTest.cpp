@@ -14,7 +14,7 @@
 
 namespace {
 
-TEST(SaveLimiter, countsWhatIsTakenAndGivenBack)
+TEST(SaveLimiter, countsTakenAndReleasedPlaces)
 {
     SaveLimiter limiter(100);
     {
@@ -25,7 +25,7 @@ TEST(SaveLimiter, countsWhatIsTakenAndGivenBack)
     EXPECT_EQ(limiter.taken(), 0U);
 }
 
-TEST(SaveLimiter, aMovedPlaceIsGivenBackOnce)
+TEST(SaveLimiter, aMovedPlaceIsReleasedOnce)
 {
     SaveLimiter limiter(100);
     SaveLimiter::Place first = limiter.take(10);
@@ -54,7 +54,7 @@ TEST(SaveLimiter, waitsForAPlace)
     EXPECT_TRUE(got);
 }
 
-TEST(SaveLimiter, aStopLetsTheWaitingFrameThroughWithinTheBound)
+TEST(SaveLimiter, letThroughAdmitsTheWaitingFrameWithinTheBound)
 {
     SaveLimiter limiter(30);
     std::vector<SaveLimiter::Place> places;
@@ -67,7 +67,7 @@ TEST(SaveLimiter, aStopLetsTheWaitingFrameThroughWithinTheBound)
     limiter.letThrough(false);
 }
 
-TEST(SaveLimiter, aFrameLargerThanTheBoundGoesAlone)
+TEST(SaveLimiter, aFrameAboveTheBoundIsAdmittedAlone)
 {
     SaveLimiter limiter(30);
     SaveLimiter::Place huge = limiter.take(1000);
@@ -119,7 +119,7 @@ TEST(SaveLimiter, waitsForPlacesWithoutBytesToo)
     waiting.wait();
 }
 
-TEST(SaveLimiter, mayGoOnceItIsEmpty)
+TEST(SaveLimiter, canBeDestroyedOnceEmpty)
 {
     auto limiter = std::make_unique<SaveLimiter>(30);
     auto place = std::make_unique<SaveLimiter::Place>(limiter->take(10));

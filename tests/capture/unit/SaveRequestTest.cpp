@@ -30,7 +30,7 @@ TEST(SaveRequest, theEndOfAnArmingDisarms)
     EXPECT_FALSE(request);
 }
 
-TEST(SaveRequest, theEndOfAnArmingLeavesTheNextOneAlone)
+TEST(SaveRequest, theEndOfAnArmingKeepsTheNextOne)
 {
     SaveRequest request;
     request.set(true);
