@@ -176,7 +176,7 @@ void Renderer::reduceRows(const SensorSettings &settings, const std::array<float
             for (std::uint32_t u = 0; u < reduction.binX; ++u)
                 sums_[x] += sensorLight_[x * reduction.stepX + u];
     }
-    const std::uint32_t count = reduction.binX * reduction.binY;
+    const std::uint32_t count = std::max(1U, reduction.binX * reduction.binY);
     for (std::size_t x = 0; x < light.size(); ++x)
         light[x] = static_cast<std::uint16_t>((sums_[x] + count / 2) / count);
 }
