@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stream of one camera: what callers ask for, and how long they wait for it.
+// The stream of one camera: the callers' side, requests and waits.
 #include "library/core/Acquisition.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A wake() that came a moment too early is repeated.
+/// A wake() before the device begins to wait has no effect, so repeat it.
 constexpr auto kWakeAgain = 20ms;
 
 } // namespace
@@ -27,7 +27,7 @@ bool Acquisition::streaming() const
 OResult Acquisition::start(OFrameCallback callback, std::uint64_t session, Check check)
 {
     if (onDeliveryThread())
-        return ORVALIS_ERROR_BUSY; // the old stream ends with this very callback
+        return ORVALIS_ERROR_BUSY; // the old stream ends only when this callback returns
     const auto order = std::make_shared<Start>();
     order->callback = callback;
     order->check = std::move(check);
@@ -48,7 +48,8 @@ OResult Acquisition::start(OFrameCallback callback, std::uint64_t session, Check
     return order->done ? order->result : refused();
 }
 
-/// Why a start comes to nothing that began when there had been so many stops; under the lock.
+/// The reason to abandon a start of `session` that began after `stops` stop requests, or
+/// ORVALIS_OK. Under the lock.
 OResult Acquisition::refusal(std::uint64_t session, std::uint64_t stops) const
 {
     if (closed_)
@@ -58,7 +59,7 @@ OResult Acquisition::refusal(std::uint64_t session, std::uint64_t stops) const
     return stops != stops_ ? ORVALIS_ERROR_ABORTED : ORVALIS_OK;
 }
 
-/// A start that the camera's thread has not begun with comes to nothing at once. Under the lock.
+/// Requests a stop. Cancels a start that the camera's thread has not taken yet. Under the lock.
 void Acquisition::askToStop()
 {
     ++stops_;
@@ -77,11 +78,13 @@ Clock::time_point Acquisition::waitUntilStopped(Clock::time_point limit)
         return limit;
     Lock lock(mutex_);
     const auto isOver = [this] { return state_ != State::Stopping && !endsIdleGrab(); };
-    const auto patience = [this] { return Clock::now() + (lost_ ? kPatienceIfLost : kPatience); };
-    limit = std::min(limit, patience());
+    const auto deadline = [this] {
+        return Clock::now() + (lost_ ? kStopTimeoutIfLost : kStopTimeout);
+    };
+    limit = std::min(limit, deadline());
     while (!isOver() && Clock::now() < limit) {
         if (inCallback_)
-            limit = patience();
+            limit = deadline();
         lock.unlock();
         device_.wake();
         lock.lock();
@@ -90,7 +93,7 @@ Clock::time_point Acquisition::waitUntilStopped(Clock::time_point limit)
     return limit;
 }
 
-/// True while an idle grab runs that has been given up. Under the lock.
+/// True while a cancelled idle grab still runs. Under the lock.
 bool Acquisition::endsIdleGrab() const { return idleGrab_ && shotEpoch_ != epoch_; }
 
 void Acquisition::stop()
@@ -99,7 +102,7 @@ void Acquisition::stop()
         const Lock lock(mutex_);
         askToStop();
     }
-    waitUntilStopped(Clock::now() + kPatience);
+    waitUntilStopped(Clock::now() + kStopTimeout);
 }
 
 void Acquisition::endSession(std::uint64_t session)
@@ -121,19 +124,21 @@ void Acquisition::beginClose()
 void Acquisition::close()
 {
     beginClose();
-    waitUntilStopped(Clock::now() + kPatience);
+    waitUntilStopped(Clock::now() + kStopTimeout);
 }
 
 void Acquisition::leave() noexcept
 {
     beginClose();
     const Lock lock(mutex_);
-    device_.wake(); // under the lock: without it this object may be gone
+    device_.wake(); // under the lock: after it is released, serve() may end and this object be
+                    // destroyed
     leaving_ = true;
     changed_.notify_all();
 }
 
-/// Wakes the device until an idle grab has given up or `over`. The epoch has been raised before.
+/// Wakes the device until the cancelled idle grab has ended or `over` is true. Increment the epoch
+/// first.
 void Acquisition::endIdleGrab(Lock &lock, const std::function<bool()> &over)
 {
     changed_.notify_all();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Grabs: the next frame of a running stream, or an image taken for the purpose.
+// Grabs: the next frame of a running stream, or an image taken on its own.
 #include "library/core/Acquisition.h"
 
 namespace orvalis {
@@ -8,8 +8,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A write goes on after this even if the device does not let go of its grab.
-constexpr auto kWriterPatience = 500ms;
+/// A write stops waiting for the device to cancel a grab after this time.
+constexpr auto kWriterTimeout = 500ms;
 
 GrabbedImage grabbed(const std::shared_ptr<Frame> &frame)
 {
@@ -22,10 +22,10 @@ GrabbedImage grabbed(const std::shared_ptr<Frame> &frame)
 OResult Acquisition::grab(GrabbedImage &image, Clock::time_point deadline)
 {
     if (onDeliveryThread())
-        return ORVALIS_ERROR_TIMEOUT; // the next frame cannot come before this call returns
+        return ORVALIS_ERROR_TIMEOUT; // no frame arrives before this callback returns
     Lock lock(mutex_);
-    // Nothing but a close ends this wait: a grab that went on while the stream starts would take
-    // the camera away from it.
+    // Only a close ends this wait: an idle grab while the stream starts would take the camera from
+    // it.
     const bool settled = changed_.wait_until(lock, deadline, [&] {
         return closed_ || (state_ != State::Starting && state_ != State::Stopping);
     });
@@ -78,7 +78,7 @@ OResult Acquisition::grabIdle(Lock &lock, GrabbedImage &image, Clock::time_point
         image = std::move(shot->image);
         return shot->result;
     }
-    if (shot_ == shot) { // not begun
+    if (shot_ == shot) { // the camera's thread has not taken it
         shot_ = nullptr;
         idleGrab_ = false;
         changed_.notify_all();
@@ -91,7 +91,7 @@ Acquisition::WriteScope::WriteScope(Acquisition &acquisition) : acquisition_(acq
     Lock lock(acquisition_.mutex_);
     ++acquisition_.writers_;
     ++acquisition_.epoch_;
-    const Clock::time_point limit = Clock::now() + kWriterPatience;
+    const Clock::time_point limit = Clock::now() + kWriterTimeout;
     acquisition_.endIdleGrab(lock, [&] { return Clock::now() >= limit; });
 }
 

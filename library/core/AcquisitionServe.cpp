@@ -16,12 +16,12 @@ namespace {
 using namespace std::chrono_literals;
 
 /// How long nextImage() waits at a time; wake() ends a wait sooner.
-constexpr auto kImagePatience = 500ms;
-/// A device that fails at once, again and again, must not keep a processor busy.
-constexpr auto kAfterError = 20ms;
+constexpr auto kImageTimeout = 500ms;
+/// Pause after an error, so that a device that fails immediately does not keep a processor busy.
+constexpr auto kPauseAfterError = 20ms;
 
-/// Whose thread the present one is.
-thread_local const Acquisition *t_serving = nullptr;
+/// The object that the current thread serves.
+thread_local const Acquisition *t_served = nullptr;
 
 GrabbedImage grabbed(const RawImage &image)
 {
@@ -40,7 +40,7 @@ GrabbedImage grabbed(const RawImage &image)
     return result;
 }
 
-/// The result of `call`, which may throw.
+/// Calls `call` and translates exceptions.
 template <typename Call> OResult resultOf(Call call) noexcept
 {
     try {
@@ -54,11 +54,11 @@ template <typename Call> OResult resultOf(Call call) noexcept
 
 } // namespace
 
-bool Acquisition::onDeliveryThread() const { return t_serving == this; }
+bool Acquisition::onDeliveryThread() const { return t_served == this; }
 
 void Acquisition::serve()
 {
-    t_serving = this;
+    t_served = this;
     Lock lock(mutex_);
     for (;;) {
         changed_.wait(lock, [this] { return leaving_ || start_ || shot_; });
@@ -71,7 +71,7 @@ void Acquisition::serve()
     }
 }
 
-/// From Starting to Idle. `lock` is released while the camera is at work.
+/// Runs one stream, from Starting to Idle. Releases `lock` while it calls the device.
 void Acquisition::runStream(Lock &lock)
 {
     const std::shared_ptr<Start> order = std::exchange(start_, nullptr);
@@ -129,14 +129,14 @@ void Acquisition::deliverFrames()
     while (!stopAsked()) {
         RawImage image;
         const OResult result =
-            resultOf([&] { return device_.nextImage(image, Clock::now() + kImagePatience); });
+            resultOf([&] { return device_.nextImage(image, Clock::now() + kImageTimeout); });
         if (result == ORVALIS_OK) {
             deliver(image);
         } else if (result == ORVALIS_ERROR_CONNECTION_LOST) {
             lost_ = true;
             return;
         } else if (result != ORVALIS_ERROR_TIMEOUT) {
-            pauseUnlessStopped(kAfterError);
+            pauseUnlessStopped(kPauseAfterError);
         }
     }
 }
@@ -148,7 +148,7 @@ void Acquisition::endStream() noexcept
         return ORVALIS_OK;
     });
     if (result != ORVALIS_OK)
-        debugPrint("the stream could not be stopped");
+        debugPrint("stopping the stream failed");
 }
 
 void Acquisition::deliver(const RawImage &image)
@@ -165,7 +165,7 @@ void Acquisition::deliver(const RawImage &image)
         }
         ring_.deliver(frame, now);
     } catch (...) { // mostly std::bad_alloc
-        debugPrint("frame dropped: no memory for it");
+        debugPrint("frame dropped: out of memory");
         if (frame)
             ring_.giveBack(std::move(frame));
         return;
@@ -176,8 +176,8 @@ void Acquisition::deliver(const RawImage &image)
     }
 }
 
-/// Hands the frame to the grabs that wait for it. False if the stream was stopped meanwhile; else
-/// stop() waits from now on for callbackReturned().
+/// Publishes the frame to waiting grabs. False if the stream has been stopped; otherwise stop()
+/// waits for callbackReturned() from now on.
 bool Acquisition::publish(const std::shared_ptr<Frame> &frame)
 {
     const Lock lock(mutex_);
@@ -197,7 +197,7 @@ void Acquisition::callbackReturned()
     inCallback_ = false;
 }
 
-/// Takes an image for a grab; `lock` is released meanwhile.
+/// Takes an image for an idle grab. Releases `lock` meanwhile.
 void Acquisition::takeShot(Lock &lock)
 {
     const std::shared_ptr<Shot> shot = std::exchange(shot_, nullptr);
@@ -218,7 +218,7 @@ void Acquisition::takeShot(Lock &lock)
     changed_.notify_all();
 }
 
-/// Device::takeImage() without the wakes that were meant for somebody else.
+/// Calls Device::takeImage() again after a wake() that was not meant for this grab.
 OResult Acquisition::takeImage(RawImage &image, const Shot &shot)
 {
     const auto givenUp = [&] { return epoch_ != shot.epoch; };

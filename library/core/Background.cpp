@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Threads that outlive the calls that began them.
+// Threads that outlive the calls that start them.
 #include "library/core/Background.h"
 
 #include <new>
@@ -18,7 +18,7 @@ Background::~Background()
 {
     for (Job &job : jobs_) {
         if (job.thread.get_id() == std::this_thread::get_id())
-            job.thread.detach(); // exit() was called on it: it never comes back
+            job.thread.detach(); // exit() was called on this thread: it cannot join itself
         else
             job.thread.join();
     }
@@ -31,7 +31,7 @@ void Background::run(std::function<void()> job)
     try {
         entry.thread = std::thread([job = std::move(job), &entry]() mutable {
             job();
-            job = nullptr; // what it holds ends here, not with the thread
+            job = nullptr; // release captures now: the thread object lives on until a join
             entry.ended = true;
         });
     } catch (const std::system_error &) {
@@ -46,7 +46,7 @@ void Background::run(std::function<void()> job)
         ended.thread.join();
 }
 
-/// Under the lock.
+/// Removes finished jobs from the list. Under the lock.
 Background::Jobs Background::takeEnded()
 {
     Jobs ended;

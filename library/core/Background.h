@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Threads that outlive the calls that began them.
+// Threads that outlive the calls that start them.
 #pragma once
 
 #include <atomic>
@@ -10,11 +10,11 @@
 
 namespace orvalis {
 
-/// Runs what may wait for a camera or a network, each job on a thread of its own, so that no caller
-/// of the library waits for it. All are joined in the end. Any thread.
+/// Runs jobs that may block on a camera or a network, each on its own thread, so that callers of
+/// the library do not wait. The destructor joins all threads. Any thread.
 class Background {
 public:
-    /// The one of the process; it ends after the library.
+    /// The process-wide instance; destroyed after the Library.
     static Background &instance();
     Background() = default;
     /// Waits for all jobs.
@@ -22,7 +22,8 @@ public:
     Background(const Background &) = delete;
     Background &operator=(const Background &) = delete;
 
-    /// Begins `job`, which throws nothing. Throws std::bad_alloc if the system has no thread left.
+    /// Starts `job`, which must not throw. Throws std::bad_alloc if the system cannot create a
+    /// thread.
     void run(std::function<void()> job);
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The back ends that cameras are looked for on.
+// The back ends in use, as one bus.
 #include "library/core/Bus.h"
 
 #include "library/core/Debug.h"
@@ -52,35 +52,35 @@ Backends makeBackends(std::string_view list)
 Bus::Bus(Backends backends)
 {
     for (auto &backend : backends) {
-        seats_.push_back(std::make_unique<Seat>());
-        seats_.back()->backend = std::move(backend);
+        entries_.push_back(std::make_unique<Entry>());
+        entries_.back()->backend = std::move(backend);
     }
 }
 
 bool Bus::discoversAtOnce(std::size_t index) const
 {
-    return seats_[index]->backend->discoversAtOnce();
+    return entries_[index]->backend->discoversAtOnce();
 }
 
 bool Bus::discover(std::size_t index, std::vector<DeviceDescription> &found)
 {
-    Seat &seat = *seats_[index];
+    Entry &entry = *entries_[index];
     try {
-        const std::lock_guard lock(seat.discovering);
-        found = seat.backend->discover();
+        const std::lock_guard lock(entry.discovering);
+        found = entry.backend->discover();
         return true;
     } catch (const std::exception &problem) {
-        debugPrint("%s: %s", std::string(seat.backend->name()).c_str(), problem.what());
+        debugPrint("%s: %s", std::string(entry.backend->name()).c_str(), problem.what());
         return false;
     }
 }
 
 OResult Bus::open(const std::string &id, std::unique_ptr<Device> &device)
 {
-    for (const auto &seat : seats_) {
-        const OResult result = seat->backend->open(id, device);
+    for (const auto &entry : entries_) {
+        const OResult result = entry->backend->open(id, device);
         if (result != ORVALIS_ERROR_NOT_FOUND) {
-            debugPrint("open %s on %s: %d", id.c_str(), std::string(seat->backend->name()).c_str(),
+            debugPrint("open %s on %s: %d", id.c_str(), std::string(entry->backend->name()).c_str(),
                        result);
             return result;
         }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::uint32_t kMono12 = 0x01100005;
 
-/// How frames of a format are delivered and reported.
+/// The pixel format code of delivered frames.
 std::uint32_t deliveredCode(const PresentFormat &present)
 {
     if (!present.format)

@@ -16,54 +16,55 @@
 
 namespace orvalis {
 
-/// An open camera. Every function may be called from any thread. A call in flight holds a
-/// shared_ptr, so that the camera outlives it when another thread closes it.
-///
-/// Each has a thread of its own from the first to the last, which streams, grabs, and destroys the
-/// camera when the last shared_ptr has gone: to leave a camera that does not answer takes seconds,
-/// and the last one to let go may be that very thread, inside the callback.
+/// An open camera. Every function may be called from any thread. A call in progress holds a
+/// shared_ptr, so the camera outlives the call when another thread closes it.
+/// | Each camera has a thread that streams, grabs, and destroys the camera after the last
+/// shared_ptr is released. The destruction happens there because disconnecting from a camera that
+/// does not answer takes seconds, and because the last shared_ptr may be released on that thread,
+/// inside the callback.
 class Camera {
 public:
-    /// `bus` is whatever has to outlive `device`. Throws std::bad_alloc without a thread for it.
+    /// `bus` is kept alive as long as `device`. Throws std::bad_alloc if no thread can be created.
     static std::shared_ptr<Camera> create(std::unique_ptr<Device> device,
                                           std::shared_ptr<const void> bus);
     ~Camera() = default;
     Camera(const Camera &) = delete;
     Camera &operator=(const Camera &) = delete;
 
-    /// Who it is.
+    /// Names and serial number.
     const DeviceIdentity &identity() const { return device_->identity(); }
-    /// Good for as long as the camera, as are the three below.
+    /// Valid for the camera's lifetime, as are the three references below.
     Device &device() { return *device_; }
     /// The typed features.
     Features &features() { return features_; }
-    /// The names that can be chosen, one by one.
+    /// The lists of names, entry by entry.
     ChoiceLists &lists() { return lists_; }
     /// The stream and the grabs.
     Acquisition &acquisition() { return acquisition_; }
 
-    /// True if the camera was restarted: its ID may be opened again, this handle is of no use.
+    /// True if the connection is lost or the camera was restarted. Its ID may be opened again; this
+    /// handle is useless.
     bool lost() const { return lost_; }
-    /// From now on lost().
+    /// Sets lost().
     void markLost() { lost_ = true; }
-    /// Ready when nothing is left of the camera.
+    /// Ready when the camera has been destroyed.
     std::shared_future<void> gone() const { return gone_; }
 
     /// ORVALIS_ERROR_CONNECTION_LOST or ORVALIS_ERROR_DEVICE if the pixel format cannot be read.
     OResult cameraInfo(OCameraInfo &info);
-    /// `session` is the number of the library's session that the call belongs to.
+    /// `session` is the library session in which the call was made.
     OResult start(OFrameCallback callback, std::uint64_t session);
-    /// Restarts the camera, which is lost then.
+    /// Restarts the camera; on success it is lost().
     OResult reset();
-    /// Loads the maker's settings; ORVALIS_ERROR_ACCESS_DENIED while it streams.
+    /// Loads the factory settings; ORVALIS_ERROR_ACCESS_DENIED while it streams.
     OResult loadDefaults();
-    /// Writes one picture as RGB to the caller's planes, which are as large as the sensor.
+    /// Writes one image as RGB to the caller's plane, which is as large as the sensor.
     OResult grabRgb(OImageFrame &frame, std::uint32_t timeoutMs);
-    /// Writes one picture as the camera sent it to the caller's raw plane, as large as the sensor.
+    /// Writes one raw image to the caller's raw plane, which is as large as the sensor.
     OResult grabRaw(OImageFrame &frame, std::uint32_t timeoutMs);
 
-    /// Runs `access(nodes, name)` under the node lock, with the other spelling of the name if the
-    /// camera has that one only.
+    /// Runs `access(nodes, name)` under the node lock. Uses the other spelling of the name if the
+    /// camera has only that one.
     template <class Access> OResult withNode(std::string_view name, Access access)
     {
         const NodeAccess hold(device_->nodes(), nodesMutex_);
@@ -82,7 +83,7 @@ private:
     std::shared_ptr<const void> bus_;
     std::unique_ptr<Device> device_;
     std::atomic<bool> lost_{false};
-    std::mutex nodesMutex_; // one access to the nodes, selectors included
+    std::mutex nodesMutex_; // guards one access to the nodes, selectors included
     Features features_;
     ChoiceLists lists_{features_};
     Acquisition acquisition_;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The lists of names that programs read entry by entry.
+// Cached lists of names, which programs read entry by entry.
 #include "library/core/ChoiceLists.h"
 
 namespace orvalis {

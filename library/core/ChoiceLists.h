@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The lists of names that programs read entry by entry.
+// Cached lists of names, which programs read entry by entry.
 #pragma once
 
 #include "library/core/Features.h"
@@ -13,21 +13,22 @@
 
 namespace orvalis {
 
-/// To read a list from a camera takes a round trip for many of its entries. A program that asks for
-/// the number of names and then for each of them gets them all out of the list that was read for
-/// the number, until something is written to the camera, or its stream starts or stops. Any thread.
+/// Caches lists of names. Reading a list from a camera takes a round trip for many of its entries;
+/// a program asks for the number of names and then for each name. count() reads the list, and
+/// name() uses it until something is written to the camera or its stream starts or stops. Any
+/// thread.
 class ChoiceLists {
 public:
     explicit ChoiceLists(Features &features) : features_(features) {}
 
     /// Reads the list. Results as of Features::list().
     OResult count(Choice choice, bool streaming, std::int32_t &count);
-    /// A name of the list that was counted last; of one that is read now where the camera may have
-    /// changed since. ORVALIS_ERROR_NOT_FOUND for an index that it does not have.
+    /// Returns a name from the list that count() read last; reads the list again if the camera may
+    /// have changed since. ORVALIS_ERROR_NOT_FOUND for an index out of range.
     OResult name(Choice choice, bool streaming, std::int32_t index, std::string &name);
 
-    /// Something is written to the camera: to be called before and afterwards, so that no list
-    /// read meanwhile is kept.
+    /// Invalidates the lists. Call it before and after each write to the camera, so that no list
+    /// read during the write is kept.
     void changed() { ++revision_; }
 
 private:

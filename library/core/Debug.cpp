@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the library does, on standard error, for whoever sets ORVALIS_DEBUG=1.
+// Debug messages on standard error, enabled by ORVALIS_DEBUG=1.
 #include "library/core/Debug.h"
 
 #include <cstdarg>
@@ -27,7 +27,7 @@ void debugPrint(const char *format, ...)
     va_start(arguments, format);
     std::vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
-    // One call a line, so that lines of different threads do not mix.
+    // One call for each line, so that lines of different threads do not mix.
     std::fprintf(stderr, "OrvalisAPI: %s\n", line);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which cameras there are, without ever making a caller wait for a slow bus.
+// Finds cameras without blocking callers on a slow bus.
 #include "library/core/Discovery.h"
 
 #include "library/core/Background.h"
@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// From the end of one pass over the slow back ends to the next.
+/// The pause between two passes over the slow back ends.
 constexpr auto kBetweenPasses = 2s;
 
 std::uint64_t nextId()
@@ -25,7 +25,7 @@ std::uint64_t nextId()
     return ++last;
 }
 
-/// The snapshot of the present thread.
+/// The snapshot of the calling thread.
 struct Pinned {
     std::uint64_t discovery = 0;
     Clock::time_point taken{};
@@ -49,19 +49,20 @@ bool hasSlowBackend(const Bus &bus)
 
 } // namespace
 
-/// The look at the slow back ends: what the thread and its owner share.
+/// The background passes over the slow back ends: state shared by the thread and the Discovery.
 class Discovery::Watch {
 public:
     explicit Watch(std::shared_ptr<Bus> bus);
 
-    /// The thread. Ends after beginStop().
+    /// The thread function. Returns after beginStop().
     void run();
     void beginStop();
     void waitUntilEnded(Clock::time_point limit);
-    /// What a slow back end showed last.
+    /// The cameras that a slow back end listed last.
     std::vector<DeviceDescription> cameras(std::size_t index) const;
-    /// True if it has waited for the first pass, which may not have ended.
-    bool waitForFirstPass(std::chrono::milliseconds patience);
+    /// Waits until the first pass has ended, `timeout` at most. False if it had ended before the
+    /// call.
+    bool waitForFirstPass(std::chrono::milliseconds timeout);
 
 private:
     struct Known {
@@ -75,7 +76,7 @@ private:
 
     mutable std::mutex mutex_; // guards everything below
     std::condition_variable changed_;
-    std::vector<Known> known_; // one for each back end; of quick ones unused
+    std::vector<Known> known_; // one for each back end; unused for fast ones
     bool firstPassDone_ = false;
     bool stopping_ = false;
     bool ended_ = false;
@@ -117,12 +118,12 @@ std::vector<DeviceDescription> Discovery::Watch::cameras(std::size_t index) cons
     return known_[index].cameras;
 }
 
-bool Discovery::Watch::waitForFirstPass(std::chrono::milliseconds patience)
+bool Discovery::Watch::waitForFirstPass(std::chrono::milliseconds timeout)
 {
     std::unique_lock lock(mutex_);
     if (firstPassDone_)
         return false;
-    changed_.wait_for(lock, patience, [this] { return firstPassDone_ || stopping_; });
+    changed_.wait_for(lock, timeout, [this] { return firstPassDone_ || stopping_; });
     return true;
 }
 
@@ -136,12 +137,13 @@ void Discovery::Watch::pass()
             if (bus_->discover(i, found) && !keep(i, std::move(found)))
                 return;
         } catch (const std::bad_alloc &) {
-            debugPrint("no memory for what discovery found");
+            debugPrint("discovery: out of memory");
         }
     }
 }
 
-/// Cameras keep their places while others come and go. False if the pass should end.
+/// Stores what was found. Cameras keep their positions while others come and go. False if the pass
+/// should end.
 bool Discovery::Watch::keep(std::size_t index, std::vector<DeviceDescription> found)
 {
     const std::lock_guard lock(mutex_);
@@ -202,7 +204,7 @@ std::vector<DeviceDescription> Discovery::merge()
 Snapshot Discovery::take()
 {
     std::vector<DeviceDescription> cameras = merge();
-    if (cameras.empty() && watch_ && watch_->waitForFirstPass(kFirstPassPatience))
+    if (cameras.empty() && watch_ && watch_->waitForFirstPass(kFirstPassTimeout))
         cameras = merge();
     auto snapshot = std::make_shared<const std::vector<DeviceDescription>>(std::move(cameras));
     t_pinned = {id_, now_(), snapshot};

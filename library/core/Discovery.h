@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which cameras there are, without ever making a caller wait for a slow bus.
+// Finds cameras without blocking callers on a slow bus.
 #pragma once
 
 #include "library/core/Bus.h"
@@ -12,35 +12,36 @@
 
 namespace orvalis {
 
-/// Cameras in a stable order. Never changes once it is made.
+/// Cameras in a stable order. Immutable.
 using Snapshot = std::shared_ptr<const std::vector<DeviceDescription>>;
 
-/// Looks at the slow back ends again and again on a thread of its own, which may outlive this
-/// object by one pass, and at the quick ones when it is asked. Any thread.
+/// Queries the slow back ends periodically on a background thread, which may outlive this object by
+/// one pass, and the fast ones on request. Any thread.
 class Discovery {
 public:
-    /// How long the first look waits for back ends that have not answered yet.
-    static constexpr std::chrono::milliseconds kFirstPassPatience{1500};
-    /// How long present() shows a thread the list that it took.
+    /// How long the first take() waits for slow back ends.
+    static constexpr std::chrono::milliseconds kFirstPassTimeout{1500};
+    /// How long present() returns the snapshot that the calling thread took.
     static constexpr std::chrono::milliseconds kPinned{500};
-    /// The time, for tests to set.
+    /// A clock that tests can replace.
     using Now = std::function<Clock::time_point()>;
 
-    /// Begins to look at once. `now` tells for how long snapshots stay pinned.
+    /// Starts the first pass at once. `now` measures how long snapshots stay pinned.
     explicit Discovery(std::shared_ptr<Bus> bus, Now now = &Clock::now);
-    /// beginStop()
+    /// Calls beginStop().
     ~Discovery();
     Discovery(const Discovery &) = delete;
     Discovery &operator=(const Discovery &) = delete;
 
-    /// Takes a snapshot, and pins it for the calling thread. Waits only while nothing is known and
-    /// the first pass is under way.
+    /// Takes a snapshot, and pins it for the calling thread. Waits only while no camera is known
+    /// and the first pass is running.
     Snapshot take();
-    /// The snapshot that the calling thread reads names from.
+    /// The snapshot from which the calling thread reads names.
     Snapshot present();
-    /// Ends all waits, and the looking after the pass that runs now.
+    /// Ends all waits, and ends discovery after the current pass.
     void beginStop();
-    /// After beginStop(): waits for the end of that pass, until `limit` at most. A bus may hang.
+    /// After beginStop(): waits until `limit` at most for the end of the current pass. A bus may
+    /// hang.
     void waitUntilStopped(Clock::time_point limit);
 
 private:
@@ -50,7 +51,7 @@ private:
 
     const std::shared_ptr<Bus> bus_;
     const Now now_;
-    const std::uint64_t id_; // tells this object's snapshots from those of an earlier one
+    const std::uint64_t id_; // distinguishes this object's snapshots from those of an earlier one
     const std::shared_ptr<Watch> watch_;
 
     std::mutex mutex_; // guards newest_

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which nodes stand behind which typed feature. Standard names first, older ones after them.
+// The nodes of each typed feature: standard names first, then older ones.
 #include "library/core/FeatureTable.h"
 
 #include <cstddef>
@@ -9,7 +9,7 @@ namespace orvalis {
 
 namespace {
 
-/// Colour gains are carried in 1/1024, so that 1024 leaves the colour as it is.
+/// The interface has colour gains in units of 1/1024; 1024 leaves the colour unchanged.
 constexpr double kRatio = 1024;
 constexpr std::array<NumberNode, 12> kBalanceRatio{
     {{"BalanceRatio", kRatio}, {"BalanceRatioAbs", kRatio}, {"BalanceRatioRaw", 1}}};
@@ -29,7 +29,7 @@ constexpr NumberRow kNumbers[] = {
      .quantity = Quantity::Time},
     {.number = Number::AutoExposure,
      .nodes = {{{"AutoExposureTargetBrightness"},
-                {"AutoTargetBrightness", 100}, // a share of the full range
+                {"AutoTargetBrightness", 100}, // a fraction of the full range
                 {"AutoTargetValue"},
                 {"AutoExposureTargetGreyValue"},
                 {"ExpectedGrayValue"},
@@ -74,10 +74,10 @@ constexpr NumberRow kNumbers[] = {
                 {"LineDebouncerTimeRaw"},
                 {"LineDebouncerHighTimeAbs", 1, nullptr, "LineDebouncerLowTimeAbs"},
                 {"SyncInGlitchFilter", kNanosecond},
-                {"LineFilterWidth"}}}, // in steps of the camera's own, unless it names a unit
+                {"LineFilterWidth"}}}, // in camera-specific steps unless the node has a unit
      .selecting = Selecting::TriggerLine,
      .quantity = Quantity::Time},
-    // The strobe's own times first: a camera that has them may use its timers for something else.
+    // The strobe's own times first: a camera that has them may use its timers for other purposes.
     {.number = Number::StrobeDelay,
      .nodes = {{{"StrobeDelay"},
                 {"StrobeLineDelay"},
@@ -114,8 +114,8 @@ constexpr ChoiceRow kChoices[] = {
      {{"ActiveHigh", "ActiveLow"}}},
 };
 
-/// A line without a switch of its own is off while nothing drives it. An output that is not the
-/// strobe's is one of general purpose, which stays at its level.
+/// A line without its own switch is off while no source drives it. An output that is not used for
+/// the strobe is a general-purpose output ("GPO") at a constant level.
 constexpr SwitchRow kSwitches[] = {
     {Switch::TriggerEnable, {{{"TriggerMode"}}}},
     {Switch::StrobeEnable,

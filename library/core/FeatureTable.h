@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Which nodes stand behind which typed feature, by every name that cameras use.
+// The nodes of each typed feature, under all names that cameras use.
 #pragma once
 
 #include <array>
 
 namespace orvalis {
 
-/// Features with a number for a value.
+/// Features whose value is a number.
 enum class Number {
     Gain,
     Shutter,
@@ -28,7 +28,7 @@ enum class Number {
     StrobeDuration
 };
 
-/// Features that are one of a list of names.
+/// Features whose value is one of a list of names.
 enum class Choice {
     PixelFormat,
     WhiteBalance,
@@ -42,46 +42,46 @@ enum class Choice {
 /// Features that are on or off.
 enum class Switch { TriggerEnable, StrobeEnable };
 
-/// What has to be selected before a node means the feature.
+/// What must be selected before a node refers to the feature.
 enum class Selecting {
     Nothing,
     Red,
     Green,
     Blue,
-    Gain,        ///< the gain of the whole camera, where there are several
+    Gain,        ///< the gain of the whole camera, if there are several gains
     BlackLevel,  ///< likewise
-    TriggerLine, ///< the line that triggers come from, and its filter against short pulses
-    StrobeLine,  ///< the line that drives the lamp; any other output will not do
-    StrobeNode,  ///< the same for a node of the strobe itself, which may not belong to a line
-    StrobeTimer, ///< the same, and the timer behind that line
-    StrobeOutput ///< the output that the strobe is switched to, else the one that is selected
+    TriggerLine, ///< the trigger's input line, and its filter against short pulses
+    StrobeLine,  ///< the line that drives the lamp; no other output
+    StrobeNode,  ///< likewise, for a node that need not belong to a line
+    StrobeTimer, ///< likewise, and the timer that drives that line
+    StrobeOutput ///< the output with a strobe source, else the selected one
 };
 
-/// A node that may hold a number.
+/// A candidate node for a number.
 struct NumberNode {
     const char *name = nullptr;
-    double unitsPerNodeUnit = 1; ///< the interface's value is the node's value times this
-    const char *base = nullptr;  ///< and times the value of this node, where the camera has it
-    const char *twin = nullptr;  ///< a node that is set to the same value, as far as it goes
+    double unitsPerNodeUnit = 1; ///< interface value = node value * this
+    const char *base = nullptr;  ///< ... * the value of this node, if the camera has it
+    const char *twin = nullptr;  ///< a node set to the same value, clamped to its bounds
 };
 
-/// How a number crosses the interface.
+/// The type of a number in the interface.
 enum class Rounding { Integer, Float };
 
-/// What a number is in the interface. Times are in microseconds, whatever unit a node names.
+/// The physical quantity. Times in the interface are microseconds, whatever the unit of the node.
 enum class Quantity { Plain, Time };
 
-/// A switch that has to be on before a number counts.
+/// A switch that must be on for a number to take effect.
 struct EnableNode {
     const char *name = nullptr; ///< a boolean, or an enumeration
-    const char *on = "On"; ///< entry that means on; the first one but `off` where it is missing
+    const char *on = "On"; ///< entry that means on; if missing, the first entry other than `off`
     const char *off = "Off";
-    /// Stays as it is for the number that the camera has already: a panel that sends back what it
-    /// has read must not change where the camera takes the number from.
+    /// Leave the switch unchanged if the number does not change: a panel that sends back a value
+    /// that it has read must not change the source of that value.
     bool onlyForChanges = false;
 };
 
-/// Where a number is found on a camera.
+/// The nodes of a number.
 struct NumberRow {
     Number number;
     std::array<NumberNode, 12> nodes; ///< the first one that the camera has
@@ -92,29 +92,29 @@ struct NumberRow {
     Quantity quantity = Quantity::Plain;
 };
 
-/// A node that may hold a choice of names: an enumeration, or a boolean for two names.
+/// A candidate node for a choice of names: an enumeration, or a boolean for two names.
 struct ChoiceNode {
     const char *name = nullptr;
     Selecting selecting = Selecting::Nothing;
 };
 
-/// Where a choice of names is found on a camera.
+/// The nodes of a choice of names.
 struct ChoiceRow {
     Choice choice;
     std::array<ChoiceNode, 3> nodes;            ///< the first one that the camera has
-    std::array<const char *, 2> booleanNames{}; ///< what false and true of a boolean are called
+    std::array<const char *, 2> booleanNames{}; ///< names of false and true of a boolean
 };
 
-/// A node that switches a feature.
+/// A candidate node for a switch.
 struct SwitchNode {
     const char *name = nullptr; ///< a boolean, or an enumeration
     Selecting selecting = Selecting::Nothing;
-    const char *on = "On"; ///< entry to switch on with; the first one but `off` where it is missing
+    const char *on = "On"; ///< entry that switches on; if missing, the first entry other than `off`
     const char *off = "Off";
-    bool onlyOnIsOn = false; ///< other entries than `on` mean off; else all but `off` mean on
+    bool onlyOnIsOn = false; ///< true: only `on` means on; false: every entry except `off` means on
 };
 
-/// Where a switch is found on a camera. The trigger's is more than a node: FeaturesTrigger.cpp.
+/// The nodes of a switch. The trigger needs more: FeaturesTrigger.cpp.
 struct SwitchRow {
     Switch which;
     std::array<SwitchNode, 4> nodes; ///< the first one that the camera has
@@ -124,7 +124,7 @@ const NumberRow &row(Number number);
 const ChoiceRow &row(Choice choice);
 const SwitchRow &row(Switch which);
 
-/// The other spelling of a node's name that means the same; null if it has none.
+/// An equivalent name of a node; null if there is none.
 const char *otherSpelling(const char *name);
 
 } // namespace orvalis

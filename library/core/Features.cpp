@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The typed features that are numbers.
+// Typed features: numbers.
 #include "library/core/Features.h"
 
 #include "library/core/Selection.h"
@@ -31,7 +31,7 @@ NumberValue inInterfaceUnits(const FloatValue &node, double units, Rounding roun
             rounded(node.maximum * units, rounding), false};
 }
 
-/// Microseconds in a unit of time; 0 for any other text.
+/// The length of a unit of time in microseconds; 0 for any other text.
 double microsecondsIn(std::string_view unit)
 {
     constexpr struct {
@@ -46,7 +46,8 @@ double microsecondsIn(std::string_view unit)
     return 0;
 }
 
-/// Down to the increment, with some tolerance for steps like 0.1 that binary cannot hold.
+/// Rounds down to the increment, with a tolerance for steps such as 0.1 that have no exact binary
+/// form.
 double aligned(double value, const FloatValue &bounds)
 {
     if (!(bounds.increment > 0))
@@ -57,7 +58,7 @@ double aligned(double value, const FloatValue &bounds)
 
 } // namespace
 
-/// What a node is; ORVALIS_ERROR_NOT_SUPPORTED if the camera cannot do anything with it at present.
+/// Reads a node's description; ORVALIS_ERROR_NOT_SUPPORTED if the node is not usable at present.
 OResult Features::inspect(const char *name, NodeInfo &info)
 {
     const OResult result = nodes_.info(name, info);
@@ -86,8 +87,8 @@ OResult Features::locate(const NumberRow &wanted, Located &found)
     return ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
-/// A unit that the camera names counts more than the table; a base more than a unit, as raw values
-/// are often described with the unit of what they stand for.
+/// A time unit that the node names takes precedence over the table. A base node takes precedence
+/// over the unit, because the description often gives a raw value the unit of the converted value.
 double Features::unitsOf(const NumberRow &wanted, const NumberNode &node, const NodeInfo &info)
 {
     FloatValue base;
@@ -136,8 +137,8 @@ OResult Features::readPresent(const NumberRow &wanted, NumberValue &value)
     return result == ORVALIS_ERROR_NOT_SUPPORTED ? readHidden(wanted, value) : result;
 }
 
-/// A number that is not available while its switch is off has a value and bounds all the same. To
-/// put the switch on for reading would change how the camera works.
+/// Reads a number that is not available while its switch is off. It still has a value and bounds;
+/// switching it on in order to read them would change how the camera operates.
 OResult Features::readHidden(const NumberRow &wanted, NumberValue &value)
 {
     if (!isSwitchedOff(wanted))
@@ -157,7 +158,7 @@ OResult Features::readHidden(const NumberRow &wanted, NumberValue &value)
     return ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
-/// Writes a value that lies within the rounded bounds, hence at most half a unit outside the true
+/// Writes a value that is within the rounded bounds, hence at most half a unit outside the exact
 /// ones.
 OResult Features::write(const NumberRow &wanted, const Located &node, double value)
 {
@@ -166,21 +167,21 @@ OResult Features::write(const NumberRow &wanted, const Located &node, double val
         IntegerValue now;
         if (const OResult result = nodes_.getInteger(node.name, now); result != ORVALIS_OK)
             return result;
-        // Features of the interface have at most 32 bits, so nothing is cut here.
+        // Numbers of the interface have at most 32 bits, so nothing overflows here.
         const auto integer = static_cast<std::int64_t>(std::llround(target));
         return nodes_.setInteger(node.name, std::clamp(integer, now.minimum, now.maximum));
     }
     FloatValue now;
     if (const OResult result = nodes_.getFloat(node.name, now); result != ORVALIS_OK)
         return result;
-    // A number that was read and is written back leaves the camera's finer value as it is.
+    // Writing back a value that was read preserves the camera's more precise value.
     if (rounded(now.value * node.units, wanted.rounding) == value)
         return nodes_.setFloat(node.name, now.value);
     const double bounded = std::clamp(target, now.minimum, std::max(now.minimum, now.maximum));
     return nodes_.setFloat(node.name, aligned(bounded, now));
 }
 
-/// What goes with a number follows it as far as it can; the number itself is what counts.
+/// Sets the accompanying node, best effort: the result depends on the number alone.
 void Features::writeTwin(const Located &node, double value)
 {
     NumberRow row{};
@@ -232,7 +233,7 @@ SwitchNode switchOf(const EnableNode &node)
 
 } // namespace
 
-/// Whether the camera has a switch for the number, and it is off.
+/// Whether the camera has a switch for the number that is off.
 bool Features::isSwitchedOff(const NumberRow &wanted)
 {
     for (const EnableNode &enable : wanted.enables) {
@@ -247,7 +248,8 @@ bool Features::isSwitchedOff(const NumberRow &wanted)
     return false;
 }
 
-/// Puts on what has to be on. A camera without a switch, or with one that is locked, may do anyway.
+/// Switches on the number's switches, best effort: a camera whose switch is missing or locked may
+/// accept the number anyway.
 void Features::enable(const NumberRow &wanted, bool changes, std::vector<Enabled> &enabled)
 {
     for (const EnableNode &enable : wanted.enables) {
@@ -318,7 +320,7 @@ OResult Features::set(Number number, double value, bool automatic)
     return setValue(wanted, value);
 }
 
-/// ORVALIS_OK also where the camera does not tell its bounds before the feature is switched on.
+/// ORVALIS_OK also if the camera does not report bounds until the feature is switched on.
 OResult Features::checkRange(const NumberRow &wanted, double value, bool &changes)
 {
     NumberValue now;
@@ -332,7 +334,7 @@ OResult Features::checkRange(const NumberRow &wanted, double value, bool &change
 
 OResult Features::setValue(const NumberRow &wanted, double value)
 {
-    // Before anything is switched: a value that is refused leaves the camera as it was.
+    // Check before switching anything: a refused value must leave the camera unchanged.
     bool changes = true;
     if (const OResult result = checkRange(wanted, value, changes); result != ORVALIS_OK)
         return result;

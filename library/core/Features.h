@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The typed features of a camera: gain, trigger, region and so on, as a thin view of its nodes.
+// The typed features of a camera (gain, trigger, region and so on), a thin view of its nodes.
 #pragma once
 
 #include "library/convert/PixelFormat.h"
@@ -14,7 +14,7 @@
 
 namespace orvalis {
 
-/// A number and its bounds in the units of the interface, rounded as it asks.
+/// A number and its bounds in interface units, rounded to the interface's type.
 struct NumberValue {
     double value = 0;
     double minimum = 0;
@@ -22,55 +22,57 @@ struct NumberValue {
     bool automatic = false;
 };
 
-/// What the camera is set to send.
+/// The present pixel format.
 struct PresentFormat {
     std::string name;
     std::uint32_t code = 0;              ///< PFNC
     const PixelFormat *format = nullptr; ///< null if the library does not know it
 };
 
-/// Every function may be called from any thread; one at a time reaches the camera, so that
-/// selectors and the values behind them belong together. Results are those of OrvalisAPI.h; a
-/// feature that the camera lacks is ORVALIS_ERROR_NOT_SUPPORTED. After a failure outputs are
+/// Every function may be called from any thread. Each holds the node lock, so that selectors and
+/// the values that they select stay consistent. Results are those of OrvalisAPI.h;
+/// ORVALIS_ERROR_NOT_SUPPORTED for a feature that the camera lacks. After a failure, outputs are
 /// unchanged.
 class Features {
 public:
-    /// `nodes` and `mutex`, the camera's node lock, outlive this object.
+    /// `nodes` and `mutex`, the camera's node lock, must outlive this object.
     Features(NodeMap &nodes, std::mutex &mutex) : nodes_(nodes), mutex_(mutex) {}
 
-    /// ORVALIS_ERROR_NOT_SUPPORTED for what this camera does not have, here and below.
+    /// Reads value, bounds and automatic mode.
     OResult get(Number number, NumberValue &value);
-    /// The same for one part; whether it is automatic belongs to the value.
+    /// Reads one part; the automatic mode belongs to the value.
     OResult get(Number number, NumberPart part, NumberValue &value);
-    /// Only a feature with an automatic control can be `automatic`; `value` does not count then.
+    /// `automatic` is supported only for features with an automatic mode, and `value` is ignored
+    /// then.
     OResult set(Number number, double value, bool automatic = false);
 
-    /// The names that can be chosen at present.
+    /// The names that are available at present.
     OResult list(Choice choice, std::vector<std::string> &names);
-    /// The name that is chosen.
+    /// The present name.
     OResult get(Choice choice, std::string &name);
-    /// ORVALIS_ERROR_NOT_FOUND for a name that is not offered at present. Another trigger mode
-    /// takes the trigger's switch along.
+    /// ORVALIS_ERROR_NOT_FOUND for a name that is not available at present. If the trigger is on,
+    /// another trigger mode switches it on for the new mode and off for the old one.
     OResult set(Choice choice, std::string_view name);
 
-    /// Whether the switch is on. The trigger is on if it is for any entry of TriggerSelector.
+    /// Whether the switch is on. The trigger is on if TriggerMode is on for any entry of
+    /// TriggerSelector.
     OResult get(Switch which, bool &on);
-    /// Switches on or off: the trigger on for the entry that is chosen and off for every other one,
-    /// or off for all of them.
+    /// Switches on or off. For the trigger, "on" switches on the selected entry of TriggerSelector
+    /// and switches off all others; "off" switches off all entries.
     OResult set(Switch which, bool on);
 
-    /// By the command that its source calls for. Nothing happens, with ORVALIS_OK, where the
-    /// trigger is not set up for software, or not `streaming`.
+    /// Executes the command that belongs to the trigger source. Does nothing and returns ORVALIS_OK
+    /// if the trigger is not set up for software, or if not `streaming`.
     OResult fireSoftwareTrigger(bool streaming);
-    /// Loads the maker's settings.
+    /// Loads the factory settings.
     OResult loadDefaults();
 
     /// ORVALIS_ERROR_DEVICE for a camera without region nodes.
     OResult getRegion(OSizeInfo &size);
-    /// Takes the nearest region that the camera can do; after a failure the old one holds.
+    /// Sets the nearest region that the camera supports; after a failure the old region applies.
     OResult setRegion(const OSizeInfo &size);
 
-    /// ORVALIS_ERROR_DEVICE if the camera names no entry of its own list.
+    /// ORVALIS_ERROR_DEVICE if the camera's present entry is not in its own list.
     OResult presentFormat(PresentFormat &present);
 
 private:
@@ -80,7 +82,8 @@ private:
         const char *twin = nullptr;
         NodeInfo info{};
     };
-    /// A switch that was put on for a number, to be put off again if the number is refused.
+    /// A switch that was switched on for a number, to be switched off again if the camera refuses
+    /// the number.
     struct Enabled {
         Located node;
         const EnableNode *wanted = nullptr;
@@ -113,7 +116,7 @@ private:
     OResult readTrigger(bool &on);
     OResult writeTrigger(Selection &selection, const std::string &entry, bool on);
     OResult findTriggers(std::vector<std::string> &on);
-    OResult leaveOn(const std::string *wanted, const std::vector<std::string> &on);
+    OResult switchOnOnly(const std::string *wanted, const std::vector<std::string> &on);
     OResult getTrigger(bool &on);
     OResult setTrigger(bool on);
     OResult setTriggerMode(std::string_view name);

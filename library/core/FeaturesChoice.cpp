@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The typed features that are names and switches, and user sets.
+// Typed features: names and switches; user sets.
 #include "library/core/Features.h"
 #include "library/core/Selection.h"
 
@@ -14,8 +14,8 @@ bool isSwitch(const NodeInfo &info)
 
 } // namespace
 
-/// Finds the node with its selectors turned; ORVALIS_ERROR_NOT_SUPPORTED where the camera has it
-/// not, or not for what is to be selected.
+/// Sets the selectors and finds the node. ORVALIS_ERROR_NOT_SUPPORTED if the camera lacks the node
+/// or what must be selected.
 template <class Node>
 OResult Features::locateSwitch(const Node &wanted, Selection &selection, Located &found)
 {
@@ -34,7 +34,7 @@ OResult Features::locateSwitch(const Node &wanted, Selection &selection, Located
     return result;
 }
 
-/// Finds the choice's node and returns what `body` does with row and node.
+/// Finds the choice's node and returns the result of `body(row, node)`.
 template <class Body> OResult Features::withChoice(Choice choice, Body body)
 {
     const NodeAccess access(nodes_, mutex_);
@@ -125,7 +125,7 @@ OResult Features::writeSwitch(const Located &node, const SwitchNode &wanted, boo
     return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;
 }
 
-/// Finds the switch's node and returns what `body` does with it.
+/// Finds the switch's node and returns the result of `body(row, node)`.
 template <class Body> OResult Features::withSwitch(Switch which, Body body)
 {
     const NodeAccess access(nodes_, mutex_);
@@ -168,9 +168,9 @@ OResult Features::loadDefaults()
     if (result != ORVALIS_OK)
         return result;
     Selection selection(nodes_, &strobeLine_);
-    result = selection.turn("UserSetSelector", "Default");
+    result = selection.setSelector("UserSetSelector", "Default");
     if (result == ORVALIS_ERROR_NOT_FOUND)
-        result = selection.turn("UserSetSelector", "Factory");
+        result = selection.setSelector("UserSetSelector", "Factory");
     if (result != ORVALIS_OK)
         return result == ORVALIS_ERROR_NOT_FOUND ? ORVALIS_ERROR_NOT_SUPPORTED : result;
     return nodes_.execute("UserSetLoad");

@@ -13,9 +13,9 @@ namespace {
 struct Axis {
     const char *offset;
     const char *size;
-    const char *whole;      ///< the extent that regions lie in
-    const char *sensor;     ///< without it: the pixels of the sensor,
-    const char *reduced[2]; ///< divided by what makes one out of several
+    const char *whole;      ///< the largest extent of a region
+    const char *sensor;     ///< if that is missing: the sensor's pixels ...
+    const char *reduced[2]; ///< ... divided by binning and decimation
 };
 
 constexpr Axis kHorizontal{
@@ -35,7 +35,7 @@ std::int32_t narrow(std::int64_t value)
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
 }
 
-/// The nearest value that the node takes: into the bounds, then down to the increment.
+/// The nearest value that the node accepts: clamped to the bounds, rounded down to the increment.
 std::int64_t nearest(std::int64_t wanted, const IntegerValue &node)
 {
     if (node.maximum <= node.minimum)
@@ -51,7 +51,7 @@ bool isWritable(NodeMap &nodes, const char *name)
     return nodes.info(name, info) == ORVALIS_OK && info.access == ORVALIS_ACCESS_READ_WRITE;
 }
 
-/// The extent that regions lie in at present; 0 where the camera does not name it.
+/// The largest extent of a region at present; 0 if the camera does not report it.
 std::int64_t readWhole(NodeMap &nodes, const Axis &axis)
 {
     IntegerValue whole;
@@ -75,7 +75,7 @@ OResult readSpan(NodeMap &nodes, const Axis &axis, Span &span)
     IntegerValue offset;
     const OResult result = nodes.getInteger(axis.offset, offset);
     if (result == ORVALIS_ERROR_CONNECTION_LOST)
-        return result; // any other failure: a camera whose regions begin at 0
+        return result; // any other failure: the camera has no offset, regions begin at 0
     span = {offset.value, size.value, 0};
     const std::int64_t whole = readWhole(nodes, axis);
     span.whole = whole > 0 ? whole : std::max(size.maximum, span.offset + span.size);
@@ -93,7 +93,7 @@ OResult setNearest(NodeMap &nodes, const char *name, std::int64_t wanted,
     return value == node.value ? ORVALIS_OK : nodes.setInteger(name, value);
 }
 
-/// The offset goes to its minimum first, so that every size fits, and to its place last, within the
+/// Sets the offset to its minimum first, so that every size fits, and to its value last, within the
 /// bounds that the size leaves.
 OResult writeSpan(NodeMap &nodes, const Axis &axis, const Span &span)
 {
@@ -104,20 +104,20 @@ OResult writeSpan(NodeMap &nodes, const Axis &axis, const Span &span)
         if (result != ORVALIS_OK)
             return result;
     }
-    const bool fixed = !isWritable(nodes, axis.size); // line cameras have one fixed direction
+    const bool fixed = !isWritable(nodes, axis.size); // line scan cameras have one fixed dimension
     const OResult sized = fixed ? ORVALIS_OK : setNearest(nodes, axis.size, span.size);
     if (sized != ORVALIS_OK)
         return sized;
     if (!hasOffset)
         return ORVALIS_OK;
-    // Some cameras let a region reach beyond the sensor.
+    // Some cameras accept a region that extends beyond the sensor.
     IntegerValue size;
     if (const OResult result = nodes.getInteger(axis.size, size); result != ORVALIS_OK)
         return result;
     return setNearest(nodes, axis.offset, span.offset, span.whole - size.value);
 }
 
-/// A camera without region nodes cannot be used at all.
+/// A camera without region nodes is unusable.
 OResult asDeviceError(OResult result)
 {
     const bool missing = result == ORVALIS_ERROR_NOT_FOUND || result == ORVALIS_ERROR_WRONG_TYPE ||
@@ -157,7 +157,7 @@ OResult Features::setRegion(const OSizeInfo &size)
     OResult result = readSpans(nodes_, x, y);
     if (result != ORVALIS_OK)
         return result;
-    // Offsets may be free while sizes are locked: nothing moves then.
+    // Offsets may be writable while sizes are locked: change nothing then.
     if (!isWritable(nodes_, kHorizontal.size) && !isWritable(nodes_, kVertical.size))
         return ORVALIS_ERROR_ACCESS_DENIED;
     result = writeSpan(nodes_, kHorizontal, {size.offsetX, size.width, x.whole});

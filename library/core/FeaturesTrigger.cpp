@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The trigger: whether it is on, which one it is, and firing it by software. A camera has a trigger
-// for each entry of TriggerSelector, and any of them that is on holds the camera back.
+// The trigger: its switch, its mode, and software triggering. A camera has one trigger for each
+// entry of TriggerSelector, and any trigger that is on suspends frames until it fires.
 #include "library/core/Features.h"
 #include "library/core/Selection.h"
 
@@ -27,8 +27,8 @@ bool hasCommand(NodeMap &nodes, const char *name, OResult &result)
 
 bool isSoftwareSignal(std::string_view source) { return source.starts_with("SoftwareSignal"); }
 
-/// Sources that software can fire: its own, and what stands for every source there is. A camera
-/// without a list of sources has no other.
+/// Sources that a software trigger fires: the software source, and sources that stand for all. An
+/// empty source means a camera without a list of sources.
 bool isFiredBySoftware(std::string_view source)
 {
     return source.empty() || source == "Software" || source == "All" || source == "Any" ||
@@ -37,7 +37,8 @@ bool isFiredBySoftware(std::string_view source)
 
 } // namespace
 
-/// Whether the entry that is selected is on. ORVALIS_ERROR_NOT_SUPPORTED if it has no trigger.
+/// Whether the trigger of the selected entry is on. ORVALIS_ERROR_NOT_SUPPORTED if it has no
+/// trigger.
 OResult Features::readTrigger(bool &on)
 {
     Located mode{kMode};
@@ -45,19 +46,19 @@ OResult Features::readTrigger(bool &on)
     return result == ORVALIS_OK ? readSwitch(mode, modeSwitch(), on) : result;
 }
 
-/// Switches the trigger of one entry, and leaves the selector turned to it. A camera without the
-/// selector has one trigger, of no name.
+/// Switches the trigger of one entry, and leaves that entry selected. `entry` is empty for a camera
+/// without the selector, which has one trigger.
 OResult Features::writeTrigger(Selection &selection, const std::string &entry, bool on)
 {
     Located mode{kMode};
-    OResult result = entry.empty() ? ORVALIS_OK : selection.turn(kSelector, entry);
+    OResult result = entry.empty() ? ORVALIS_OK : selection.setSelector(kSelector, entry);
     if (result == ORVALIS_OK)
         result = inspect(kMode, mode.info);
     return result == ORVALIS_OK ? writeSwitch(mode, modeSwitch(), on) : result;
 }
 
-/// The entries that are on, the present one first. ORVALIS_ERROR_NOT_SUPPORTED if no entry has a
-/// trigger.
+/// Finds the entries whose trigger is on, the selected one first. ORVALIS_ERROR_NOT_SUPPORTED if no
+/// entry has a trigger.
 OResult Features::findTriggers(std::vector<std::string> &on)
 {
     OResult result = ORVALIS_ERROR_NOT_SUPPORTED;
@@ -75,9 +76,9 @@ OResult Features::findTriggers(std::vector<std::string> &on)
     return walked == ORVALIS_OK ? result : walked;
 }
 
-/// Switches off what is `on`, and then `wanted` on, if there is one; some cameras refuse two at a
-/// time. After a failure the triggers are as before.
-OResult Features::leaveOn(const std::string *wanted, const std::vector<std::string> &on)
+/// Switches off the entries in `on`, then switches on `wanted` unless it is null; some cameras
+/// refuse two triggers at a time. After a failure the triggers are as before.
+OResult Features::switchOnOnly(const std::string *wanted, const std::vector<std::string> &on)
 {
     Selection selection(nodes_);
     OResult result = ORVALIS_OK;
@@ -89,7 +90,7 @@ OResult Features::leaveOn(const std::string *wanted, const std::vector<std::stri
         if (result == ORVALIS_OK)
             done.push_back(entry);
     }
-    // Also where it was on before: the entries of some cameras share one switch.
+    // Even if it was on before: the entries of some cameras share one switch.
     if (result == ORVALIS_OK && wanted)
         result = writeTrigger(selection, *wanted, true);
     if (result != ORVALIS_OK)
@@ -116,7 +117,7 @@ OResult Features::setTrigger(bool on)
     OResult result = findTriggers(found);
     if (result == ORVALIS_OK)
         result = readEntry(nodes_, kSelector, chosen);
-    return result == ORVALIS_OK ? leaveOn(on ? &chosen : nullptr, found) : result;
+    return result == ORVALIS_OK ? switchOnOnly(on ? &chosen : nullptr, found) : result;
 }
 
 OResult Features::setTriggerMode(std::string_view name)
@@ -140,19 +141,19 @@ OResult Features::setTriggerMode(std::string_view name)
     return result;
 }
 
-/// The entry that is selected takes over from those that are `on`.
+/// Moves the trigger from the entries in `on` to the selected entry.
 OResult Features::moveTrigger(const std::string &chosen, const std::vector<std::string> &on)
 {
     if (on.empty() || (on.size() == 1 && on.front() == chosen))
         return ORVALIS_OK;
     NodeInfo info;
     const OResult result = inspect(kMode, info);
-    if (result == ORVALIS_ERROR_NOT_SUPPORTED) // no trigger of its own: the others stay
+    if (result == ORVALIS_ERROR_NOT_SUPPORTED) // no trigger here
         return ORVALIS_OK;
-    return result == ORVALIS_OK ? leaveOn(&chosen, on) : result;
+    return result == ORVALIS_OK ? switchOnOnly(&chosen, on) : result;
 }
 
-/// Whether the entry that is selected waits for software, and for which source.
+/// Whether the selected entry waits for a software trigger, and its source.
 bool Features::waitsForSoftware(std::string &source)
 {
     bool on = false;
@@ -174,7 +175,7 @@ OResult Features::fireSoftwareTrigger(bool streaming)
         return result;
     if (!hasTrigger && !hasPulse)
         return ORVALIS_ERROR_NOT_SUPPORTED;
-    if (!streaming) // some cameras keep a trigger in mind that came while they did not wait for one
+    if (!streaming) // some cameras store a trigger that arrives while they are not waiting for one
         return ORVALIS_OK;
     Selection selection(nodes_);
     result = ORVALIS_OK;
@@ -184,7 +185,7 @@ OResult Features::fireSoftwareTrigger(bool streaming)
             return true;
         const bool pulse = isSoftwareSignal(source) ? hasPulse : !hasTrigger;
         if (pulse && isSoftwareSignal(source))
-            selection.turn("SoftwareSignalSelector", source);
+            selection.setSelector("SoftwareSignalSelector", source);
         result = nodes_.execute(pulse ? kPulse : kCommand);
         return false;
     });
@@ -192,7 +193,7 @@ OResult Features::fireSoftwareTrigger(bool streaming)
         return walked;
     const bool notReady =
         result == ORVALIS_ERROR_ACCESS_DENIED || result == ORVALIS_ERROR_NOT_FOUND;
-    return notReady ? ORVALIS_OK : result; // not set up for it
+    return notReady ? ORVALIS_OK : result; // not set up for software
 }
 
 } // namespace orvalis

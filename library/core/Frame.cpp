@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From an image of the camera to the planes of a frame record.
+// Converts a camera image to the planes of a frame record.
 #include "library/core/Frame.h"
 
 #include "library/convert/Convert.h"
@@ -11,7 +11,7 @@ namespace orvalis {
 
 namespace {
 
-/// The image as the library sees it; `format` is null if it cannot be delivered.
+/// A view of the image; `format` is null if it cannot be delivered.
 ImageView viewOf(const RawImage &image)
 {
     ImageView view{findPixelFormat(image.pixelFormat), image.data, image.size, image.width,
@@ -39,7 +39,7 @@ bool fillRaw(Frame &frame, const RawImage &image, const ImageView &view)
     }
     if (image.owner) {
         frame.source = image;
-        // The record promises nobody that the plane may be written to.
+        // The interface does not permit writing to the plane.
         frame.record.raw = const_cast<std::uint8_t *>(image.data);
         return true;
     }
@@ -58,7 +58,7 @@ bool fillPlanes(Frame &frame, bool bayerConversion)
     std::uint8_t *gray = deepGray ? frame.mono8.reserve(pixels) : nullptr;
     if (format.hasDirectColor() || (format.isBayer() && bayerConversion)) {
         frame.record.rgb = frame.rgb.reserve(pixels * 3);
-        if (!toRgb8(view, frame.record.rgb, gray)) // the gray plane serves as scratch first
+        if (!toRgb8(view, frame.record.rgb, gray)) // the grey plane serves as scratch memory first
             return false;
     }
     if (gray) {

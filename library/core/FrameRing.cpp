@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The frames that programs may still be reading, and the reuse of their memory.
+// Keeps frames that programs may still read, and reuses their memory.
 #include "library/core/FrameRing.h"
 
 #include <utility>
@@ -17,17 +17,17 @@ void FrameRing::dropOldest()
     frames_.pop_front();
     heldBytes_ -= frame->bytes();
     if (frame->taken)
-        return; // lives on with the grab that reads it
+        return; // the grab that reads it keeps it alive
     frame->source = {};
     spare_ = std::move(frame);
 }
 
 std::shared_ptr<Frame> FrameRing::next(Clock::time_point now)
 {
-    // At most two a frame: memory shrinks when the rate falls, without a burst of work.
+    // At most two for each new frame: memory shrinks gradually when the rate falls.
     for (int i = 0; i < 2 && expired(now); ++i)
         dropOldest();
-    // Frames of one stream are alike, so the newest tells what the next will take.
+    // Frames of one stream have the same size, so the newest predicts the size of the next.
     while (frames_.size() > 1 && heldBytes_ + frames_.back()->bytes() > budget_)
         dropOldest();
     return spare_ ? std::exchange(spare_, nullptr) : std::make_shared<Frame>();

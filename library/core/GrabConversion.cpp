@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From a grabbed image to the pixels that a grab writes into memory of its caller.
+// Converts a grabbed image into the caller's memory.
 #include "library/core/GrabConversion.h"
 
 #include "library/convert/Convert.h"
@@ -10,7 +10,7 @@ namespace orvalis {
 
 namespace {
 
-/// A grabbed image in a format that is not packed, and the memory that this may take.
+/// A grabbed image in an unpacked format, and the memory for unpacking.
 struct Unpacked {
     ImageView view;
     Buffer words;
@@ -51,10 +51,10 @@ void setSizes(OImageFrame &frame, const ImageView &view, unsigned bitsPerPixel)
         static_cast<std::uint32_t>(std::size_t{view.width} * view.height * (bitsPerPixel / 8));
 }
 
-/// Bits of a pixel that a raw grab writes: its caller takes formats of 12 bits as words.
+/// Bits of a pixel that a raw grab writes: callers read 12-bit formats as words.
 unsigned rawBits(const PixelFormat &format) { return format.depth == 12 ? 16 : 8; }
 
-/// Writes samples as they are where a pixel is one of that size, else brightness.
+/// Copies the samples if a pixel is one sample of that size, otherwise writes luminance.
 bool writeRaw(const ImageView &view, std::uint8_t *out)
 {
     const unsigned bits = rawBits(*view.format);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the library is made of between OrvalisInit() and OrvalisUninit(), and the open cameras.
+// The library between OrvalisInit() and OrvalisUninit(), and the open cameras.
 #include "library/core/Library.h"
 
 #include "library/core/Background.h"
@@ -13,11 +13,11 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr const char *kBackendsVariable = "ORVALIS_BACKENDS";
-constexpr const char *kUsualBackends = "simulated,genicam";
+constexpr const char *kDefaultBackends = "simulated,genicam";
 
 } // namespace
 
-/// From the first init() to the last uninit().
+/// The state from the first init() to the last uninit().
 struct Library::Session {
     Session(std::uint64_t which, const std::shared_ptr<Bus> &cameras)
         : number(which), bus(cameras), discovery(cameras)
@@ -35,7 +35,7 @@ Library &Library::instance()
     return library;
 }
 
-/// The threads of the background outlive the library.
+/// Constructs the background first, so that it is destroyed after the library.
 Library::Library() { Background::instance(); }
 
 Library::~Library()
@@ -43,7 +43,7 @@ Library::~Library()
     stopAll([](Acquisition &acquisition) { acquisition.beginClose(); }, Clock::now());
 }
 
-/// Calls `begin` for the streams of all cameras before it waits for the first one.
+/// Calls `begin` for all cameras before it waits for the first.
 template <typename Begin> void Library::stopAll(Begin begin, Clock::time_point limit)
 {
     const auto cameras = registry_.all();
@@ -57,16 +57,16 @@ OResult Library::init()
 {
     return begin([this] {
         const char *variable = std::getenv(kBackendsVariable);
-        return busFor(variable ? variable : kUsualBackends);
+        return busFor(variable ? variable : kDefaultBackends);
     });
 }
 
-OResult Library::init(const BackendFactory &makeThem)
+OResult Library::init(const BackendFactory &factory)
 {
-    return begin([&] { return std::make_shared<Bus>(makeThem()); });
+    return begin([&] { return std::make_shared<Bus>(factory()); });
 }
 
-/// Cameras that are still open from before share their bus with those to come. Under the lock.
+/// Reuses the bus of cameras that are still open. Under the lock.
 std::shared_ptr<Bus> Library::busFor(const std::string &backends)
 {
     std::shared_ptr<Bus> bus = bus_.lock();
@@ -81,9 +81,9 @@ std::shared_ptr<Bus> Library::busFor(const std::string &backends)
 OResult Library::begin(const std::function<std::shared_ptr<Bus>()> &makeBus)
 {
     const std::lock_guard lock(mutex_);
-    if (users_ == 0)
+    if (initCount_ == 0)
         session_ = std::make_shared<Session>(++sessions_, makeBus());
-    ++users_;
+    ++initCount_;
     return ORVALIS_OK;
 }
 
@@ -92,13 +92,13 @@ OResult Library::uninit()
     std::shared_ptr<Session> ended;
     {
         const std::lock_guard lock(mutex_);
-        if (users_ == 0)
+        if (initCount_ == 0)
             return ORVALIS_ERROR_NOT_INITIALIZED;
-        if (--users_ > 0)
+        if (--initCount_ > 0)
             return ORVALIS_OK;
         ended = std::move(session_);
     }
-    const Clock::time_point limit = Clock::now() + Acquisition::kPatience;
+    const Clock::time_point limit = Clock::now() + Acquisition::kStopTimeout;
     ended->discovery.beginStop();
     stopAll([&](Acquisition &acquisition) { acquisition.endSession(ended->number); }, limit);
     ended->discovery.waitUntilStopped(limit);
@@ -150,7 +150,7 @@ OResult Library::open(const std::string &id, OCameraHandle &handle)
     return ORVALIS_OK;
 }
 
-/// A start that is overtaken by the end of its session comes to nothing.
+/// The session's number lets Acquisition refuse a start if the session ends meanwhile.
 OResult Library::start(Camera &camera, OFrameCallback callback)
 {
     const auto now = session();
@@ -174,12 +174,12 @@ OResult Library::close(OCameraHandle handle)
     Acquisition &acquisition = camera->acquisition();
     acquisition.beginClose();
     const Clock::time_point limit =
-        acquisition.waitUntilStopped(Clock::now() + Acquisition::kPatience);
+        acquisition.waitUntilStopped(Clock::now() + Acquisition::kStopTimeout);
     const std::shared_future<void> gone = camera->gone();
     const bool insideCallback = acquisition.onDeliveryThread();
     camera.reset();
-    // So that the camera can be opened again, here or elsewhere, when this returns. Inside the
-    // callback it has to outlive the call.
+    // Wait until the camera can be opened again, here or elsewhere. Inside the callback it must
+    // outlive this call.
     if (!insideCallback)
         gone.wait_until(limit);
     return ORVALIS_OK;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the library is made of between OrvalisInit() and OrvalisUninit(), and the open cameras.
+// The library between OrvalisInit() and OrvalisUninit(), and the open cameras.
 #pragma once
 
 #include "library/core/Discovery.h"
@@ -12,40 +12,41 @@
 
 namespace orvalis {
 
-/// The one library of a process. Every function may be called from any thread.
+/// The library, one for each process. Every function may be called from any thread.
 class Library {
 public:
-    /// Made by the first call, gone at the end of the process.
+    /// Created by the first call, destroyed at the end of the process.
     static Library &instance();
-    /// Closes what a program left open.
+    /// Closes cameras that the program left open.
     ~Library();
 
-    /// With the back ends that the environment names. Counted.
+    /// Initialises with the back ends that the environment names. Reference counted.
     OResult init();
-    /// With back ends of the caller, for tests. Counted; while the library is in use already they
-    /// are not asked for.
+    /// Initialises with the caller's back ends, for tests. Reference counted; does not call
+    /// `makeBackends` if already initialised.
     OResult init(const BackendFactory &makeBackends);
-    /// The last one ends all streams and the discovery. ORVALIS_ERROR_NOT_INITIALIZED without an
+    /// The last call ends all streams and the discovery. ORVALIS_ERROR_NOT_INITIALIZED without an
     /// init().
     OResult uninit();
     /// True from the first init() to the last uninit().
     bool initialized() const;
 
-    /// Looks for cameras anew. ORVALIS_ERROR_NOT_INITIALIZED, as for all below.
+    /// Takes a new list of cameras. ORVALIS_ERROR_NOT_INITIALIZED, also for all functions below.
     OResult takeSnapshot(Snapshot &snapshot);
-    /// The cameras that the last look of this thread found.
+    /// The list that the calling thread took last.
     OResult presentSnapshot(Snapshot &snapshot);
 
-    /// ORVALIS_ERROR_BUSY if it is open here already; else results as of Backend::open().
+    /// ORVALIS_ERROR_BUSY if this library has it open already; otherwise results as of
+    /// Backend::open().
     OResult open(const std::string &id, OCameraHandle &handle);
-    /// Null for handles that are not valid. Also outside init() ... uninit().
+    /// Null for invalid handles. Works also outside init() ... uninit().
     std::shared_ptr<Camera> find(OCameraHandle handle) const { return registry_.find(handle); }
     /// Results as of Camera::start().
     OResult start(Camera &camera, OFrameCallback callback);
     /// ORVALIS_ERROR_BAD_HANDLE, or ORVALIS_OK whether it streamed or not.
     OResult stop(OCameraHandle handle);
-    /// Ends stream and grabs. When it returns the camera can be opened again, except where it is
-    /// called from inside of the callback.
+    /// Ends stream and grabs. When it returns, the camera can be opened again, unless it was called
+    /// from inside the callback.
     OResult close(OCameraHandle handle);
 
 private:
@@ -57,11 +58,11 @@ private:
     OResult begin(const std::function<std::shared_ptr<Bus>()> &makeBus);
     template <typename Begin> void stopAll(Begin begin, Clock::time_point limit);
 
-    mutable std::mutex mutex_;   // guards the five below
-    int users_ = 0;              // init() without uninit()
-    std::uint64_t sessions_ = 0; // that have begun
+    mutable std::mutex mutex_;   // guards the five members below
+    int initCount_ = 0;          // init() calls without an uninit()
+    std::uint64_t sessions_ = 0; // number of sessions so far
     std::shared_ptr<Session> session_;
-    std::weak_ptr<Bus> bus_; // the last one from the environment; open cameras keep it alive
+    std::weak_ptr<Bus> bus_; // the last bus from the environment; open cameras keep it alive
     std::string busBackends_;
 
     Registry registry_;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The feature nodes of one camera, whatever it is made of.
+// The interface to the feature nodes of one camera.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -12,11 +12,11 @@
 
 namespace orvalis {
 
-/// What a node is and what may be done with it at present.
+/// The description and present access of a node.
 struct NodeInfo {
     ONodeType type = ORVALIS_NODE_VALUE;
     OAccessMode access = ORVALIS_ACCESS_NOT_IMPLEMENTED;
-    bool lockable = false; ///< becomes read-only while the camera acquires
+    bool lockable = false; ///< read-only while the camera acquires
     std::uint8_t visibility = 0;
     std::string displayName;
     std::string description;
@@ -39,19 +39,19 @@ struct FloatValue {
     double increment = 0;
 };
 
-/// The same numbers as floats, exact up to 53 bits.
+/// Converts to floats, exact up to 53 bits.
 inline FloatValue asFloat(const IntegerValue &value)
 {
     return {static_cast<double>(value.value), static_cast<double>(value.minimum),
             static_cast<double>(value.maximum), static_cast<double>(value.increment)};
 }
 
-/// A part of what can be known of a number. What is not asked for costs the camera no answer.
+/// A part of a number. What is not requested costs no round trip.
 enum class NumberPart { Value, Bounds };
 
 /// Entries that an enumeration offers at present. `current` is an index into `entries`, or -1.
 struct EnumerationValue {
-    /// One entry. The value is what stands in the camera's register.
+    /// One entry. `value` is the content of the camera's register.
     struct Entry {
         std::string name;
         std::int64_t value = 0;
@@ -79,40 +79,40 @@ inline std::vector<std::string> namesOf(const EnumerationValue &value)
 }
 
 /// The feature nodes of one camera. Every function may be called from any thread at any time; each
-/// one is complete in itself. Results: ORVALIS_OK, ORVALIS_ERROR_NOT_FOUND (no node of that name),
+/// call is atomic. Results: ORVALIS_OK, ORVALIS_ERROR_NOT_FOUND (no node of that name),
 /// ORVALIS_ERROR_WRONG_TYPE, ORVALIS_ERROR_ACCESS_DENIED, ORVALIS_ERROR_OUT_OF_RANGE,
-/// ORVALIS_ERROR_CONNECTION_LOST, ORVALIS_ERROR_DEVICE. After a failure outputs are unchanged.
+/// ORVALIS_ERROR_CONNECTION_LOST, ORVALIS_ERROR_DEVICE. After a failure, outputs are unchanged.
 class NodeMap {
 public:
     virtual ~NodeMap() = default;
 
-    /// What follows belongs together: see NodeAccess.
+    /// Begins a group of calls: see NodeAccess.
     virtual void beginAccess() {}
-    /// The end of what belongs together.
+    /// Ends the group.
     virtual void endAccess() {}
 
-    /// Names below a category, in the camera's order; empty for a node that is no category.
+    /// Names below a category, in the camera's order; empty for a node that is not a category.
     virtual OResult list(std::string_view category, std::vector<std::string> &children) = 0;
-    /// What the node is, and its present access.
+    /// The node's description and present access.
     virtual OResult info(std::string_view name, NodeInfo &info) = 0;
 
-    /// Integer nodes only, here and below.
+    /// Integer nodes only; so is setInteger().
     virtual OResult getInteger(std::string_view name, IntegerValue &value) = 0;
     /// Refuses values out of bounds, rounds down to the increment.
     virtual OResult setInteger(std::string_view name, std::int64_t value) = 0;
-    /// Floating-point nodes only, here and below.
+    /// Floating-point nodes only; so is setFloat().
     virtual OResult getFloat(std::string_view name, FloatValue &value) = 0;
     /// Refuses values out of bounds and NaN.
     virtual OResult setFloat(std::string_view name, double value) = 0;
-    /// Value and bounds that the camera keeps for a number of any type which is there, but not
-    /// available at present. ORVALIS_ERROR_ACCESS_DENIED where nothing is known of it.
+    /// Reads value and bounds of a number of any type that exists but is not available at present.
+    /// ORVALIS_ERROR_ACCESS_DENIED if they are unknown.
     virtual OResult peekNumber(std::string_view name, FloatValue &value)
     {
         static_cast<void>(name);
         static_cast<void>(value);
         return ORVALIS_ERROR_ACCESS_DENIED;
     }
-    /// Value or bounds of a number of any type; the rest of `value` has no meaning then.
+    /// Reads value or bounds of a number of any type; the rest of `value` is meaningless then.
     virtual OResult getPart(std::string_view name, NumberPart part, FloatValue &value)
     {
         static_cast<void>(part);
@@ -124,13 +124,13 @@ public:
             value = asFloat(whole);
         return result;
     }
-    /// Boolean nodes only, here and below.
+    /// Boolean nodes only; so is setBoolean().
     virtual OResult getBoolean(std::string_view name, bool &value) = 0;
-    /// Switches on or off.
+    /// Writes the value.
     virtual OResult setBoolean(std::string_view name, bool value) = 0;
-    /// Enumerations only, here and below.
+    /// Enumerations only; so are the three functions below.
     virtual OResult getEnumeration(std::string_view name, EnumerationValue &value) = 0;
-    /// The names of the entries alone.
+    /// Only the names of the entries.
     virtual OResult getEntries(std::string_view name, std::vector<std::string> &entries)
     {
         EnumerationValue value;
@@ -139,7 +139,7 @@ public:
             entries = namesOf(value);
         return result;
     }
-    /// The name of the present entry alone; empty if it is unknown or not offered.
+    /// Only the name of the present entry; empty if it is unknown or not available.
     virtual OResult getEntry(std::string_view name, std::string &entry)
     {
         EnumerationValue value;
@@ -148,9 +148,9 @@ public:
             entry = nameOf(value);
         return result;
     }
-    /// An entry that is not offered at present is ORVALIS_ERROR_NOT_FOUND.
+    /// ORVALIS_ERROR_NOT_FOUND for an entry that is not available at present.
     virtual OResult setEnumeration(std::string_view name, std::string_view entry) = 0;
-    /// String nodes only; the text forms of other types are made in `Camera`.
+    /// String nodes only; NodeText converts other types.
     virtual OResult getText(std::string_view name, std::string &value) = 0;
     /// ORVALIS_ERROR_OUT_OF_RANGE for a text that is too long.
     virtual OResult setText(std::string_view name, std::string_view value) = 0;
@@ -158,9 +158,8 @@ public:
     virtual OResult execute(std::string_view name) = 0;
 };
 
-/// One access to a camera's nodes, to which several calls may belong: selectors, node, automatic
-/// mode. Holds the camera's node lock. What was read once is not asked for again until the end, or
-/// until something is written.
+/// A group of calls to a camera's nodes: selectors, node, automatic mode. Holds the camera's node
+/// lock. A register that was read is not read again until the end of the group or the next write.
 class NodeAccess {
 public:
     NodeAccess(NodeMap &nodes, std::mutex &mutex) : lock_(mutex), nodes_(nodes)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Node values as text and back, whatever the locale.
+// Converts node values to text and back, independent of the locale.
 #include "library/core/NodeText.h"
 
 #include <charconv>

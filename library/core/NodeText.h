@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Node values as text and back.
+// Converts node values to text and back.
 #pragma once
 
 #include "library/core/NodeMap.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From the library's own types to the fixed-size records of the interface.
+// Converts internal types to the fixed-size records of the interface.
 #include "library/core/Records.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace orvalis {
 
 namespace {
 
-template <class Target> Target cutTo(double value)
+template <class Target> Target saturate(double value)
 {
     using Limits = std::numeric_limits<Target>;
     if (std::isnan(value))
@@ -27,7 +27,7 @@ using Int32 = std::numeric_limits<std::int32_t>;
 using Int64 = std::numeric_limits<std::int64_t>;
 using Uint32 = std::numeric_limits<std::uint32_t>;
 
-/// True for a node whose numbers are unsigned and need the 32nd bit, such as an address.
+/// True for a node whose numbers are unsigned and need 32 bits, such as an address.
 bool isUnsigned32(const IntegerValue &node)
 {
     return node.minimum >= 0 && node.maximum > Int32::max() && node.maximum <= Uint32::max();
@@ -35,8 +35,8 @@ bool isUnsigned32(const IntegerValue &node)
 
 bool fitsInt32(std::int64_t value) { return value >= Int32::min() && value <= Int32::max(); }
 
-/// True for a node whose numbers fit in 32 bits with a sign. Many nodes have no bounds at all in
-/// their camera's description; of these the present value decides.
+/// True for a node whose numbers fit in signed 32 bits. Many descriptions give no bounds; the
+/// present value decides then.
 bool isSigned32(const IntegerValue &node)
 {
     const bool unbounded = node.minimum == Int64::min() && node.maximum == Int64::max();
@@ -58,8 +58,8 @@ void copyText(char *out, std::size_t capacity, std::string_view text)
     out[size] = '\0';
 }
 
-std::int32_t toInt32(double value) { return cutTo<std::int32_t>(value); }
-std::uint32_t toUint32(double value) { return cutTo<std::uint32_t>(value); }
+std::int32_t toInt32(double value) { return saturate<std::int32_t>(value); }
+std::uint32_t toUint32(double value) { return saturate<std::uint32_t>(value); }
 
 std::int32_t toInt32(std::int64_t value)
 {
@@ -100,7 +100,7 @@ void fillRecord(const IntegerValue &value, OIntNode &record)
     record = {toInt32(value.value), toInt32(value.minimum), toInt32(value.maximum),
               std::max(1, toInt32(value.increment))};
     if (isUnsigned32(value)) {
-        // Every pattern may stand for a number; the camera refuses those beyond its real bounds.
+        // Every bit pattern is permitted; the camera refuses numbers outside its real bounds.
         record.value = patternOf(value.value);
         record.minimum = Int32::min();
         record.maximum = Int32::max();

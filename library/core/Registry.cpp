@@ -9,7 +9,7 @@ namespace orvalis {
 
 namespace {
 
-/// Handles look like aligned pointers, and never like small integers.
+/// Handles look like aligned pointers, not like small integers.
 constexpr std::uintptr_t kFirst = 0x10000;
 constexpr std::uintptr_t kStep = 16;
 

@@ -13,15 +13,15 @@
 
 namespace orvalis {
 
-/// Knows which camera a handle means. Handles are numbers in the guise of pointers and never given
-/// out twice, so a stale one is told from a valid one without looking at memory. Any thread.
+/// Maps handles to cameras. Handles are numbers cast to pointers and are never reused, so an
+/// invalid handle is detected without accessing memory. Any thread.
 class Registry {
 public:
-    /// Null when all handles have been used up.
+    /// Null if there are no handles left.
     OCameraHandle add(std::shared_ptr<Camera> camera);
     /// Null for a handle that is null, closed or foreign.
     std::shared_ptr<Camera> find(OCameraHandle handle) const;
-    /// Invalidates the handle.
+    /// Invalidates the handle and returns its camera, or null.
     std::shared_ptr<Camera> remove(OCameraHandle handle);
     /// True if a camera of that ID is open and not lost.
     bool isOpen(std::string_view cameraId) const;

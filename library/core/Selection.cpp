@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Turns a camera's selectors for the time of one access, and puts them back.
+// Sets a camera's selectors for one access and restores them afterwards.
 #include "library/core/Selection.h"
 
 #include <algorithm>
@@ -16,15 +16,15 @@ bool offers(const EnumerationValue &value, std::string_view entry)
                        [&](const auto &candidate) { return candidate.name == entry; });
 }
 
-/// A missing selector is no error where a camera may do without.
-OResult missingIsFine(OResult result)
+/// A missing selector is not an error if the camera can do without.
+OResult ignoreMissing(OResult result)
 {
     const bool missing = result == ORVALIS_ERROR_NOT_FOUND || result == ORVALIS_ERROR_WRONG_TYPE ||
                          result == ORVALIS_ERROR_ACCESS_DENIED;
     return missing ? ORVALIS_OK : result;
 }
 
-/// Whether the line that is selected can drive a lamp. An input must never be driven.
+/// Whether the selected line can drive a lamp. Never drive an input.
 bool isOutput(NodeMap &nodes, std::string_view mode)
 {
     if (!mode.empty() && mode != "Output")
@@ -49,7 +49,7 @@ bool isAvailable(NodeMap &nodes, std::string_view name)
 OResult readEntry(NodeMap &nodes, std::string_view name, std::string &entry)
 {
     entry.clear();
-    return missingIsFine(nodes.getEntry(name, entry));
+    return ignoreMissing(nodes.getEntry(name, entry));
 }
 
 std::string currentEntry(NodeMap &nodes, std::string_view name)
@@ -62,16 +62,17 @@ std::string currentEntry(NodeMap &nodes, std::string_view name)
 Selection::~Selection()
 {
     try {
-        for (auto it = turned_.rbegin(); it != turned_.rend(); ++it) {
+        for (auto it = changed_.rbegin(); it != changed_.rend(); ++it) {
             if (it->now == it->before)
                 continue;
-            // Twice, as the camera may just have been busy: what is shown depends on selectors.
+            // Try twice, because the camera may be busy for a moment, and the value that the user
+            // sees depends on selectors.
             const OResult result = nodes_.setEnumeration(it->selector, it->before);
             if (result != ORVALIS_OK && result != ORVALIS_ERROR_CONNECTION_LOST)
                 nodes_.setEnumeration(it->selector, it->before);
         }
     } catch (...) {
-        // The selector stays; the access itself has its result.
+        // Best effort: the access already has its result.
     }
 }
 
@@ -104,41 +105,42 @@ OResult Selection::select(Selecting what)
     return ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
-OResult Selection::turn(std::string_view selector, std::string_view entry)
+OResult Selection::setSelector(std::string_view selector, std::string_view entry)
 {
     EnumerationValue value;
-    const bool known = std::any_of(turned_.begin(), turned_.end(), [&](const Turned &turned) {
-        return turned.selector == selector;
-    });
+    const bool known =
+        std::any_of(changed_.begin(), changed_.end(),
+                    [&](const ChangedSelector &changed) { return changed.selector == selector; });
     if (!known) {
         const OResult result = nodes_.getEnumeration(selector, value);
         if (result != ORVALIS_OK)
             return result;
     }
-    return turn(selector, value, entry);
+    return setSelector(selector, value, entry);
 }
 
-/// `found` is what the selector was before the first turn.
-OResult Selection::turn(std::string_view selector, const EnumerationValue &found,
-                        std::string_view entry)
+/// `found` is the state of the selector before its first change.
+OResult Selection::setSelector(std::string_view selector, const EnumerationValue &found,
+                               std::string_view entry)
 {
-    auto it = std::find_if(turned_.begin(), turned_.end(),
-                           [&](const Turned &turned) { return turned.selector == selector; });
-    if (it == turned_.end()) {
+    auto it = std::find_if(changed_.begin(), changed_.end(), [&](const ChangedSelector &changed) {
+        return changed.selector == selector;
+    });
+    if (it == changed_.end()) {
         const std::string present(nameOf(found));
         if (present == entry)
             return ORVALIS_OK;
-        if (present.empty()) // nothing to go back to
+        if (present.empty()) // no entry to restore
             return nodes_.setEnumeration(selector, entry);
-        it = turned_.insert(turned_.end(), {std::string(selector), present, present});
+        it = changed_.insert(changed_.end(), {std::string(selector), present, present});
     }
     if (it->now == entry)
         return ORVALIS_OK;
     const OResult result = nodes_.setEnumeration(selector, entry);
     if (result == ORVALIS_OK)
         it->now = entry;
-    else if (missingIsFine(result) != ORVALIS_OK)
-        it->now.clear(); // it may stand anywhere: it is put back in any case
+    else if (ignoreMissing(result) != ORVALIS_OK)
+        it->now.clear(); // state unknown: restore it in any case
     return result;
 }
 
@@ -146,7 +148,7 @@ OResult Selection::eachEntry(std::string_view selector,
                              const std::function<bool(std::string_view)> &body)
 {
     EnumerationValue value;
-    if (const OResult result = missingIsFine(nodes_.getEnumeration(selector, value));
+    if (const OResult result = ignoreMissing(nodes_.getEnumeration(selector, value));
         result != ORVALIS_OK)
         return result;
     const std::string present(nameOf(value));
@@ -155,8 +157,8 @@ OResult Selection::eachEntry(std::string_view selector,
     for (const auto &entry : value.entries) {
         if (entry.name == present)
             continue;
-        const OResult result = turn(selector, value, entry.name);
-        if (missingIsFine(result) != ORVALIS_OK)
+        const OResult result = setSelector(selector, value, entry.name);
+        if (ignoreMissing(result) != ORVALIS_OK)
             return result;
         if (result == ORVALIS_OK && !body(entry.name))
             return ORVALIS_OK;
@@ -169,8 +171,8 @@ OResult Selection::selectRequired(std::string_view selector, std::string_view en
     EnumerationValue now;
     const OResult result = nodes_.getEnumeration(selector, now);
     if (result != ORVALIS_OK)
-        return missingIsFine(result) == ORVALIS_OK ? ORVALIS_ERROR_NOT_SUPPORTED : result;
-    return offers(now, entry) ? turn(selector, now, entry) : ORVALIS_ERROR_NOT_SUPPORTED;
+        return ignoreMissing(result) == ORVALIS_OK ? ORVALIS_ERROR_NOT_SUPPORTED : result;
+    return offers(now, entry) ? setSelector(selector, now, entry) : ORVALIS_ERROR_NOT_SUPPORTED;
 }
 
 OResult Selection::selectIfOffered(std::string_view selector,
@@ -178,10 +180,10 @@ OResult Selection::selectIfOffered(std::string_view selector,
 {
     EnumerationValue now;
     if (const OResult result = nodes_.getEnumeration(selector, now); result != ORVALIS_OK)
-        return missingIsFine(result);
+        return ignoreMissing(result);
     for (const std::string_view entry : entries)
         if (offers(now, entry))
-            return turn(selector, now, entry);
+            return setSelector(selector, now, entry);
     return ORVALIS_OK;
 }
 
@@ -206,8 +208,9 @@ OResult Selection::selectTriggerLine()
     EnumerationValue lines;
     result = nodes_.getEnumeration("LineSelector", lines);
     if (result == ORVALIS_OK)
-        result = offers(lines, source) ? turn("LineSelector", lines, source) : selectFilteredLine();
-    if (missingIsFine(result) != ORVALIS_OK)
+        result = offers(lines, source) ? setSelector("LineSelector", lines, source)
+                                       : selectFilteredLine();
+    if (ignoreMissing(result) != ORVALIS_OK)
         return result;
     return selectIfOffered("LineFilterSelector", {"Deglitch", "Debounce"});
 }
@@ -222,8 +225,8 @@ OResult Selection::selectFilteredLine()
     });
 }
 
-/// Some cameras have a selector for inputs alone, with a name of its own for the same line:
-/// "SyncIn2" where the trigger has "Line2".
+/// Some cameras have a separate selector for inputs, with another name for the same line: "SyncIn2"
+/// for the trigger source "Line2".
 OResult Selection::selectTriggerInput(std::string_view source)
 {
     constexpr std::string_view line = "Line";
@@ -232,13 +235,13 @@ OResult Selection::selectTriggerInput(std::string_view source)
     return selectIfOffered("SyncInSelector", {source, input});
 }
 
-/// The line that is in the mode of a strobe, else the first one that is an output: wherever the
-/// selector stands, so that the strobe is always on the same line.
+/// Selects the line in strobe mode, else the first output. Independent of the present selection, so
+/// that the strobe is always on the same line.
 OResult Selection::selectStrobeLine()
 {
     EnumerationValue lines;
     if (const OResult result = nodes_.getEnumeration("LineSelector", lines); result != ORVALIS_OK)
-        return missingIsFine(result);
+        return ignoreMissing(result);
     return isKnownStrobeLine(lines) ? ORVALIS_OK : findStrobeLine(lines);
 }
 
@@ -246,7 +249,7 @@ bool Selection::isKnownStrobeLine(const EnumerationValue &lines)
 {
     std::string mode;
     return known_ && offers(lines, known_->name) &&
-           turn("LineSelector", lines, known_->name) == ORVALIS_OK &&
+           setSelector("LineSelector", lines, known_->name) == ORVALIS_OK &&
            readEntry(nodes_, "LineMode", mode) == ORVALIS_OK && mode == known_->mode &&
            (mode == kStrobe || isOutput(nodes_, mode));
 }
@@ -256,12 +259,12 @@ OResult Selection::findStrobeLine(const EnumerationValue &lines)
     StrobeLine found;
     bool offersStrobe = false;
     for (const auto &line : lines.entries) {
-        OResult result = turn("LineSelector", lines, line.name);
-        if (result != ORVALIS_OK && missingIsFine(result) == ORVALIS_OK)
+        OResult result = setSelector("LineSelector", lines, line.name);
+        if (result != ORVALIS_OK && ignoreMissing(result) == ORVALIS_OK)
             continue;
         EnumerationValue mode;
         if (result == ORVALIS_OK)
-            result = missingIsFine(nodes_.getEnumeration("LineMode", mode));
+            result = ignoreMissing(nodes_.getEnumeration("LineMode", mode));
         if (result != ORVALIS_OK)
             return result;
         offersStrobe = offersStrobe || offers(mode, kStrobe);
@@ -271,22 +274,22 @@ OResult Selection::findStrobeLine(const EnumerationValue &lines)
         if (isStrobe)
             break;
     }
-    // An output that is not in that mode may lose to a line that comes into it.
+    // Do not cache an output while another line can change to strobe mode, which takes precedence.
     if (known_)
         *known_ = found.mode == kStrobe || !offersStrobe ? found : StrobeLine();
     return found.name.empty() ? ORVALIS_ERROR_NOT_SUPPORTED
-                              : turn("LineSelector", lines, found.name);
+                              : setSelector("LineSelector", lines, found.name);
 }
 
-/// Where no line is the strobe's, the selector goes back: the node may belong to no line at all.
+/// If no line is the strobe's, restores the selector: the node may not belong to a line.
 OResult Selection::selectStrobeLineIfAny()
 {
     const OResult result = selectStrobeLine();
     if (result != ORVALIS_ERROR_NOT_SUPPORTED)
         return result;
-    for (const Turned &turned : turned_)
-        if (turned.selector == "LineSelector")
-            return turn("LineSelector", std::string(turned.before));
+    for (const ChangedSelector &changed : changed_)
+        if (changed.selector == "LineSelector")
+            return setSelector("LineSelector", std::string(changed.before));
     return ORVALIS_OK;
 }
 
@@ -297,14 +300,15 @@ OResult Selection::selectStrobeTimer()
         return line;
     EnumerationValue timers;
     if (const OResult result = nodes_.getEnumeration("TimerSelector", timers); result != ORVALIS_OK)
-        return missingIsFine(result);
+        return ignoreMissing(result);
     const std::string source =
         line == ORVALIS_OK ? currentEntry(nodes_, "LineSource") : std::string();
     for (const auto &timer : timers.entries)
-        if (source.starts_with(timer.name)) // "Timer0Active" comes from "Timer0"
-            return turn("TimerSelector", timers, timer.name);
-    return timers.entries.empty() ? ORVALIS_OK
-                                  : turn("TimerSelector", timers, timers.entries.front().name);
+        if (source.starts_with(timer.name)) // source "Timer0Active" belongs to "Timer0"
+            return setSelector("TimerSelector", timers, timer.name);
+    return timers.entries.empty()
+               ? ORVALIS_OK
+               : setSelector("TimerSelector", timers, timers.entries.front().name);
 }
 
 OResult Selection::selectStrobeOutput()
@@ -318,7 +322,7 @@ OResult Selection::selectStrobeOutput()
     });
     if (result != ORVALIS_OK || found || present.empty())
         return result;
-    return turn("SyncOutSelector", present);
+    return setSelector("SyncOutSelector", present);
 }
 
 } // namespace orvalis

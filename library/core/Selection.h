@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Turns a camera's selectors for the time of one access, and puts them back.
+// Sets a camera's selectors for one access and restores them afterwards.
 #pragma once
 
 #include "library/core/FeatureTable.h"
@@ -13,17 +13,18 @@
 
 namespace orvalis {
 
-/// Selectors as they have to stand for a feature, from select() to destruction. To be used under
-/// the camera's node lock, so that nobody meets a selector that somebody else has turned.
+/// Sets selectors for a feature and restores them on destruction. Use it under the camera's node
+/// lock, so that no other call depends on a changed selector.
 class Selection {
 public:
-    /// The line that a strobe was found on, and its mode then. Spares the look at every line.
+    /// The line on which the strobe was found, and its mode then. Avoids a search through all
+    /// lines.
     struct StrobeLine {
         std::string name;
         std::string mode;
     };
 
-    /// `known` is looked at and kept up to date, where it is not null.
+    /// `known` may be null; otherwise it is used and updated.
     explicit Selection(NodeMap &nodes, StrobeLine *known = nullptr) : nodes_(nodes), known_(known)
     {
     }
@@ -31,18 +32,18 @@ public:
     Selection(const Selection &) = delete;
     Selection &operator=(const Selection &) = delete;
 
-    /// ORVALIS_ERROR_NOT_SUPPORTED if the camera has nothing of that kind.
+    /// ORVALIS_ERROR_NOT_SUPPORTED if the camera has no such selector or entry.
     OResult select(Selecting what);
-    /// Turns one selector. ORVALIS_ERROR_NOT_FOUND for an entry that is not offered.
-    OResult turn(std::string_view selector, std::string_view entry);
-    /// Calls `body` with the name of the present entry of a selector, then with each other one, the
-    /// selector turned to it, until `body` returns false. Entries that cannot be selected at
-    /// present are skipped. A camera without the selector has one entry without a name.
+    /// Sets one selector. ORVALIS_ERROR_NOT_FOUND for an entry that is not available.
+    OResult setSelector(std::string_view selector, std::string_view entry);
+    /// Calls `body` with the name of the present entry, then with each other entry after selecting
+    /// it, until `body` returns false. Skips entries that cannot be selected at present. For a
+    /// camera without the selector, calls `body` once with an empty name.
     OResult eachEntry(std::string_view selector, const std::function<bool(std::string_view)> &body);
 
 private:
-    /// A selector as it stands and as it stood.
-    struct Turned {
+    /// A selector that was changed: its original and its present entry.
+    struct ChangedSelector {
         std::string selector;
         std::string before;
         std::string now;
@@ -59,27 +60,28 @@ private:
     OResult selectStrobeLineIfAny();
     OResult selectStrobeTimer();
     OResult selectStrobeOutput();
-    /// Tries the present entry, then the others; OK with the first one that `fits`, else
-    /// ORVALIS_ERROR_NOT_SUPPORTED.
+    /// Selects the present entry or else the first other entry for which `fits` returns true;
+    /// ORVALIS_ERROR_NOT_SUPPORTED if there is none.
     template <class Fits> OResult selectFirst(std::string_view selector, Fits fits);
-    OResult turn(std::string_view selector, const EnumerationValue &found, std::string_view entry);
+    OResult setSelector(std::string_view selector, const EnumerationValue &found,
+                        std::string_view entry);
 
     NodeMap &nodes_;
     StrobeLine *known_;
-    std::vector<Turned> turned_; // in the order of the first turn
+    std::vector<ChangedSelector> changed_; // in the order of the first change
 };
 
-/// True if the node is there and can be used at present.
+/// True if the camera has the node and it is usable at present.
 bool isAvailable(NodeMap &nodes, std::string_view name);
 
-/// True if the camera has the node, whether or not it can be used at present.
+/// True if the camera has the node, usable at present or not.
 bool hasNode(NodeMap &nodes, std::string_view name);
 
-/// The name of the present entry of an enumeration; empty for a camera that lacks it or gives no
-/// access to it.
+/// Reads the name of an enumeration's present entry; empty for a camera that lacks the node or
+/// denies access to it.
 OResult readEntry(NodeMap &nodes, std::string_view name, std::string &entry);
 
-/// The same; empty after any failure.
+/// Likewise; empty after any failure.
 std::string currentEntry(NodeMap &nodes, std::string_view name);
 
 } // namespace orvalis
