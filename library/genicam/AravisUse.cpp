@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Aravis is shut down when nothing uses it any more.
+// Shuts Aravis down after its last use.
 #include "library/genicam/AravisUse.h"
 
 #include <arv.h>

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// Aravis is shut down when nothing uses it any more.
+// Shuts Aravis down after its last use.
 #pragma once
 
 #include <memory>
 
 namespace orvalis {
 
-/// Held by the back end, by every open camera, and by the program until it exits: the last one to
-/// let go shuts Aravis down, which has threads and lists of its own. Any thread.
+/// A shared reference held by the back end, by every open camera, and by the process until it
+/// exits. Aravis has threads and lists of its own; the last holder shuts it down. Any thread.
 class AravisUse {
 public:
-    /// The one of the process.
+    /// The process-wide instance.
     static std::shared_ptr<AravisUse> instance();
     AravisUse() = default;
     ~AravisUse();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one Aravis device of an open camera, and whose turn it is to talk to it.
+// The Aravis device of an open camera, and the lock that serialises calls to it.
 #include "library/genicam/CameraLink.h"
 
 #include "library/core/Debug.h"
@@ -9,7 +9,7 @@
 namespace orvalis {
 namespace {
 
-/// Of a USB3 Vision camera, by the control protocol's standard (GenCP): its version.
+/// The version register of a USB3 Vision camera (GenCP): every camera has it.
 constexpr std::uint32_t anyRegister = 0x0000;
 
 /// Runs on Aravis' heartbeat thread.
@@ -29,36 +29,36 @@ CameraLink::CameraLink(ArvDevice *device) : presence_(device), device_(device)
 
 CameraLink::~CameraLink() { close(); }
 
-CameraLink::Turn CameraLink::turn()
+CameraLink::Lock CameraLink::acquire()
 {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return !taken_ || lost_; });
+    changed_.wait(lock, [this] { return !locked_ || lost_; });
     if (lost_) {
-        return Turn(nullptr);
+        return Lock(nullptr);
     }
-    taken_ = true;
-    return Turn(this);
+    locked_ = true;
+    return Lock(this);
 }
 
-CameraLink::Turn CameraLink::turnUnlessGone()
+CameraLink::Lock CameraLink::acquireUnlessGone()
 {
     if (const char *proof = lost_ ? nullptr : presence_.whyGone()) {
         markLost(proof);
     }
-    return turn();
+    return acquire();
 }
 
-CameraLink::Turn::~Turn()
+CameraLink::Lock::~Lock()
 {
     if (link_ != nullptr) {
-        link_->giveBack();
+        link_->release();
     }
 }
 
-void CameraLink::giveBack()
+void CameraLink::release()
 {
     const std::lock_guard lock(mutex_);
-    taken_ = false;
+    locked_ = false;
     changed_.notify_all();
 }
 
@@ -71,7 +71,7 @@ OResult CameraLink::resultOf(const Failure &failure)
     return failure.result();
 }
 
-/// The camera's second chance after a call that was not answered.
+/// Asks once more after a request that was not answered.
 bool CameraLink::answers()
 {
     if (lost_ || presence_.isKnown()) {
@@ -96,41 +96,41 @@ void CameraLink::markLost(const char *reason)
 void CameraLink::bufferDone()
 {
     const std::lock_guard lock(mutex_);
-    done_ = true;
+    bufferDone_ = true;
     changed_.notify_all();
 }
 
 void CameraLink::wake()
 {
     const std::lock_guard lock(mutex_);
-    woken_ = true;
+    wakePending_ = true;
     changed_.notify_all();
 }
 
-void CameraLink::forgetWake()
+void CameraLink::clearWake()
 {
     const std::lock_guard lock(mutex_);
-    woken_ = false;
+    wakePending_ = false;
 }
 
 CameraLink::Event CameraLink::waitForBuffer(Clock::time_point limit)
 {
     std::unique_lock lock(mutex_);
-    changed_.wait_until(lock, limit, [this] { return done_ || woken_ || lost_; });
+    changed_.wait_until(lock, limit, [this] { return bufferDone_ || wakePending_ || lost_; });
     if (lost_) {
         return Event::Lost;
     }
-    if (std::exchange(woken_, false)) {
+    if (std::exchange(wakePending_, false)) {
         return Event::Wake;
     }
-    return std::exchange(done_, false) ? Event::Buffer : Event::Timeout;
+    return std::exchange(bufferDone_, false) ? Event::Buffer : Event::Timeout;
 }
 
 void CameraLink::close()
 {
     {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return !taken_; });
+        changed_.wait(lock, [this] { return !locked_; });
     }
     // The heartbeat thread, which may be inside onControlLost(), ends with the device.
     device_.reset();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one Aravis device of an open camera, and whose turn it is to talk to it.
+// The Aravis device of an open camera, and the lock that serialises calls to it.
 #pragma once
 
 #include "library/core/Device.h"
@@ -13,70 +13,69 @@
 
 namespace orvalis {
 
-/// Aravis takes one call per camera at a time, and a call to a camera that is gone lasts for
-/// seconds. So calls take turns, and whoever waits for a turn is sent away at once when the camera
-/// is known to be lost. Also the place where the thread that waits for images is woken. Any thread.
+/// Aravis permits one call for each camera at a time, and a call to a camera that is gone takes
+/// seconds. So calls are serialised, and a caller that waits for the lock is refused as soon as the
+/// camera is known to be lost. The thread that waits for images also waits here. Any thread.
 class CameraLink {
 public:
-    /// Takes over the reference.
+    /// Takes ownership of the reference.
     explicit CameraLink(ArvDevice *device);
     ~CameraLink();
     CameraLink(const CameraLink &) = delete;
     CameraLink &operator=(const CameraLink &) = delete;
 
-    /// The right to call Aravis, until destruction; false if the camera is lost.
-    class Turn {
+    /// Permits calls to Aravis until destruction; empty if the camera is lost.
+    class Lock {
     public:
-        explicit Turn(CameraLink *link) : link_(link) {}
-        Turn(Turn &&other) noexcept : link_(std::exchange(other.link_, nullptr)) {}
-        ~Turn();
-        /// False where the camera is lost: there is no turn then.
+        explicit Lock(CameraLink *link) : link_(link) {}
+        Lock(Lock &&other) noexcept : link_(std::exchange(other.link_, nullptr)) {}
+        ~Lock();
+        /// False if the camera is lost: Aravis must not be called then.
         explicit operator bool() const { return link_ != nullptr; }
 
     private:
         CameraLink *link_;
     };
-    /// Waits for the turn.
-    Turn turn();
-    /// The same, but none if the camera can be proven to be gone without a word to it.
-    Turn turnUnlessGone();
+    /// Waits for the lock.
+    Lock acquire();
+    /// Likewise, but empty if the camera is proven to be gone without a request to it.
+    Lock acquireUnlessGone();
 
-    /// Both only for the thread that has the turn.
+    /// Call device() and genicam() only while you hold the lock.
     ArvDevice *device() const { return device_.get(); }
-    /// The engine of the device's nodes, which owns it.
+    /// The GenICam engine; belongs to the device.
     ArvGc *genicam() const { return arv_device_get_genicam(device_.get()); }
 
-    /// What `failure` means; an error that says that the camera is gone marks it lost. That no
-    /// answer came in time says so only if nobody answers a second question either. Only for
-    /// the thread that has the turn.
+    /// Translates `failure`. Marks the camera lost if the error says that it is gone, or if a
+    /// request timed out and the camera does not answer a second request either. Call it only while
+    /// you hold the lock.
     OResult resultOf(const Failure &failure);
 
-    /// True once the camera is known to be gone.
+    /// True if the camera is known to be gone.
     bool lost() const { return lost_; }
-    /// From now on the camera counts as lost, for ever. Ends all waits. `reason` is for the debug
-    /// output.
+    /// Marks the camera as lost, permanently, and ends all waits. `reason` is for debug messages.
     void markLost(const char *reason);
 
-    /// A buffer of the stream is full or given up. Aravis could wait for buffers itself, but
-    /// nothing ends such a wait early: in slices of 20 ms a wake() took 7 ms to be noticed instead
-    /// of 0.03, and an idle stream 150 times the processor time.
+    /// Signals that a buffer of the stream is complete or abandoned. Aravis could wait for buffers
+    /// itself, but nothing ends such a wait early: with waits of 20 ms each, a wake() took 7 ms to
+    /// take effect instead of 0.03 ms, and an idle stream took 150 times the processor time.
     void bufferDone();
-    /// Ends the present or the next waitForBuffer().
+    /// Ends the current or the next waitForBuffer().
     void wake();
-    /// Forgets a wake() that nobody has noticed.
-    void forgetWake();
+    /// Discards a pending wake().
+    void clearWake();
 
-    /// Why a wait ended.
+    /// The reason why a wait ended.
     enum class Event { Buffer, Wake, Lost, Timeout };
-    /// Waits for bufferDone(), wake(), the loss of the camera, or `limit`. One thread at a time.
+    /// Waits for bufferDone(), wake(), loss of the camera, or `limit`. One thread at a time.
     Event waitForBuffer(Clock::time_point limit);
 
-    /// Leaves the camera, after the call that is under way. Takes seconds if the camera is gone.
-    /// Nobody asks for a turn any more.
+    /// Disconnects from the camera after the current call. Takes seconds if the camera is gone. No
+    /// lock may be requested afterwards.
     void close();
 
 private:
-    void giveBack();
+    void release();
     bool answers();
 
     const GigePresence presence_;
@@ -85,9 +84,9 @@ private:
 
     std::mutex mutex_; // guards everything below
     std::condition_variable changed_;
-    bool taken_ = false;
-    bool woken_ = false;
-    bool done_ = false;
+    bool locked_ = false;
+    bool wakePending_ = false;
+    bool bufferDone_ = false;
 };
 
 } // namespace orvalis

@@ -9,13 +9,15 @@
 namespace orvalis {
 namespace {
 
-constexpr std::size_t longestName = ORVALIS_NAME_SIZE - 1;
-/// Of a name that the user gave. GigE Vision cameras hold 15 bytes, USB3 Vision cameras 63.
-constexpr std::size_t longestUserName = 24;
-/// Of a serial number in a display name. GigE Vision cameras hold 15 bytes, USB3 Vision cameras 63.
-constexpr std::size_t longestSerialNumber = 20;
+constexpr std::size_t maxNameLength = ORVALIS_NAME_SIZE - 1;
+/// The part of DeviceUserID in a display name. GigE Vision cameras store 15 bytes, USB3 Vision
+/// cameras 63.
+constexpr std::size_t maxUserNameLength = 24;
+/// The part of a serial number in a display name. GigE Vision cameras store 15 bytes, USB3 Vision
+/// cameras 63.
+constexpr std::size_t maxSerialNumberLength = 20;
 
-/// IDs become parts of file names: letters, digits and what is harmless.
+/// IDs become parts of file names: permits letters, digits and harmless characters.
 std::string sanitized(std::string text)
 {
     for (char &c : text) {
@@ -48,18 +50,19 @@ const std::string &numberOf(const CameraRecord &camera)
     return camera.serialNumber.empty() ? camera.physicalId : camera.serialNumber;
 }
 
-/// The serial number tells cameras apart, so it stays; vendor and model are for people.
+/// The serial number identifies the camera and is never truncated; vendor and model are
+/// informative.
 std::string idOf(const CameraRecord &camera)
 {
     std::string id = joined({camera.vendor, camera.model, numberOf(camera)}, "-");
-    if (id.size() > longestName) {
+    if (id.size() > maxNameLength) {
         id = joined({camera.model, numberOf(camera)}, "-");
     }
-    return sanitized(lastOf(id, longestName));
+    return sanitized(lastOf(id, maxNameLength));
 }
 
-/// Bytes of the UTF-8 sequence that begins at `at`, and its code point. What is none is one byte of
-/// Latin-1, where bytes are code points.
+/// Size and code point of the UTF-8 sequence at `at`. An invalid byte counts as Latin-1, where
+/// bytes are code points.
 std::pair<std::size_t, unsigned> characterAt(const std::string &text, std::size_t at)
 {
     const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
@@ -78,8 +81,8 @@ std::pair<std::size_t, unsigned> characterAt(const std::string &text, std::size_
     return {size, code};
 }
 
-/// Text of a camera, which may be UTF-8 or Latin-1, in Latin-1: that is one byte a character, so it
-/// can be cut anywhere. No control characters, no spaces at the ends.
+/// Converts a camera's text (UTF-8 or Latin-1) to Latin-1: one byte for each character, so it can
+/// be truncated anywhere. Removes control characters and surrounding spaces.
 std::string latin1(const std::string &text)
 {
     std::string result;
@@ -95,17 +98,17 @@ std::string latin1(const std::string &text)
                : result.substr(begin, result.find_last_not_of(' ') - begin + 1);
 }
 
-/// What has to stay is cut last: the notes at the end, the serial number, the name that the user
-/// gave, and then model and maker.
+/// Truncates model and vendor first; the notes at the end, the serial number and the user-defined
+/// name are more important.
 std::string displayNameOf(const CameraRecord &camera, const std::string &mark)
 {
-    std::string tail = " (" + lastOf(latin1(numberOf(camera)), longestSerialNumber) + ")";
+    std::string tail = " (" + lastOf(latin1(numberOf(camera)), maxSerialNumberLength) + ")";
     tail += mark.empty() ? "" : " " + mark;
     if (camera.isGige() && !camera.route) {
         tail += " - other subnet " + camera.address;
     }
-    const std::size_t room = tail.size() < longestName ? longestName - tail.size() : 0;
-    const std::string userName = latin1(camera.userName).substr(0, longestUserName);
+    const std::size_t room = tail.size() < maxNameLength ? maxNameLength - tail.size() : 0;
+    const std::string userName = latin1(camera.userName).substr(0, maxUserNameLength);
     std::string name;
     for (const std::string &kind :
          {joined({latin1(camera.vendor), latin1(camera.model)}, " "), latin1(camera.model)}) {
@@ -114,22 +117,23 @@ std::string displayNameOf(const CameraRecord &camera, const std::string &mark)
             break;
         }
     }
-    return lastOf(name.substr(0, room) + tail, longestName);
+    return lastOf(name.substr(0, room) + tail, maxNameLength);
 }
 
-/// A bare "-2" would go to whichever camera answers second, so the place on the bus is used.
+/// Qualifies an ID with the camera's address, because a number such as "-2" would depend on the
+/// order of the answers.
 std::string marked(const std::string &id, const std::string &mark)
 {
     const std::string tail = sanitized("-" + mark);
-    return tail.size() < longestName ? id.substr(0, longestName - tail.size()) + tail : id;
+    return tail.size() < maxNameLength ? id.substr(0, maxNameLength - tail.size()) + tail : id;
 }
 
 using Text = std::string CameraRecord::*;
 
-/// Where to look for what tells a camera from others of the same ID: where it is, then what it is.
+/// Texts that distinguish cameras with the same ID: first the address, then the hardware.
 constexpr Text marks[] = {&CameraRecord::address, &CameraRecord::physicalId};
 
-/// The cameras whose text is not theirs alone.
+/// The cameras that share their text with others.
 std::vector<CameraRecord *> twins(std::vector<CameraRecord> &cameras, Text text)
 {
     std::map<std::string, int> count;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Opening a real camera, and why it may not be had.
+// Opens real cameras and reports why one cannot be opened.
 #include "library/genicam/CameraOpening.h"
 
 #include "library/core/Background.h"
@@ -21,7 +21,8 @@ OResult refused(const CameraRecord &camera, OResult result, const char *reason)
 
 constexpr const char *heldByOther = "another program controls it";
 
-/// What a failed attempt means for the caller. "Access denied" is what a camera tells a guest.
+/// Translates the error of a failed attempt. A camera reports "access denied" to programs that do
+/// not control it.
 OResult meaningOf(const Failure &failure)
 {
     switch (failure.result()) {
@@ -37,9 +38,9 @@ OResult meaningOf(const Failure &failure)
     }
 }
 
-/// Leaves a camera of which we are only a guest. Some do not answer to guests at all: this may take
-/// seconds.
-void leave(GPtr<ArvDevice> device)
+/// Disconnects from a camera that this program does not control. Some cameras do not answer then,
+/// so this may take seconds; it runs in the background.
+void disconnect(GPtr<ArvDevice> device)
 {
     Background::instance().run(
         [aravis = AravisUse::instance(), guest = std::shared_ptr<ArvDevice>(std::move(device))] {});
@@ -47,11 +48,11 @@ void leave(GPtr<ArvDevice> device)
 
 OResult openGige(const CameraRecord &camera, GPtr<ArvDevice> &device)
 {
-    // Addresses of interfaces change: what is true now counts.
+    // Addresses of interfaces change: use the present ones.
     const GigeRoute route = routeTo(camera.route.camera, camera.interfaceIndex, localInterfaces());
     if (!route) {
         return refused(camera, ORVALIS_ERROR_NOT_FOUND,
-                       "its address is in no subnet of the interface that it was seen on");
+                       "its address is not in a subnet of the interface on which it was found");
     }
     const GigePresence presence(route);
     if (const char *proof = presence.whyGone()) {
@@ -61,14 +62,15 @@ OResult openGige(const CameraRecord &camera, GPtr<ArvDevice> &device)
         return refused(camera, ORVALIS_ERROR_BUSY, heldByOther);
     }
     Failure failure;
-    GPtr<ArvDevice> opened = openAlong(route, failure);
+    GPtr<ArvDevice> opened = openThrough(route, failure);
     if (!opened) {
-        // Somebody may have been faster, and cameras that are held refuse in many ways.
+        // Another program may have taken control meanwhile, and controlled cameras refuse in many
+        // ways.
         return refused(camera, presence.isHeldByOther() ? ORVALIS_ERROR_BUSY : meaningOf(failure),
                        failure.text());
     }
     if (!arv_gv_device_is_controller(ARV_GV_DEVICE(opened.get()))) {
-        leave(std::move(opened));
+        disconnect(std::move(opened));
         return refused(camera, ORVALIS_ERROR_BUSY, heldByOther);
     }
     device = std::move(opened);
@@ -93,7 +95,7 @@ OResult openUsb(const CameraRecord &camera, GPtr<ArvDevice> &device)
 
 OResult openRecordedCamera(const CameraRecord &camera, GPtr<ArvDevice> &device)
 {
-    // Aravis' own opening by ID waits for discovery, so these go round it.
+    // Opening by ID with Aravis waits for its discovery, so open by address or by name.
     return camera.isGige() ? openGige(camera, device) : openUsb(camera, device);
 }
 

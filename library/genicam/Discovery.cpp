@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which real cameras are there.
+// Finds real cameras.
 #include "library/genicam/Discovery.h"
 
 #include "library/genicam/GigeDiscovery.h"
@@ -13,10 +13,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// What GigE Vision gives a camera to answer.
-constexpr auto gigePatience = 1s;
+/// The time within which a GigE Vision camera must answer.
+constexpr auto gigeTimeout = 1s;
 
-/// Aravis keeps the interface of a GigE Vision camera to itself, so these are not looked for by it.
+/// Builds a record. The library finds GigE Vision cameras itself, because Aravis does not reveal
+/// the interface of a camera.
 CameraRecord gigeRecord(const GigeAnnouncement &seen,
                         const std::vector<InterfaceAddress> &interfaces)
 {
@@ -36,7 +37,7 @@ CameraRecord gigeRecord(const GigeAnnouncement &seen,
 void addUsbCameras(std::vector<CameraRecord> &cameras)
 {
 #if ARAVIS_HAS_USB
-    // Aravis keeps one list for the whole program.
+    // Aravis has one device list for the process.
     static std::mutex listMutex;
     const std::lock_guard lock(listMutex);
     ArvInterface *bus = arv_uv_interface_get_instance();
@@ -59,11 +60,11 @@ void addUsbCameras(std::vector<CameraRecord> &cameras)
 
 } // namespace
 
-std::vector<CameraRecord> lookForCameras()
+std::vector<CameraRecord> findCameras()
 {
     std::vector<CameraRecord> cameras;
     const std::vector<InterfaceAddress> interfaces = localInterfaces();
-    for (const GigeAnnouncement &seen : lookForGigeCameras(interfaces, gigePatience)) {
+    for (const GigeAnnouncement &seen : findGigeCameras(interfaces, gigeTimeout)) {
         cameras.push_back(gigeRecord(seen, interfaces));
     }
     addUsbCameras(cameras);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which real cameras are there, and what it takes to open one.
+// Finds real cameras and records what is needed to open them.
 #pragma once
 
 #include "library/core/Device.h"
@@ -9,7 +9,7 @@
 
 namespace orvalis {
 
-/// A camera as discovery saw it.
+/// A camera as discovery found it.
 struct CameraRecord {
     std::string id;          ///< ours: vendor, model and serial number, at most 63 bytes
     std::string displayName; ///< ours, Latin-1, at most 63 bytes
@@ -20,23 +20,23 @@ struct CameraRecord {
     std::string model;
     std::string serialNumber;
     std::string userName;        ///< DeviceUserID; often empty
-    unsigned interfaceIndex = 0; ///< of a GigE Vision camera: the interface that it was seen on
-    GigeRoute route;             ///< the way through that interface; empty in a foreign subnet
+    unsigned interfaceIndex = 0; ///< GigE Vision: the interface on which it was found
+    GigeRoute route;             ///< the route through that interface; empty if in another subnet
 
     /// True for GigE Vision.
     bool isGige() const { return protocol == "GigEVision"; }
 };
 
-/// Gives every record its ID and display name: the same for the same camera each time, and no two
-/// alike.
+/// Sets the ID and display name of each record: unique, and the same for the same camera each time.
 void nameCameras(std::vector<CameraRecord> &cameras);
 
-/// Looks for GigE Vision and USB3 Vision cameras: takes a second. One thread at a time. In the
-/// order of their IDs.
-std::vector<CameraRecord> lookForCameras();
+/// Finds GigE Vision and USB3 Vision cameras, in about a second. Sorted by ID. One thread at a
+/// time.
+std::vector<CameraRecord> findCameras();
 
-/// Tells on the debug output what the last look at the buses saw, and why cameras may be missing:
-/// addresses on other subnets, USB devices without permission. Silent if nothing has changed.
+/// Prints what the last search found as debug messages, with reasons why cameras may be missing:
+/// addresses in other subnets, USB devices without permission. Prints nothing if nothing has
+/// changed.
 void reportDiscovery(const std::vector<CameraRecord> &cameras,
                      const std::vector<InterfaceAddress> &interfaces);
 

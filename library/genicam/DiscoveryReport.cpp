@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Why a camera may be missing: what discovery saw, for the debug output.
+// Debug messages about discovery: what it found, and why a camera may be missing.
 #include "library/core/Debug.h"
 #include "library/genicam/Discovery.h"
 #include "library/genicam/UsbCameras.h"
@@ -14,7 +14,7 @@ namespace {
 std::string nameOf(unsigned interfaceIndex)
 {
     char name[IF_NAMESIZE] = "";
-    return if_indextoname(interfaceIndex, name) != nullptr ? name : "an interface that is gone";
+    return if_indextoname(interfaceIndex, name) != nullptr ? name : "a removed interface";
 }
 
 std::string report(const std::vector<CameraRecord> &cameras,
@@ -26,18 +26,19 @@ std::string report(const std::vector<CameraRecord> &cameras,
                 camera.physicalId +
                 (camera.isGige() ? " on " + nameOf(camera.interfaceIndex) : std::string()) + "\n";
         if (camera.isGige() && !camera.route) {
-            text += "    its address is in no subnet of that interface: it cannot be opened until "
-                    "one of the two gets another address\n";
+            text +=
+                "    its address is not in a subnet of that interface: it cannot be opened until "
+                "one of the two addresses changes\n";
         }
     }
     for (const UsbCamera &camera : pluggedUsbCameras()) {
         if (!camera.permitted) {
             text += "  a USB3 Vision camera at " + camera.node.string() +
-                    " may not be opened: no permission (is the udev rule installed?)\n";
+                    " cannot be opened: no permission (is the udev rule installed?)\n";
         }
     }
     for (const InterfaceAddress &interface : interfaces) {
-        text += "  looked on " + interface.name + " " + dotted(interface.address) + "/" +
+        text += "  searched " + interface.name + " " + dotted(interface.address) + "/" +
                 dotted(interface.mask) + "\n";
     }
     return text;

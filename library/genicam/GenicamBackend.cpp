@@ -14,10 +14,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The open cameras by ID. A camera that was closed a moment ago may still have to be told so.
+/// The open cameras by ID. After a close, the device may take a moment to disconnect.
 class OpenCameras {
 public:
-    /// `isLost` tells of the camera until remove().
+    /// `isLost` is called until remove().
     void add(const std::string &id, std::function<bool()> isLost)
     {
         const std::lock_guard lock(mutex_);
@@ -26,16 +26,16 @@ public:
     void remove(const std::string &id)
     {
         const std::lock_guard lock(mutex_);
-        cameras_.erase(cameras_.lower_bound(id)); // of several the one that was opened first
+        cameras_.erase(cameras_.lower_bound(id)); // if there are several, the one opened first
         changed_.notify_all();
     }
-    /// Waits a moment for a camera to be left.
-    void waitUntilLeft(const std::string &id)
+    /// Waits up to 2 s until the camera is disconnected.
+    void waitUntilDisconnected(const std::string &id)
     {
         std::unique_lock lock(mutex_);
         changed_.wait_for(lock, 2s, [&] { return !cameras_.contains(id); });
     }
-    /// True if the camera is open, or not yet left, and lost.
+    /// True if the camera is lost, and open or not yet disconnected.
     bool isLost(const std::string &id)
     {
         const std::lock_guard lock(mutex_);
@@ -63,15 +63,15 @@ private:
     const std::shared_ptr<AravisUse> aravis_ = AravisUse::instance();
     std::shared_ptr<OpenCameras> open_ = std::make_shared<OpenCameras>();
     std::mutex mutex_;                          // guards known_
-    std::map<std::string, CameraRecord> known_; // all that were ever seen: they may come back
+    std::map<std::string, CameraRecord> known_; // all cameras ever found: they may return
 };
 
 std::vector<DeviceDescription> GenicamBackend::discover()
 {
     std::vector<DeviceDescription> found;
-    for (const CameraRecord &camera : lookForCameras()) {
-        // Whoever has lost a camera, but not yet left it, learns from the list that it is gone: a
-        // camera may be back soon, or belong to another program now.
+    for (const CameraRecord &camera : findCameras()) {
+        // Hide a lost camera until its program has closed it, so that the list tells that program
+        // of the loss: the camera may return soon, or belong to another program now.
         if (!open_->isLost(camera.id)) {
             found.push_back({camera.id, camera.displayName});
         }
@@ -98,7 +98,7 @@ OResult GenicamBackend::open(const std::string &id, std::unique_ptr<Device> &dev
     if (!findRecord(id, camera)) {
         return ORVALIS_ERROR_NOT_FOUND;
     }
-    open_->waitUntilLeft(id);
+    open_->waitUntilDisconnected(id);
     GPtr<ArvDevice> opened;
     if (const OResult result = openRecordedCamera(camera, opened); result != ORVALIS_OK) {
         return result;
@@ -114,7 +114,7 @@ OResult GenicamBackend::open(const std::string &id, std::unique_ptr<Device> &dev
     return ORVALIS_OK;
 }
 
-/// One camera that is always there, made of software.
+/// Aravis' software camera in this process; always present.
 class FakeBackend : public Backend {
 public:
     std::string_view name() const override { return "fake"; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One open real camera: opening, leaving, registers, reset.
+// One open real camera: opening, disconnecting, registers, reset.
 #include "library/genicam/GenicamDevice.h"
 
 #include "library/genicam/NodeReach.h"
@@ -10,10 +10,10 @@
 namespace orvalis {
 namespace {
 
-/// Aravis' test cameras have no memory above this, and crash when asked for it.
+/// Aravis' test cameras have no memory above this, and crash on an access to it.
 constexpr std::uint32_t fakeMemory = ARV_FAKE_CAMERA_MEMORY_SIZE;
 
-/// In this process, or as a GigE Vision camera in another one.
+/// True for Aravis' test camera, in this process or as a GigE Vision camera in another.
 bool isTestCamera(ArvDevice *device, const DeviceIdentity &identity)
 {
     return ARV_IS_FAKE_DEVICE(device) || (identity.vendor == "Aravis" && identity.model == "Fake");
@@ -63,7 +63,7 @@ GenicamDevice::GenicamDevice(GPtr<ArvDevice> device, DeviceIdentity identity,
 
 GenicamDevice::~GenicamDevice()
 {
-    GenicamDevice::stopStream(); // whoever forgot it must not make the camera stay open for ever
+    GenicamDevice::stopStream(); // a running stream would keep the camera open
     link_->close();
     onGone_();
 }
@@ -83,8 +83,8 @@ bool GenicamDevice::servesRegister(std::uint32_t address) const
 
 template <class Access> OResult GenicamDevice::atRegister(std::uint32_t address, Access access)
 {
-    const CameraLink::Turn turn = link_->turn();
-    if (!turn) {
+    const CameraLink::Lock lock = link_->acquire();
+    if (!lock) {
         return ORVALIS_ERROR_CONNECTION_LOST;
     }
     if (!servesRegister(address)) {
@@ -109,7 +109,7 @@ OResult GenicamDevice::writeRegister(std::uint32_t address, std::uint32_t value)
 {
     return atRegister(address, [&](ArvDevice *device, GError **error) {
         arv_device_write_register(device, address, value, error);
-        nodes_.forgetRegisters();
+        nodes_.invalidateRegisters();
     });
 }
 
@@ -117,7 +117,7 @@ OResult GenicamDevice::reset()
 {
     const OResult result = nodes_.execute("DeviceReset");
     if (result == ORVALIS_OK || result == ORVALIS_ERROR_CONNECTION_LOST) {
-        // Many cameras are gone before they have acknowledged the command.
+        // Many cameras restart before they acknowledge the command.
         const bool knownBefore = result != ORVALIS_OK && link_->lost();
         link_->markLost("it restarts");
         return knownBefore ? result : ORVALIS_OK;

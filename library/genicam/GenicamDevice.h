@@ -15,15 +15,15 @@
 
 namespace orvalis {
 
-/// A GigE Vision or USB3 Vision camera, or Aravis' in-process test camera. Calls to Aravis take
-/// turns (CameraLink), but waiting for an image does not need a turn.
+/// A GigE Vision or USB3 Vision camera, or Aravis' in-process test camera. CameraLink serialises
+/// calls to Aravis; waiting for an image does not need its lock.
 class GenicamDevice : public Device {
 public:
-    /// Takes over the reference. `onGone` runs when the camera has been left for good.
+    /// Takes ownership of the reference. Calls `onGone` when the camera has been disconnected.
     GenicamDevice(GPtr<ArvDevice> device, DeviceIdentity identity, std::function<void()> onGone);
     ~GenicamDevice() override;
 
-    /// Tells whether the camera is lost, also after this object's end.
+    /// Returns a function that reports whether the camera is lost. It may outlive this object.
     std::function<bool()> lossProbe() const;
 
     const DeviceIdentity &identity() const override { return identity_; }
@@ -44,32 +44,32 @@ private:
     void end(Session session);
     OResult waitForImage(StreamSession &session, RawImage &image, Clock::time_point deadline);
     OResult checkSilence();
-    OResult lookForLife();
+    OResult checkConnection();
     bool hasControl();
-    bool isWrongWay();
-    void climbBack();
-    OResult startAgain();
+    bool mustRestart();
+    void restoreTransport();
+    OResult restart();
     bool servesRegister(std::uint32_t address) const;
-    /// Calls access(device, error) when it is this caller's turn, if there is such a register.
+    /// Takes the lock and calls access(device, error) if the camera has such a register.
     template <class Access> OResult atRegister(std::uint32_t address, Access access);
 
     const std::shared_ptr<AravisUse> aravis_ = AravisUse::instance();
     DeviceIdentity identity_;
     std::function<void()> onGone_;
     bool isFake_ = false;
-    GigeLink gige_;                    // of the thread that streams
-    PixelOrder order_;                 // the same
+    GigeLink gige_;                    // streaming thread only
+    PixelOrder order_;                 // likewise
     std::shared_ptr<CameraLink> link_; // never null
     StreamCounters counters_;
-    StreamCounters grabCounters_; // of streams that nobody but us knows of
+    StreamCounters grabCounters_; // of the streams that serve grabs
     GenicamNodeMap nodes_;
-    // Of the thread that streams:
+    // Streaming thread only:
     Session session_;
-    Clock::time_point since_; ///< last image, start of the stream, or last try of another way
-    Clock::time_point heard_; ///< last image, or last sign of life
+    Clock::time_point lastProgress_; ///< last image, start of the stream, or change of transport
+    Clock::time_point lastContact_;  ///< last image, or last answer
 };
 
-/// Who a camera is: what discovery saw, completed by what the camera says itself.
+/// The identity of a camera: the given names, and what the camera's nodes report.
 DeviceIdentity identityOf(ArvDevice *device, std::string id, std::string displayName);
 
 } // namespace orvalis

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One open real camera: its stream, single images, and what is tried when no picture comes.
+// One open real camera: its stream, single images, and what to do when no image arrives.
 #include "library/genicam/GenicamDevice.h"
 
 #include <algorithm>
@@ -9,15 +9,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// After so long without an image the camera is asked whether it is still there: Aravis itself
-/// takes more than seven seconds to notice.
+/// After this time without an image, check whether the camera is still there: Aravis itself takes
+/// more than seven seconds to notice.
 constexpr auto silenceLimit = 500ms;
-/// A stream is tried with safer settings once it has brought no image for so long, but as many
-/// frames in a row of which parts were missing.
-constexpr auto damagedPatience = 900ms;
+/// Change to a safer transport after this time without an image, and at least this many damaged
+/// frames in a row.
+constexpr auto damagedTimeout = 900ms;
 constexpr std::uint64_t damagedLimit = 3;
-/// Control channel privilege of a GigE Vision camera: cheap to read, and every camera has it. One
-/// of these bits is set while somebody controls the camera.
+/// The control channel privilege of a GigE Vision camera: every camera has this register and
+/// reading it is cheap. One of these bits is set while a program controls the camera.
 constexpr std::uint32_t privilegeRegister = 0x0A00;
 constexpr guint32 controlPrivileges = 0x3;
 constexpr int writeAttempts = 2;
@@ -26,8 +26,8 @@ constexpr int writeAttempts = 2;
 
 OResult GenicamDevice::begin(Session &session, StreamUse use)
 {
-    const CameraLink::Turn turn = link_->turnUnlessGone();
-    if (!turn) {
+    const CameraLink::Lock lock = link_->acquireUnlessGone();
+    if (!lock) {
         return ORVALIS_ERROR_CONNECTION_LOST;
     }
     gige_.apply(link_->device());
@@ -40,10 +40,10 @@ OResult GenicamDevice::begin(Session &session, StreamUse use)
     return result;
 }
 
-/// Stops the camera, which takes seconds if it does not answer, and takes the stream down.
+/// Stops the camera, which takes seconds if it does not answer, and ends the stream.
 void GenicamDevice::end(Session session)
 {
-    if (const CameraLink::Turn turn = link_->turnUnlessGone()) {
+    if (const CameraLink::Lock lock = link_->acquireUnlessGone()) {
         session->stopCamera();
     }
     session->end();
@@ -51,16 +51,16 @@ void GenicamDevice::end(Session session)
 
 OResult GenicamDevice::startStream()
 {
-    link_->forgetWake();
+    link_->clearWake();
     counters_.reset();
-    // First of all: buffers are as large as the picture is now, and must not become too small.
+    // Lock the size first: buffers are allocated for the present image size.
     nodes_.setStreaming(true);
     const OResult result = begin(session_, StreamUse::Continuous);
     if (result != ORVALIS_OK) {
         nodes_.setStreaming(false);
         return result;
     }
-    since_ = heard_ = Clock::now();
+    lastProgress_ = lastContact_ = Clock::now();
     return ORVALIS_OK;
 }
 
@@ -79,19 +79,19 @@ OResult GenicamDevice::nextImage(RawImage &image, Clock::time_point deadline)
     }
     for (;;) {
         const OResult result =
-            waitForImage(*session_, image, std::min(deadline, heard_ + silenceLimit));
+            waitForImage(*session_, image, std::min(deadline, lastContact_ + silenceLimit));
         if (result != ORVALIS_OK && result != ORVALIS_ERROR_TIMEOUT) {
             return result;
         }
-        // With an image too: a program that has been stopped for a while finds old images, and may
-        // have lost the camera meanwhile.
+        // Check even if there is an image: a process that was suspended may find old images,
+        // although the camera was lost meanwhile.
         if (const OResult there = checkSilence(); there != ORVALIS_OK) {
             return there;
         }
         if (result == ORVALIS_OK) {
             counters_.add(StreamCounters::Delivered);
-            since_ = heard_ = Clock::now();
-            climbBack();
+            lastProgress_ = lastContact_ = Clock::now();
+            restoreTransport();
             return ORVALIS_OK;
         }
         if (Clock::now() >= deadline) {
@@ -118,54 +118,55 @@ OResult GenicamDevice::waitForImage(StreamSession &session, RawImage &image,
     return ORVALIS_ERROR_CONNECTION_LOST;
 }
 
-/// After a while without an image: is the camera there, and if so, is it the way its packets
-/// travel?
+/// After a time without an image, checks the connection, and restarts the stream if the transport
+/// must change.
 OResult GenicamDevice::checkSilence()
 {
-    if (Clock::now() < heard_ + silenceLimit) {
+    if (Clock::now() < lastContact_ + silenceLimit) {
         return ORVALIS_OK;
     }
-    if (const OResult result = lookForLife(); result != ORVALIS_OK) {
+    if (const OResult result = checkConnection(); result != ORVALIS_OK) {
         return result;
     }
-    heard_ = Clock::now();
-    return isWrongWay() ? startAgain() : ORVALIS_OK;
+    lastContact_ = Clock::now();
+    return mustRestart() ? restart() : ORVALIS_OK;
 }
 
-/// True if there is evidence that packets get lost, and a safer setting; or if the last start
-/// failed. That nothing comes is no evidence: the camera may expose, or wait for a trigger.
-bool GenicamDevice::isWrongWay()
+/// True if packets are provably lost and a safer transport is left, or if the last start failed.
+/// The absence of frames is not evidence: the camera may be exposing or waiting for a trigger.
+bool GenicamDevice::mustRestart()
 {
     if (!session_->isRunning()) {
         return true;
     }
-    if (session_->isDeaf()) {
-        return gige_.retreat(GigeWay::Evidence::DeafSocket);
+    if (session_->hasSilentSocket()) {
+        return gige_.fallBack(GigeTransport::Evidence::SilentSocket);
     }
-    return session_->damagedInARow() >= damagedLimit && Clock::now() >= since_ + damagedPatience &&
-           gige_.retreat(GigeWay::Evidence::Damage);
+    return session_->damagedInARow() >= damagedLimit &&
+           Clock::now() >= lastProgress_ + damagedTimeout &&
+           gige_.fallBack(GigeTransport::Evidence::Damage);
 }
 
-/// With each image: back to the best setting if packets have not been lost for long.
-void GenicamDevice::climbBack()
+/// Called for each image: returns to the best transport after a grace period without loss.
+void GenicamDevice::restoreTransport()
 {
     if (session_->imageFollowsDamage()) {
         gige_.damaged();
-    } else if (gige_.climb()) {
-        startAgain(); // if that fails it is tried again after a while without an image
+    } else if (gige_.restore()) {
+        restart(); // after a failure, checkSilence() tries again
     }
 }
 
-OResult GenicamDevice::lookForLife()
+OResult GenicamDevice::checkConnection()
 {
-    const CameraLink::Turn turn = link_->turnUnlessGone();
-    return turn && hasControl() ? ORVALIS_OK : ORVALIS_ERROR_CONNECTION_LOST;
+    const CameraLink::Lock lock = link_->acquireUnlessGone();
+    return lock && hasControl() ? ORVALIS_OK : ORVALIS_ERROR_CONNECTION_LOST;
 }
 
-/// Whether a GigE Vision camera is there and still ours; lost if not. Whoever takes a camera over
-/// has the same privilege, but only the present controller may write the register. Some cameras
-/// refuse that to others, some do not answer: twice, while they answer what is read, is no
-/// accident.
+/// Whether a GigE Vision camera is there and still controlled by this program; marks it lost
+/// otherwise. Another program that takes control sets the same privilege bits, but only the
+/// controller may write the register. Some cameras reject such a write, some do not answer it: two
+/// missing answers while reads are answered are proof.
 bool GenicamDevice::hasControl()
 {
     ArvDevice *device = link_->device();
@@ -180,24 +181,24 @@ bool GenicamDevice::hasControl()
     }
     OResult result =
         (privilege & controlPrivileges) != 0 ? ORVALIS_ERROR_TIMEOUT : ORVALIS_ERROR_ACCESS_DENIED;
-    for (int chance = 0; chance < writeAttempts && result == ORVALIS_ERROR_TIMEOUT; ++chance) {
+    for (int attempt = 0; attempt < writeAttempts && result == ORVALIS_ERROR_TIMEOUT; ++attempt) {
         arv_device_write_register(device, privilegeRegister, privilege, failure.slot());
         result = link_->resultOf(failure);
     }
     if (result != ORVALIS_ERROR_ACCESS_DENIED && result != ORVALIS_ERROR_TIMEOUT) {
         return !link_->lost();
     }
-    link_->markLost("this program does not control it any more");
+    link_->markLost("this program no longer controls it");
     return false;
 }
 
-/// Ends the stream and starts it again the way that gige_ has chosen.
-OResult GenicamDevice::startAgain()
+/// Ends the stream and starts it again with the transport that gige_ has chosen.
+OResult GenicamDevice::restart()
 {
-    since_ = Clock::now();
+    lastProgress_ = Clock::now();
     {
-        const CameraLink::Turn turn = link_->turn();
-        if (!turn) {
+        const CameraLink::Lock lock = link_->acquire();
+        if (!lock) {
             return ORVALIS_ERROR_CONNECTION_LOST;
         }
         session_->stopCamera();
@@ -219,7 +220,7 @@ OResult GenicamDevice::takeImage(RawImage &image, Clock::time_point deadline)
     }
     const OResult result = waitForImage(*session, image, deadline);
     if (result == ORVALIS_ERROR_TIMEOUT) {
-        lookForLife();
+        checkConnection();
     }
     end(std::move(session));
     return result;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The feature nodes of a real camera: finding them, what they are, and what may be done with them.
+// The feature nodes of a real camera: lookup, type, access, reading and writing.
 #include "library/genicam/GenicamNodeMap.h"
 
 #include "library/genicam/NodeKind.h"
@@ -12,7 +12,7 @@
 namespace orvalis {
 namespace {
 
-/// What a camera cannot change while it sends, whether or not its description says so.
+/// Nodes that a camera cannot change while it streams, even if its description does not say so.
 constexpr std::string_view lockedNames[] = {
     "Width",
     "Height",
@@ -23,15 +23,15 @@ constexpr std::string_view lockedNames[] = {
     "DecimationVertical",
 };
 
-/// After it nobody answers for a while.
+/// After this command the camera does not answer for a while.
 constexpr std::string_view resetCommand = "DeviceReset";
 
-/// How long commands are awaited. Those on user sets write to a flash memory.
-constexpr auto commandPatience = std::chrono::seconds(1);
-constexpr auto userSetPatience = std::chrono::seconds(5);
-/// Between two looks at a command that runs.
-constexpr std::chrono::milliseconds shortestPause{1};
-constexpr std::chrono::milliseconds longestPause{32};
+/// How long to wait for commands. Those of user sets write to flash memory.
+constexpr auto commandTimeout = std::chrono::seconds(1);
+constexpr auto userSetTimeout = std::chrono::seconds(5);
+/// The pause between two polls of a running command.
+constexpr std::chrono::milliseconds minPollInterval{1};
+constexpr std::chrono::milliseconds maxPollInterval{32};
 
 bool isLockedByName(ArvGcFeatureNode *node)
 {
@@ -40,7 +40,7 @@ bool isLockedByName(ArvGcFeatureNode *node)
            std::ranges::find(lockedNames, std::string_view(name)) != std::ranges::end(lockedNames);
 }
 
-/// True if the camera's description says when the node is locked.
+/// True if the camera's description states when the node is locked.
 bool hasLockProperty(ArvGcFeatureNode *node)
 {
     for (ArvDomNode *child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child != nullptr;
@@ -92,8 +92,9 @@ NodeInfo ourInfo(std::string_view name)
     return info;
 }
 
-/// True unless a command still runs: its register keeps the command's value until the end, and a
-/// camera may refuse to answer for so long. Where the register is never read nothing is known.
+/// True unless the command is still running. Its register holds the command's value until the end,
+/// and a camera may refuse to answer meanwhile. If the register cannot be read, the command counts
+/// as done.
 bool isDone(ArvGcFeatureNode *command)
 {
     ArvGcNode *const target = valueNodeOf(ARV_GC_NODE(command));
@@ -116,7 +117,7 @@ bool isDone(ArvGcFeatureNode *command)
     return !failure && present != running;
 }
 
-/// The result of a call of another type than the node's.
+/// The result for a call that does not fit a node of the library's own.
 OResult refusal(std::string_view name, ONodeType type)
 {
     return ourType(name) == type ? ORVALIS_ERROR_ACCESS_DENIED : ORVALIS_ERROR_WRONG_TYPE;
@@ -127,7 +128,7 @@ OResult refusal(std::string_view name, ONodeType type)
 ArvGcFeatureNode *GenicamNodeMap::find(std::string_view name) const
 {
     if (name == RegisterMemo::epochName) {
-        return nullptr; // ours, not the camera's
+        return nullptr; // the library's own, not the camera's
     }
     ArvGcNode *node = arv_gc_get_node(link_.genicam(), std::string(name).c_str());
     return ARV_IS_GC_FEATURE_NODE(node) ? ARV_GC_FEATURE_NODE(node) : nullptr;
@@ -139,8 +140,8 @@ void GenicamNodeMap::beginAccess()
     ++accesses_;
 }
 
-/// Nothing but this uses the engine's cache: a stream reads its nodes past us. What is written goes
-/// to the camera past the cache, which then is empty.
+/// The only user of the engine's cache: a stream accesses its nodes without it. A write goes
+/// directly to the camera and empties the cache.
 OResult GenicamNodeMap::workOn(ArvGcFeatureNode *node, Purpose purpose, const Work &work)
 {
     if (!memo_) {
@@ -163,8 +164,8 @@ OResult GenicamNodeMap::workOn(ArvGcFeatureNode *node, Purpose purpose, const Wo
 
 OResult GenicamNodeMap::withAnyNode(std::string_view name, const Work &work, Purpose purpose)
 {
-    const CameraLink::Turn turn = link_.turn();
-    if (!turn) {
+    const CameraLink::Lock lock = link_.acquire();
+    if (!lock) {
         return ORVALIS_ERROR_CONNECTION_LOST;
     }
     ArvGcFeatureNode *node = find(name);
@@ -208,7 +209,7 @@ bool GenicamNodeMap::locked(ArvGcFeatureNode *node, Failure &failure) const
     }
     const bool locked = arv_gc_feature_node_is_locked(node, failure.slot()) != FALSE;
     if (failure && !failure.isSilence()) {
-        failure.slot(); // nothing is known of a lock: the camera will refuse if it has to
+        failure.slot(); // unknown: the camera refuses the write if the node is locked
         return false;
     }
     return locked;
@@ -233,7 +234,7 @@ OAccessMode GenicamNodeMap::access(ArvGcFeatureNode *node, Failure &failure) con
     if (locked(node, failure)) {
         return ORVALIS_ACCESS_READ_ONLY;
     }
-    // Commands are written, never read, but to a user they are simply there to be used.
+    // Commands are only written, but users regard them as available.
     return mode == ARV_GC_ACCESS_MODE_WO && type != ORVALIS_NODE_COMMAND
                ? ORVALIS_ACCESS_WRITE_ONLY
                : ORVALIS_ACCESS_READ_WRITE;
@@ -292,7 +293,7 @@ OResult GenicamNodeMap::info(std::string_view name, NodeInfo &info)
         found.access =
             reach_.isSound(node, failure) ? access(node, failure) : ORVALIS_ACCESS_NOT_AVAILABLE;
         if (failure && !failure.isSilence()) {
-            // A node whose state cannot be told is not available, but it is there.
+            // A node whose state cannot be read exists, but is not available.
             found.access = ORVALIS_ACCESS_NOT_AVAILABLE;
             failure.slot();
         }
@@ -337,7 +338,7 @@ OResult GenicamNodeMap::setFloat(std::string_view name, double value)
         [&](ArvGcFeatureNode *node, Failure &failure) { return writeFloat(node, value, failure); });
 }
 
-/// Availability is a rule of the camera's description: the registers may answer all the same.
+/// Ignores availability, which is a rule of the description: the registers may answer anyway.
 OResult GenicamNodeMap::peekNumber(std::string_view name, FloatValue &value)
 {
     return withAnyNode(name, [&](ArvGcFeatureNode *node, Failure &failure) {
@@ -453,7 +454,8 @@ OResult GenicamNodeMap::execute(std::string_view name)
     const OResult result = withNode(
         name, ORVALIS_NODE_COMMAND, Purpose::Write, [&](ArvGcFeatureNode *node, Failure &failure) {
             arv_gc_command_execute(ARV_GC_COMMAND(node), failure.slot());
-            done = failure || name == resetCommand || endless_.contains(name) || isDone(node);
+            done =
+                failure || name == resetCommand || timedOutCommands_.contains(name) || isDone(node);
             return ORVALIS_OK;
         });
     if (!done) {
@@ -462,18 +464,18 @@ OResult GenicamNodeMap::execute(std::string_view name)
     return result;
 }
 
-/// Waits for the end of a command. Between two looks the camera is free for others; the thread that
-/// turned a selector for the command still holds the lock that is for that.
+/// Waits until a command is done. Releases the link's lock between polls; the caller still holds
+/// the node lock that protects the selectors.
 void GenicamNodeMap::awaitCommand(std::string_view name)
 {
     const bool isUserSet = name.starts_with("UserSet");
-    const Clock::time_point limit = Clock::now() + (isUserSet ? userSetPatience : commandPatience);
-    auto pause = shortestPause;
+    const Clock::time_point limit = Clock::now() + (isUserSet ? userSetTimeout : commandTimeout);
+    auto pause = minPollInterval;
     bool done = false;
     while (!done && !link_.lost() && Clock::now() < limit) {
         std::this_thread::sleep_for(pause);
-        pause = std::min(2 * pause, longestPause);
-        forgetRegisters();
+        pause = std::min(2 * pause, maxPollInterval);
+        invalidateRegisters();
         withAnyNode(name, [&](ArvGcFeatureNode *node, Failure &) {
             done = isDone(node);
             return ORVALIS_OK;
@@ -481,7 +483,7 @@ void GenicamNodeMap::awaitCommand(std::string_view name)
     }
     if (!done) {
         withAnyNode(name, [&](ArvGcFeatureNode *, Failure &) {
-            endless_.emplace(name);
+            timedOutCommands_.emplace(name);
             return ORVALIS_OK;
         });
     }

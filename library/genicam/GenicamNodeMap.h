@@ -16,17 +16,17 @@
 
 namespace orvalis {
 
-/// The camera's own nodes, and the category "StreamStatistics" with our counters.
+/// The camera's own nodes, and the library's category "StreamStatistics" with counters.
 class GenicamNodeMap : public NodeMap {
 public:
     GenicamNodeMap(CameraLink &link, StreamCounters &counters) : link_(link), counters_(counters) {}
 
-    /// Whether the camera acquires for the user. Nodes that have to be locked then are locked here
-    /// even if the camera's description does not say so.
+    /// Sets whether a stream runs. Some nodes are locked then even if the camera's description does
+    /// not lock them.
     void setStreaming(bool streaming) { streaming_ = streaming; }
 
-    /// Something was written past the nodes.
-    void forgetRegisters() { stale_ = true; }
+    /// Call this after writing a register other than through a node.
+    void invalidateRegisters() { stale_ = true; }
 
     void beginAccess() override;
     void endAccess() override { --accesses_; }
@@ -50,10 +50,11 @@ public:
 
 private:
     using Work = std::function<OResult(ArvGcFeatureNode *, Failure &)>;
-    enum class Purpose { Look, Read, Write };
+    enum class Purpose { Inspect, Read, Write };
 
     OResult withNode(std::string_view name, ONodeType type, Purpose purpose, const Work &work);
-    OResult withAnyNode(std::string_view name, const Work &work, Purpose purpose = Purpose::Look);
+    OResult withAnyNode(std::string_view name, const Work &work,
+                        Purpose purpose = Purpose::Inspect);
     ArvGcFeatureNode *find(std::string_view name) const;
     OAccessMode access(ArvGcFeatureNode *node, Failure &failure) const;
     bool locked(ArvGcFeatureNode *node, Failure &failure) const;
@@ -62,13 +63,13 @@ private:
 
     CameraLink &link_;
     StreamCounters &counters_;
-    // Of the one that has the turn:
+    // Guarded by the link's lock:
     NodeReach reach_;
-    std::optional<RegisterMemo> memo_;           ///< from the first use of a node on
-    std::set<std::string, std::less<>> endless_; ///< commands that were never done
+    std::optional<RegisterMemo> memo_;                    ///< created at the first use of a node
+    std::set<std::string, std::less<>> timedOutCommands_; ///< commands that did not finish in time
     std::atomic<bool> streaming_{false};
-    std::atomic<int> accesses_{0};   ///< that have begun and not ended
-    std::atomic<bool> stale_{false}; ///< what was kept of registers may not be true any more
+    std::atomic<int> accesses_{0};   ///< number of accesses in progress
+    std::atomic<bool> stale_{false}; ///< cached registers may be out of date
 };
 
 } // namespace orvalis

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which GigE Vision cameras answer, and on which network interface each one does.
+// Finds GigE Vision cameras and the network interface of each.
 #include "library/genicam/GigeDiscovery.h"
 
 #include "library/genicam/GigeRoute.h"
@@ -20,19 +20,19 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-/// Whatever answers in more names than this is no network of cameras.
-constexpr std::size_t mostCameras = 1024;
+/// Limits the memory that a faulty network can take.
+constexpr std::size_t maxCameras = 1024;
 
-/// Key, "please acknowledge, to everybody if need be", DISCOVERY, no payload, number of the
-/// request. Cameras in a foreign subnet can answer to everybody only.
+/// Key, flags (acknowledge, broadcast permitted), DISCOVERY_CMD, no payload, request number.
+/// Cameras in another subnet can answer only by broadcast.
 constexpr std::array<std::uint8_t, 8> discoveryCommand{0x42, 0x11, 0x00, 0x02,
                                                        0x00, 0x00, 0x4F, 0x56};
-/// No error, DISCOVERY's answer. Then the length of the payload and the number of the request.
+/// Status success, DISCOVERY_ACK. Payload length and request number follow.
 constexpr std::array<std::uint8_t, 4> discoveryAnswer{0x00, 0x00, 0x00, 0x03};
 constexpr std::size_t headSize = 8;
 constexpr std::size_t payloadSize = 248;
 
-/// Places in the payload, with their sizes: those of the bootstrap registers.
+/// Offsets and sizes in the payload: those of the bootstrap registers.
 struct Field {
     std::size_t at;
     std::size_t size;
@@ -46,7 +46,7 @@ constexpr Field userNameField{0xE8, 16};
 
 using Payload = std::array<std::uint8_t, payloadSize>;
 
-/// The text may fill its field, without a NUL.
+/// Texts may fill their field without a NUL.
 std::string textIn(const Payload &payload, Field field)
 {
     const char *begin = reinterpret_cast<const char *>(payload.data()) + field.at;
@@ -62,7 +62,7 @@ std::string hardwareAddressIn(const Payload &payload)
     return text;
 }
 
-/// A socket that sends to everybody, and is told where answers come in. Closed at the end.
+/// A socket that sends broadcasts and reports the interface of each answer.
 class DiscoverySocket {
 public:
     DiscoverySocket() : socket_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
@@ -87,17 +87,18 @@ public:
     void ask(const InterfaceAddress &from) const
     {
         Message message;
-        in_pktinfo way{};
-        way.ipi_ifindex = static_cast<int>(from.index);
-        way.ipi_spec_dst.s_addr = from.address;
-        message.setWay(way);
+        in_pktinfo info{};
+        info.ipi_ifindex = static_cast<int>(from.index);
+        info.ipi_spec_dst.s_addr = from.address;
+        message.setInterface(info);
         std::copy(discoveryCommand.begin(), discoveryCommand.end(), message.bytes.begin());
         message.vector.iov_len = discoveryCommand.size();
         message.peer = {AF_INET, htons(gigeControlPort), {INADDR_BROADCAST}, {}};
-        sendmsg(socket_, &message.head, 0); // an interface without a link refuses: none are there
+        sendmsg(socket_, &message.head, 0); // may fail: no link
     }
 
-    /// The next answer that is there already.
+    /// Takes the next received packet, without waiting; `found` is empty if it is not an
+    /// answer.
     bool next(std::optional<GigeAnnouncement> &found) const
     {
         Message message;
@@ -105,7 +106,7 @@ public:
         if (size < 0) {
             return false;
         }
-        found = announcementIn({message.bytes.data(), static_cast<std::size_t>(size)});
+        found = parseAnnouncement({message.bytes.data(), static_cast<std::size_t>(size)});
         if (found) {
             found->interfaceIndex = message.interfaceIndex();
         }
@@ -121,7 +122,7 @@ public:
     }
 
 private:
-    /// A packet with the interface that it goes by.
+    /// A packet with its network interface.
     struct Message {
         Message()
         {
@@ -135,21 +136,21 @@ private:
         Message(const Message &) = delete;
         Message &operator=(const Message &) = delete;
 
-        void setWay(const in_pktinfo &way)
+        void setInterface(const in_pktinfo &info)
         {
             cmsghdr *item = CMSG_FIRSTHDR(&head);
             item->cmsg_level = IPPROTO_IP;
             item->cmsg_type = IP_PKTINFO;
-            item->cmsg_len = CMSG_LEN(sizeof way);
-            std::memcpy(CMSG_DATA(item), &way, sizeof way);
+            item->cmsg_len = CMSG_LEN(sizeof info);
+            std::memcpy(CMSG_DATA(item), &info, sizeof info);
         }
         unsigned interfaceIndex()
         {
             for (cmsghdr *item = CMSG_FIRSTHDR(&head); item; item = CMSG_NXTHDR(&head, item)) {
                 if (item->cmsg_level == IPPROTO_IP && item->cmsg_type == IP_PKTINFO) {
-                    in_pktinfo way;
-                    std::memcpy(&way, CMSG_DATA(item), sizeof way);
-                    return static_cast<unsigned>(way.ipi_ifindex);
+                    in_pktinfo info;
+                    std::memcpy(&info, CMSG_DATA(item), sizeof info);
+                    return static_cast<unsigned>(info.ipi_ifindex);
                 }
             }
             return 0;
@@ -171,7 +172,7 @@ bool isSameCamera(const GigeAnnouncement &a, const GigeAnnouncement &b)
            a.address == b.address;
 }
 
-/// Smaller is better: a way in the camera's own subnet, then the interface that was there first.
+/// Lower is better: first a route in the camera's own subnet, then the lower interface number.
 std::pair<bool, unsigned> rank(const GigeAnnouncement &camera,
                                const std::vector<InterfaceAddress> &interfaces)
 {
@@ -183,7 +184,7 @@ void add(std::vector<GigeAnnouncement> &cameras, GigeAnnouncement camera,
 {
     const auto known = std::find_if(cameras.begin(), cameras.end(),
                                     [&](const auto &other) { return isSameCamera(camera, other); });
-    if (known == cameras.end() && cameras.size() < mostCameras) {
+    if (known == cameras.end() && cameras.size() < maxCameras) {
         cameras.push_back(std::move(camera));
     } else if (known != cameras.end() && rank(camera, interfaces) < rank(*known, interfaces)) {
         *known = std::move(camera);
@@ -192,13 +193,13 @@ void add(std::vector<GigeAnnouncement> &cameras, GigeAnnouncement camera,
 
 } // namespace
 
-std::optional<GigeAnnouncement> announcementIn(std::span<const std::uint8_t> packet)
+std::optional<GigeAnnouncement> parseAnnouncement(std::span<const std::uint8_t> packet)
 {
     if (packet.size() < headSize + vendorField.at ||
         !std::equal(discoveryAnswer.begin(), discoveryAnswer.end(), packet.begin())) {
         return std::nullopt;
     }
-    Payload payload{}; // what is missing is empty
+    Payload payload{}; // missing fields are empty
     const auto sent = packet.subspan(headSize, std::min(packet.size() - headSize, payloadSize));
     std::copy(sent.begin(), sent.end(), payload.begin());
     GigeAnnouncement camera;
@@ -211,14 +212,14 @@ std::optional<GigeAnnouncement> announcementIn(std::span<const std::uint8_t> pac
     return camera;
 }
 
-std::vector<GigeAnnouncement> lookForGigeCameras(const std::vector<InterfaceAddress> &interfaces,
-                                                 std::chrono::milliseconds patience)
+std::vector<GigeAnnouncement> findGigeCameras(const std::vector<InterfaceAddress> &interfaces,
+                                              std::chrono::milliseconds timeout)
 {
     const DiscoverySocket socket;
     std::vector<GigeAnnouncement> cameras;
     const Clock::time_point begin = Clock::now();
-    // Nobody sends a lost packet again, so the question is put twice.
-    for (const auto limit : {begin + patience / 4, begin + patience}) {
+    // Send twice: a lost command is not resent.
+    for (const auto limit : {begin + timeout / 4, begin + timeout}) {
         for (const InterfaceAddress &interface : interfaces) {
             if (interface.broadcasts) {
                 socket.ask(interface);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a GigE Vision camera sends its stream, and what to try when its packets get lost.
+// The transport of a GigE Vision stream: socket and packet size, and fallbacks for lost packets.
 #include "library/genicam/GigeLink.h"
 
 #include "library/core/Debug.h"
@@ -13,13 +13,15 @@
 namespace orvalis {
 namespace {
 
-/// Fits every Ethernet and most tunnels; then what GigE Vision demands of every camera.
+/// Packet sizes: one for every Ethernet and most tunnels; then the size that GigE Vision requires
+/// of every camera.
 constexpr int modestPacket = 1400;
 constexpr int smallestPacket = 576;
-/// Within one computer nothing limits packets but the camera, and large ones spare the receiver.
+/// On loopback only the camera limits the packet size, and large packets reduce the receiver's
+/// load.
 constexpr int loopbackPacket = 8192;
-/// The longest that the best size is not tried again.
-constexpr std::chrono::hours longestWhile{1};
+/// The longest grace period.
+constexpr std::chrono::hours maxGracePeriod{1};
 
 bool isLoopback(ArvGvDevice *device)
 {
@@ -37,53 +39,58 @@ bool packetSocketAllowed()
     return value == nullptr || std::string_view(value) != "0";
 }
 
-GigeWay wayTo(ArvDevice *device)
+GigeTransport transportFor(ArvDevice *device)
 {
     if (!ARV_IS_GV_DEVICE(device)) {
-        return GigeWay();
+        return GigeTransport();
     }
-    // Within this computer a packet socket often receives nothing at all.
-    return isLoopback(ARV_GV_DEVICE(device)) ? GigeWay(loopbackPacket)
-                                             : GigeWay(0, packetSocketAllowed());
+    // On loopback a packet socket often receives nothing.
+    return isLoopback(ARV_GV_DEVICE(device)) ? GigeTransport(loopbackPacket)
+                                             : GigeTransport(0, packetSocketAllowed());
 }
 
-std::string described(const GigeWay &way)
+std::string described(const GigeTransport &transport)
 {
-    return std::string(way.packetSocket() ? "a packet" : "an ordinary") + " socket, packets of " +
-           (way.packetSize() == 0 ? "negotiated" : std::to_string(way.packetSize())) + " bytes";
+    return std::string(transport.packetSocket() ? "a packet" : "an ordinary") +
+           " socket, packets of " +
+           (transport.packetSize() == 0 ? "negotiated" : std::to_string(transport.packetSize())) +
+           " bytes";
 }
 
 } // namespace
 
-bool GigeWay::retreat(Evidence evidence, Clock::time_point now)
+bool GigeTransport::fallBack(Evidence evidence, Clock::time_point now)
 {
-    if (evidence == Evidence::DeafSocket) {
+    if (evidence == Evidence::SilentSocket) {
         return std::exchange(packetSocket_, false);
     }
     if (packetSize_ == smallestPacket) {
         return false;
     }
     if (packetSize_ == best_) {
-        const bool again = now < climbed_ + patience_;
-        patience_ = again ? std::min<Clock::duration>(patience_ * 2, longestWhile)
-                          : Clock::duration(goodWhile);
+        const bool again = now < restored_ + gracePeriod_;
+        gracePeriod_ = again ? std::min<Clock::duration>(gracePeriod_ * 2, maxGracePeriod)
+                             : Clock::duration(initialGracePeriod);
     }
     packetSize_ = packetSize_ == modestPacket ? smallestPacket : modestPacket;
-    goodSince_ = now;
+    undamagedSince_ = now;
     return true;
 }
 
-bool GigeWay::climb(Clock::time_point now)
+bool GigeTransport::restore(Clock::time_point now)
 {
-    if (packetSize_ == best_ || now < goodSince_ + patience_) {
+    if (packetSize_ == best_ || now < undamagedSince_ + gracePeriod_) {
         return false;
     }
     packetSize_ = best_;
-    climbed_ = now;
+    restored_ = now;
     return true;
 }
 
-GigeLink::GigeLink(ArvDevice *device) : gige_(ARV_IS_GV_DEVICE(device)), way_(wayTo(device)) {}
+GigeLink::GigeLink(ArvDevice *device)
+    : gige_(ARV_IS_GV_DEVICE(device)), transport_(transportFor(device))
+{
+}
 
 void GigeLink::apply(ArvDevice *device)
 {
@@ -91,35 +98,35 @@ void GigeLink::apply(ArvDevice *device)
         return;
     }
     ArvGvDevice *gige = ARV_GV_DEVICE(device);
-    arv_gv_device_set_stream_options(gige, way_.packetSocket()
+    arv_gv_device_set_stream_options(gige, transport_.packetSocket()
                                                ? ARV_GV_STREAM_OPTION_NONE
                                                : ARV_GV_STREAM_OPTION_PACKET_SOCKET_DISABLED);
-    const bool negotiates = way_.packetSize() == 0 && !std::exchange(negotiated_, true);
+    const bool negotiates = transport_.packetSize() == 0 && !std::exchange(negotiated_, true);
     arv_gv_device_set_packet_size_adjustment(gige, negotiates
                                                        ? ARV_GV_PACKET_SIZE_ADJUSTMENT_ALWAYS
                                                        : ARV_GV_PACKET_SIZE_ADJUSTMENT_NEVER);
-    if (way_.packetSize() != 0) {
+    if (transport_.packetSize() != 0) {
         Failure failure;
-        arv_gv_device_set_packet_size(gige, way_.packetSize(), failure.slot());
+        arv_gv_device_set_packet_size(gige, transport_.packetSize(), failure.slot());
     }
 }
 
-bool GigeLink::retreat(GigeWay::Evidence evidence)
+bool GigeLink::fallBack(GigeTransport::Evidence evidence)
 {
-    if (!gige_ || !way_.retreat(evidence, Clock::now())) {
+    if (!gige_ || !transport_.fallBack(evidence, Clock::now())) {
         return false;
     }
-    debugPrint("packets get lost: trying %s", described(way_).c_str());
+    debugPrint("packets are lost: using %s", described(transport_).c_str());
     return true;
 }
 
-bool GigeLink::climb()
+bool GigeLink::restore()
 {
-    if (!way_.climb(Clock::now())) {
+    if (!transport_.restore(Clock::now())) {
         return false;
     }
     negotiated_ = false;
-    debugPrint("no packets get lost any more: trying %s", described(way_).c_str());
+    debugPrint("packets are no longer lost: using %s", described(transport_).c_str());
     return true;
 }
 

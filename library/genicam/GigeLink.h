@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a GigE Vision camera sends its stream, and what to try when its packets get lost.
+// The transport of a GigE Vision stream: socket and packet size, and fallbacks for lost packets.
 #pragma once
 
 #include "library/core/Device.h"
@@ -9,68 +9,67 @@
 
 namespace orvalis {
 
-/// Kind of socket and size of packets, and when to change them. Only evidence makes it retreat to a
-/// safer setting; that nothing comes is none, a camera may have reasons of its own. Packets lost
-/// may have been the fault of a moment, so after a good while the best size is tried again; each
-/// time that this fails the while doubles.
-class GigeWay {
+/// Chooses the kind of socket and the packet size. Falls back to a safer setting only on evidence
+/// of loss; the absence of frames is not evidence, because it may have other reasons. Losses may be
+/// temporary, so the best size is tried again after a grace period, which doubles each time that
+/// the retry fails.
+class GigeTransport {
 public:
-    /// Packets of `best` bytes; 0: of the size that Aravis finds with test packets.
-    explicit GigeWay(int best = 0, bool packetSocket = false)
+    /// `best` is the packet size in bytes; 0: the size that Aravis finds with test packets.
+    explicit GigeTransport(int best = 0, bool packetSocket = false)
         : best_(best), packetSize_(best), packetSocket_(packetSocket)
     {
     }
 
-    /// Bytes of a packet with its headers; 0: of the size that Aravis finds with test packets.
+    /// Packet size in bytes including headers; 0: the size that Aravis finds with test packets.
     int packetSize() const { return packetSize_; }
     /// True if the stream is received through a packet socket.
     bool packetSocket() const { return packetSocket_; }
 
-    /// What has been seen.
+    /// Evidence that packets are lost.
     enum class Evidence {
-        Damage,    ///< frames come, one after the other, and parts of each are missing
-        DeafSocket ///< the packet socket receives nothing, though packets reach this computer
+        Damage,      ///< several frames in a row are incomplete
+        SilentSocket ///< the packet socket receives nothing although packets arrive
     };
-    /// Moves to a safer setting. False if none is left.
-    bool retreat(Evidence evidence, Clock::time_point now);
-    /// A frame came with parts missing: a good while begins again.
-    void damaged(Clock::time_point now) { goodSince_ = now; }
-    /// Moves back to the best size if the while has been good for long enough; true if it did.
-    bool climb(Clock::time_point now);
+    /// Changes to a safer setting. False if none is left.
+    bool fallBack(Evidence evidence, Clock::time_point now);
+    /// Reports an incomplete frame: restarts the grace period.
+    void damaged(Clock::time_point now) { undamagedSince_ = now; }
+    /// Returns to the best size after the grace period; true if it did.
+    bool restore(Clock::time_point now);
 
-    /// The first while; tests shorten it.
-    static inline std::atomic<Clock::duration> goodWhile{std::chrono::minutes(1)};
+    /// The initial grace period; tests shorten it.
+    static inline std::atomic<Clock::duration> initialGracePeriod{std::chrono::minutes(1)};
 
 private:
     int best_;
     int packetSize_;
     bool packetSocket_;
-    Clock::time_point goodSince_{};
-    Clock::time_point climbed_ = Clock::time_point::min();
-    Clock::duration patience_ = goodWhile;
+    Clock::time_point undamagedSince_{};
+    Clock::time_point restored_ = Clock::time_point::min();
+    Clock::duration gracePeriod_ = initialGracePeriod;
 };
 
-/// The way of one camera. Used by the thread that streams.
+/// The transport of one camera. Used by the streaming thread.
 class GigeLink {
 public:
-    /// For any camera; those that are not GigE Vision have nothing to try.
+    /// For any camera; has no effect unless it is a GigE Vision camera.
     explicit GigeLink(ArvDevice *device);
 
-    /// Sets up the camera for the present try. Before each stream, with the turn of the camera's
-    /// link.
+    /// Applies the present setting. Call it before each stream, with the link's lock.
     void apply(ArvDevice *device);
 
-    /// GigeWay::retreat() at the present time.
-    bool retreat(GigeWay::Evidence evidence);
-    /// GigeWay::damaged() at the present time.
-    void damaged() { way_.damaged(Clock::now()); }
-    /// GigeWay::climb() at the present time.
-    bool climb();
+    /// GigeTransport::fallBack() now.
+    bool fallBack(GigeTransport::Evidence evidence);
+    /// GigeTransport::damaged() now.
+    void damaged() { transport_.damaged(Clock::now()); }
+    /// GigeTransport::restore() now.
+    bool restore();
 
 private:
     bool gige_ = false;
-    bool negotiated_ = false; ///< Aravis has found the size of packets
-    GigeWay way_;
+    bool negotiated_ = false; ///< Aravis has found the packet size
+    GigeTransport transport_;
 };
 
 } // namespace orvalis

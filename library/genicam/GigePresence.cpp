@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Short questions to a GigE Vision camera: is it there, and who controls it?
+// Short queries to a GigE Vision camera: is it there, and does another program control it?
 #include "library/genicam/GigePresence.h"
 
 #include <poll.h>
@@ -15,39 +15,39 @@
 namespace orvalis {
 namespace {
 
-constexpr int refusalPatience = 50; // milliseconds; a refusal comes as fast as an answer
-constexpr int answerPatience = 200; // milliseconds, what GigE Vision gives a camera for an answer
-/// The second chance: so many questions, and so long for the answer to each.
-constexpr int chancesToAnswer = 5;
-constexpr int chancePatience = 300; // milliseconds
+constexpr int refusalTimeout = 50; // milliseconds; a refusal arrives as fast as an answer
+constexpr int answerTimeout = 200; // milliseconds, the answer time of GigE Vision
+/// Number of repeated queries, and the timeout of each.
+constexpr int maxQueries = 5;
+constexpr int retryTimeout = 300; // milliseconds
 
-/// "Who are you?", which every camera answers to everybody, also while another program controls it
-/// (GigE Vision, DISCOVERY_CMD): key, "please acknowledge", command, no payload, number of the
-/// request.
-constexpr std::array<std::uint8_t, 8> whoAreYou{0x42, 0x01, 0x00, 0x02, 0x00, 0x00, 0x00, 0x01};
-/// Asks for the control channel privilege: key, "please acknowledge", READREG, four bytes of
-/// payload, number of the request, address of the register.
-constexpr std::array<std::uint8_t, 12> whoControlsYou{0x42, 0x01, 0x00, 0x80, 0x00, 0x04,
+/// GigE Vision DISCOVERY_CMD, which a camera answers to every host, even while another program
+/// controls it: key, acknowledge flag, command, no payload, request number.
+constexpr std::array<std::uint8_t, 8> discoveryProbe{0x42, 0x01, 0x00, 0x02,
+                                                     0x00, 0x00, 0x00, 0x01};
+/// Reads the control channel privilege: key, acknowledge flag, READREG_CMD, payload of four bytes,
+/// request number, register address.
+constexpr std::array<std::uint8_t, 12> privilegeQuery{0x42, 0x01, 0x00, 0x80, 0x00, 0x04,
                                                       0x00, 0x01, 0x00, 0x00, 0x0A, 0x00};
-/// What follows the status in the answer to that: READREG's answer, four bytes of payload, number
-/// of the request. Then comes the register.
+/// What follows the status in the answer: READREG_ACK, payload of four bytes, request number. The
+/// register value follows.
 constexpr std::array<std::uint8_t, 6> privilegeHead{0x00, 0x81, 0x00, 0x04, 0x00, 0x01};
 
-constexpr unsigned statusAccessDenied = 0x8006; // of GigE Vision 2.0, as the two below
+constexpr unsigned statusAccessDenied = 0x8006; // GigE Vision 2.0, as below
 constexpr unsigned statusBusy = 0x8007;
-constexpr unsigned exclusiveOrControl = 0x3; // bits of the control channel privilege
+constexpr unsigned exclusiveOrControl = 0x3;
 
-/// The head of an answer, or why there is none.
+/// The first bytes of an answer, or why there is none.
 struct Answer {
     enum class Kind { Some, Refused, None };
     Kind kind = Kind::None;
-    std::size_t size = 0; ///< bytes that came; no more than there is room for
+    std::size_t size = 0; ///< bytes received, at most bytes.size()
     std::array<std::uint8_t, 12> bytes{};
 };
 
-/// True if the answer to `whoControlsYou` names somebody. Cameras that somebody has for himself
-/// alone may refuse to say.
-bool saysHeld(const Answer &answer)
+/// True if the answer says that a program controls the camera. Cameras with exclusive access may
+/// refuse to answer.
+bool reportsController(const Answer &answer)
 {
     const auto &bytes = answer.bytes;
     const unsigned status = bytes[0] * 256U + bytes[1];
@@ -64,8 +64,7 @@ sockaddr_in socketAddress(in_addr_t address, std::uint16_t port)
     return {AF_INET, htons(port), {address}, {}};
 }
 
-/// A socket from which packets go to the camera, and which hears when they cannot; -1 if there is
-/// no way.
+/// A socket that sends along the route and reports ICMP errors; -1 if there is no route.
 int openSocket(const GigeRoute &route)
 {
     const int made = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -82,8 +81,8 @@ int openSocket(const GigeRoute &route)
     return -1;
 }
 
-/// Asks once and waits for `patience` milliseconds.
-Answer ask(const GigeRoute &route, std::span<const std::uint8_t> question, int patience)
+/// Sends one query and waits `timeout` milliseconds for the answer.
+Answer ask(const GigeRoute &route, std::span<const std::uint8_t> question, int timeout)
 {
     Answer answer;
     const int probe = openSocket(route);
@@ -94,7 +93,7 @@ Answer ask(const GigeRoute &route, std::span<const std::uint8_t> question, int p
     pollfd event{probe, POLLIN, 0};
     if (sendto(probe, question.data(), question.size(), 0,
                reinterpret_cast<const sockaddr *>(&camera), sizeof camera) >= 0 &&
-        poll(&event, 1, patience) == 1) {
+        poll(&event, 1, timeout) == 1) {
         const ssize_t size = recv(probe, answer.bytes.data(), answer.bytes.size(), MSG_DONTWAIT);
         answer.kind = size >= 0               ? Answer::Kind::Some
                       : errno == ECONNREFUSED ? Answer::Kind::Refused
@@ -105,7 +104,7 @@ Answer ask(const GigeRoute &route, std::span<const std::uint8_t> question, int p
     return answer;
 }
 
-/// True if the interface with that address is gone, switched off, or without a link.
+/// True if the interface with that address is removed, switched off, or without a link.
 bool hasNoLink(const GigeRoute &route)
 {
     const auto interfaces = localInterfaces();
@@ -125,15 +124,15 @@ const char *GigePresence::whyGone() const
     if (hasNoLink(route_)) {
         return "the network interface has no link";
     }
-    return ask(route_, whoAreYou, refusalPatience).kind == Answer::Kind::Refused
-               ? "nobody listens at the camera's address"
+    return ask(route_, discoveryProbe, refusalTimeout).kind == Answer::Kind::Refused
+               ? "the camera's port is closed"
                : nullptr;
 }
 
 bool GigePresence::answers() const
 {
-    for (int i = 0; i < chancesToAnswer && !hasNoLink(route_); ++i) {
-        const Answer answer = ask(route_, whoAreYou, chancePatience);
+    for (int i = 0; i < maxQueries && !hasNoLink(route_); ++i) {
+        const Answer answer = ask(route_, discoveryProbe, retryTimeout);
         if (answer.kind != Answer::Kind::None) {
             return answer.kind == Answer::Kind::Some;
         }
@@ -143,7 +142,7 @@ bool GigePresence::answers() const
 
 bool GigePresence::isHeldByOther() const
 {
-    return route_ && saysHeld(ask(route_, whoControlsYou, answerPatience));
+    return route_ && reportsController(ask(route_, privilegeQuery, answerTimeout));
 }
 
 } // namespace orvalis

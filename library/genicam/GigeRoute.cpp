@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The way to a GigE Vision camera: which interface, which address of it, which address of the
-// camera.
+// The route to a GigE Vision camera: interface, local address, camera address.
 #include "library/genicam/GigeRoute.h"
 
 #include <algorithm>
@@ -9,16 +8,16 @@
 namespace orvalis {
 namespace {
 
-/// Where a device keeps the number of its interface.
+/// The key under which a device stores its interface number.
 constexpr const char *interfaceKey = "orvalis-interface";
 
-/// The interface that sockets of the present thread are to send through; 0: as the routes say.
+/// The interface through which sockets of this thread send; 0: according to the routing table.
 thread_local unsigned t_interface = 0;
 
 using InitSocket = decltype(GInitableIface::init);
 InitSocket s_initSocket = nullptr;
 
-gboolean initSocketAlong(GInitable *socket, GCancellable *cancellable, GError **error)
+gboolean initRoutedSocket(GInitable *socket, GCancellable *cancellable, GError **error)
 {
     const gboolean made = s_initSocket(socket, cancellable, error);
     if (made && t_interface != 0 && g_socket_get_family(G_SOCKET(socket)) == G_SOCKET_FAMILY_IPV4) {
@@ -27,25 +26,26 @@ gboolean initSocketAlong(GInitable *socket, GCancellable *cancellable, GError **
     return made;
 }
 
-/// Aravis binds its sockets to the address of an interface, which says where answers go. Where
-/// packets go out is for the routes of the system to say, and these know one way only into a subnet
-/// that two interfaces are in. Aravis neither tells the system more nor lets others at its sockets
-/// before it has sent something. So sockets are told when GLib makes them.
-void watchSockets()
+/// Hooks the creation of GLib sockets. Aravis binds its sockets to the address of an interface,
+/// which determines where answers arrive; the routing table determines where packets leave, and it
+/// has one route into a subnet that two interfaces share. Aravis does not set the outgoing
+/// interface, and does not give access to its sockets before it has sent something. So each socket
+/// gets its interface when GLib creates it.
+void hookSocketCreation()
 {
     static const bool once = [] {
-        // Both stay for the process' lifetime.
+        // Both stay valid for the lifetime of the process.
         gpointer type = g_type_class_ref(G_TYPE_SOCKET);
         auto *interface =
             static_cast<GInitableIface *>(g_type_interface_peek(type, G_TYPE_INITABLE));
         s_initSocket = interface->init;
-        __atomic_store_n(&interface->init, &initSocketAlong, __ATOMIC_RELEASE);
+        __atomic_store_n(&interface->init, &initRoutedSocket, __ATOMIC_RELEASE);
         return true;
     }();
     static_cast<void>(once);
 }
 
-/// True if the routes of the system may lead to the camera through another interface.
+/// True if the routing table may use another interface for this camera.
 bool isAmbiguous(const GigeRoute &route)
 {
     const auto interfaces = localInterfaces();
@@ -88,9 +88,9 @@ GigeRoute routeTo(in_addr_t camera, unsigned interfaceIndex,
     return {0, 0, camera};
 }
 
-GPtr<ArvDevice> openAlong(const GigeRoute &route, Failure &failure)
+GPtr<ArvDevice> openThrough(const GigeRoute &route, Failure &failure)
 {
-    const SocketsAlong along(route);
+    const SocketRouting routing(route);
     const auto interface = inetAddress(route.local);
     const auto camera = inetAddress(route.camera);
     GPtr<ArvDevice> device(arv_gv_device_new(interface.get(), camera.get(), failure.slot()));
@@ -119,14 +119,14 @@ GigeRoute routeOf(ArvDevice *device)
     return route;
 }
 
-SocketsAlong::SocketsAlong(const GigeRoute &route)
+SocketRouting::SocketRouting(const GigeRoute &route)
 {
     if (route && isAmbiguous(route)) {
-        watchSockets();
+        hookSocketCreation();
         t_interface = route.interfaceIndex;
     }
 }
 
-SocketsAlong::~SocketsAlong() { t_interface = 0; }
+SocketRouting::~SocketRouting() { t_interface = 0; }
 
 } // namespace orvalis

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What Aravis' errors mean.
+// Translates Aravis' errors.
 #include "library/genicam/Glib.h"
 
 namespace orvalis {

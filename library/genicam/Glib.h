@@ -11,7 +11,7 @@
 
 namespace orvalis {
 
-/// Gives a reference back.
+/// Releases a reference.
 struct Unref {
     void operator()(void *object) const { g_object_unref(object); } ///< for unique_ptr
 };
@@ -23,7 +23,7 @@ struct GFree {
     void operator()(void *memory) const { g_free(memory); } ///< for unique_ptr
 };
 
-/// Place for the error of one Aravis call after the other.
+/// Holds the error of an Aravis call; reusable for the next call.
 class Failure {
 public:
     Failure() = default;
@@ -31,7 +31,7 @@ public:
     Failure(const Failure &) = delete;
     Failure &operator=(const Failure &) = delete;
 
-    /// To pass to the next call; forgets the error of the one before.
+    /// The argument for the next call; discards the previous error.
     GError **slot()
     {
         g_clear_error(&error_);
@@ -39,14 +39,14 @@ public:
     }
     /// True if the call failed.
     explicit operator bool() const { return error_ != nullptr; }
-    /// Why, for debug messages; good until the next call.
+    /// The error text for debug messages; valid until the next call.
     const char *text() const { return error_ != nullptr ? error_->message : "no reason given"; }
 
-    /// What the error means to a caller of the library; ORVALIS_OK without an error.
+    /// Translates the error for callers of the library; ORVALIS_OK without an error.
     OResult result() const;
-    /// True if the camera is gone, or answers to another host now.
+    /// True if the camera is gone, or another host controls it now.
     bool meansLost() const { return result() == ORVALIS_ERROR_CONNECTION_LOST; }
-    /// True then, and if no answer came in time.
+    /// Likewise, and also if the answer timed out.
     bool isSilence() const { return meansLost() || result() == ORVALIS_ERROR_TIMEOUT; }
 
 private:

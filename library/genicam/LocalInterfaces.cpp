@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The network interfaces of this computer, and how packets are sent through one of them.
+// The network interfaces of this computer, and sending through one of them.
 #include "library/genicam/LocalInterfaces.h"
 
 #include <arpa/inet.h>
@@ -10,8 +10,8 @@
 namespace orvalis {
 namespace {
 
-/// IFF_LOWER_UP of <linux/if.h>, which does not go together with the C library's <net/if.h>.
-/// IFF_RUNNING follows up to a second later.
+/// IFF_LOWER_UP of <linux/if.h>, which conflicts with the C library's <net/if.h>. IFF_RUNNING
+/// follows up to a second later.
 constexpr unsigned lowerUp = 1U << 16;
 
 in_addr_t addressOf(const sockaddr *address)
@@ -36,7 +36,7 @@ std::vector<InterfaceAddress> localInterfaces()
         InterfaceAddress entry;
         entry.name = item->ifa_name;
         if (const std::size_t colon = entry.name.find(':'); colon != std::string::npos) {
-            entry.name.resize(colon); // the label of a further address: "eth0:1"
+            entry.name.resize(colon); // label of an additional address: "eth0:1"
         }
         entry.index = if_nametoindex(entry.name.c_str());
         entry.address = addressOf(item->ifa_addr);
@@ -59,7 +59,7 @@ std::string dotted(in_addr_t address)
 
 bool sendThrough(int socket, unsigned interfaceIndex)
 {
-    const std::uint32_t index = htonl(interfaceIndex); // the one option of this kind in that order
+    const std::uint32_t index = htonl(interfaceIndex); // network byte order
     return setsockopt(socket, IPPROTO_IP, IP_UNICAST_IF, &index, sizeof index) == 0;
 }
 

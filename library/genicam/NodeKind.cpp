@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading and writing one node of Aravis' GenICam engine.
+// Reads and writes one node of Aravis' GenICam engine.
 #include "library/genicam/NodeKind.h"
 
 #include "library/core/Device.h"
@@ -39,12 +39,12 @@ std::string unitOf(ArvGcFeatureNode *node)
     }
 }
 
-/// Longer lists are cut. The longest in the field are those of events, with about a hundred
+/// Longer lists are truncated. The longest known lists, those of events, have about a hundred
 /// entries.
-constexpr std::size_t mostEntries = 512;
-constexpr auto entriesPatience = std::chrono::seconds(2);
+constexpr std::size_t maxEntries = 512;
+constexpr auto entriesTimeout = std::chrono::seconds(2);
 
-/// Entries in the order of the camera's description; the engine's own list is in reverse.
+/// Entries in the order of the camera's description; the engine's own list is reversed.
 std::vector<ArvGcFeatureNode *> entriesOf(ArvGcEnumeration *enumeration)
 {
     std::vector<ArvGcFeatureNode *> entries;
@@ -57,7 +57,7 @@ std::vector<ArvGcFeatureNode *> entriesOf(ArvGcEnumeration *enumeration)
     return entries;
 }
 
-/// An entry that the camera offers now.
+/// True if the entry is available now.
 bool isOffered(ArvGcFeatureNode *entry, NodeReach &reach)
 {
     Failure failure;
@@ -69,9 +69,10 @@ bool isOffered(ArvGcFeatureNode *entry, NodeReach &reach)
            (arv_gc_feature_node_is_available(entry, failure.slot()) != FALSE || failure);
 }
 
-/// Bounds and increments are optional in a camera's description: what cannot be read is taken as
-/// not there, unless the camera has gone. True if that is so; then `failure` tells it.
-bool gone(Failure &failure)
+/// Bounds and increments are optional in a camera's description: regards unreadable ones as missing
+/// and clears `failure`, unless the camera does not answer. Returns true in that case and keeps
+/// `failure`.
+bool isSilent(Failure &failure)
 {
     if (failure.isSilence()) {
         return true;
@@ -87,21 +88,21 @@ IntegerValue integerBounds(ArvGcInteger *integer, Failure &failure)
     if (failure) {
         bounds.minimum = std::numeric_limits<std::int64_t>::min();
     }
-    if (gone(failure)) {
+    if (isSilent(failure)) {
         return bounds;
     }
     bounds.maximum = arv_gc_integer_get_max(integer, failure.slot());
     if (failure) {
         bounds.maximum = std::numeric_limits<std::int64_t>::max();
     }
-    if (gone(failure)) {
+    if (isSilent(failure)) {
         return bounds;
     }
     bounds.increment = arv_gc_integer_get_inc(integer, failure.slot());
     if (failure || bounds.increment < 1) {
         bounds.increment = 1;
     }
-    gone(failure);
+    isSilent(failure);
     return bounds;
 }
 
@@ -112,27 +113,27 @@ FloatValue floatBounds(ArvGcFloat *number, Failure &failure)
     if (failure || std::isnan(bounds.minimum)) {
         bounds.minimum = std::numeric_limits<double>::lowest();
     }
-    if (gone(failure)) {
+    if (isSilent(failure)) {
         return bounds;
     }
     bounds.maximum = arv_gc_float_get_max(number, failure.slot());
     if (failure || std::isnan(bounds.maximum)) {
         bounds.maximum = std::numeric_limits<double>::max();
     }
-    if (gone(failure)) {
+    if (isSilent(failure)) {
         return bounds;
     }
     bounds.increment = arv_gc_float_get_inc(number, failure.slot());
-    // A step as small as the format allows is what the engine gives where there is none.
+    // The engine returns the smallest positive number if there is no increment.
     if (failure || !(bounds.increment > std::numeric_limits<double>::min())) {
         bounds.increment = 0;
     }
-    gone(failure);
+    isSilent(failure);
     return bounds;
 }
 
-/// Past the enumeration: the engine would ask for the state of every other entry before it writes
-/// one.
+/// Writes the value node directly: the engine's enumeration would read the state of every other
+/// entry first.
 OResult writeEntry(ArvGcFeatureNode *enumeration, ArvGcEnumEntry *entry, Failure &failure)
 {
     const gint64 number = arv_gc_enum_entry_get_value(entry, failure.slot());
@@ -161,7 +162,7 @@ std::int64_t roundedDown(std::int64_t value, const IntegerValue &bounds)
 
 ONodeType nodeType(ArvGcFeatureNode *node)
 {
-    // Enumerations and booleans are integers to the engine as well, hence the order.
+    // The engine's enumerations and booleans are integers too, so the order matters.
     if (ARV_IS_GC_CATEGORY(node)) {
         return ORVALIS_NODE_CATEGORY;
     }
@@ -295,10 +296,10 @@ OResult readEntry(ArvGcFeatureNode *node, NodeReach &reach, std::string &name, F
 
 std::vector<EnumerationValue::Entry> offeredEntries(ArvGcFeatureNode *node, NodeReach &reach)
 {
-    const Clock::time_point limit = Clock::now() + entriesPatience;
+    const Clock::time_point limit = Clock::now() + entriesTimeout;
     std::vector<EnumerationValue::Entry> offered;
     std::vector<ArvGcFeatureNode *> entries = entriesOf(ARV_GC_ENUMERATION(node));
-    entries.resize(std::min(entries.size(), mostEntries));
+    entries.resize(std::min(entries.size(), maxEntries));
     for (ArvGcFeatureNode *entry : entries) {
         Failure ignored;
         const gint64 number = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(entry), ignored.slot());

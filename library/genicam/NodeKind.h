@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reading and writing one node of Aravis' GenICam engine. All of these need the camera's turn.
+// Reads and writes one node of Aravis' GenICam engine. All functions need the link's lock.
 #pragma once
 
 #include "library/core/NodeMap.h"
@@ -10,22 +10,22 @@ namespace orvalis {
 
 ONodeType nodeType(ArvGcFeatureNode *node);
 
-/// All of a node but its access and whether it is lockable.
+/// Describes a node, except for its access and whether it is lockable.
 NodeInfo describe(ArvGcFeatureNode *node);
 
-// Of a sound node (NodeReach) of the right type. Outputs are unchanged after a failure, which is in
-// the result or in `failure`.
+// The functions below take a sound node (NodeReach) of the right type. Errors are in the result or
+// in `failure`; outputs are unchanged then.
 OResult readInteger(ArvGcFeatureNode *node, IntegerValue &value, Failure &failure);
 OResult writeInteger(ArvGcFeatureNode *node, std::int64_t value, Failure &failure);
 OResult readFloat(ArvGcFeatureNode *node, FloatValue &value, Failure &failure);
 OResult writeFloat(ArvGcFeatureNode *node, double value, Failure &failure);
-/// Of an integer or a float.
+/// Reads an integer or a float.
 OResult readPart(ArvGcFeatureNode *node, NumberPart part, FloatValue &value, Failure &failure);
-/// The name of the present entry, if it is offered.
+/// Reads the name of the present entry if it is available.
 OResult readEntry(ArvGcFeatureNode *node, NodeReach &reach, std::string &name, Failure &failure);
-/// The entries of an enumeration that are offered, out of the first 512. After two seconds it stops
-/// to ask which of them are offered, and takes the others for offered, as always where that cannot
-/// be told: the camera will refuse them if it has to.
+/// The available entries of an enumeration, out of the first 512. After two seconds it stops
+/// reading their availability and lists the remaining entries, as it does for entries whose
+/// availability cannot be read: the camera refuses them if necessary.
 std::vector<EnumerationValue::Entry> offeredEntries(ArvGcFeatureNode *node, NodeReach &reach);
 OResult readEnumeration(ArvGcFeatureNode *node, NodeReach &reach, EnumerationValue &value,
                         Failure &failure);

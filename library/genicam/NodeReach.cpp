@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a camera's description makes the engine do for one node, looked at before it does it.
+// Checks what a camera's description makes the engine do for one node.
 #include "library/genicam/NodeReach.h"
 
 #include <algorithm>
@@ -9,15 +9,15 @@
 namespace orvalis {
 namespace {
 
-/// Links that one after the other lead from a node to its register. Real cameras have up to ten.
-constexpr unsigned deepest = 64;
+/// The maximum depth of links from a node to its register. Real cameras have up to ten.
+constexpr unsigned maxDepth = 64;
 
-/// A number is read from at most so many bytes.
-constexpr std::uint64_t longestNumber = 8;
-/// Texts are read in part, as far as they fit; but a length has to be one.
-constexpr std::uint64_t longestText = std::numeric_limits<std::uint32_t>::max();
+/// The maximum size of a number in bytes.
+constexpr std::uint64_t maxNumberSize = 8;
+/// Texts of any length are permitted, because only the part that fits is read.
+constexpr std::uint64_t maxTextSize = std::numeric_limits<std::uint32_t>::max();
 
-/// What kind of link it is decides when the engine follows it.
+/// The kind of link determines when the engine follows it.
 enum class Link { None, Value, State };
 
 Link linkOf(ArvGcPropertyNodeType type)
@@ -49,7 +49,7 @@ ArvGcPropertyNodeType typeOf(ArvDomNode *property)
     return arv_gc_property_node_get_node_type(ARV_GC_PROPERTY_NODE(property));
 }
 
-/// The register that an entry of a structure is a part of, else the node itself.
+/// The register that contains a structure entry; for other nodes the node itself.
 ArvGcNode *registerOf(ArvGcNode *node)
 {
     ArvDomNode *parent = arv_dom_node_get_parent_node(ARV_DOM_NODE(node));
@@ -58,14 +58,14 @@ ArvGcNode *registerOf(ArvGcNode *node)
 
 bool canBe(std::uint64_t length, ArvGcRegister *node)
 {
-    return length > 0 && length <= (ARV_IS_GC_STRING(node) ? longestText : longestNumber);
+    return length > 0 && length <= (ARV_IS_GC_STRING(node) ? maxTextSize : maxNumberSize);
 }
 
 } // namespace
 
 void NodeReach::Cost::add(const Cost &other)
 {
-    reads = std::min(reads + other.reads, mostReads + 1);
+    reads = std::min(reads + other.reads, maxReads + 1);
     for (ArvGcRegister *node : other.sized) {
         if (std::ranges::find(sized, node) == sized.end()) {
             sized.push_back(node);
@@ -73,7 +73,7 @@ void NodeReach::Cost::add(const Cost &other)
     }
 }
 
-/// Calls body(linked node, property) for each link of a node, and of the register it is a part of.
+/// Calls body(linked node, property) for each link of a node and of the register that contains it.
 template <class Body> void NodeReach::eachLink(ArvGcNode *node, Body body)
 {
     for (ArvDomNode *child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child != nullptr;
@@ -103,7 +103,7 @@ NodeReach::Cost NodeReach::ownCost(ArvGcNode *node) const
     Failure failure;
     const bool bad = propertyOf(whole, ARV_GC_PROPERTY_NODE_TYPE_LENGTH) != nullptr &&
                      !canBe(arv_gc_register_get_length(memory, failure.slot()), memory);
-    return {bad ? mostReads + 1 : 1, {}};
+    return {bad ? maxReads + 1 : 1, {}};
 }
 
 NodeReach::Cost NodeReach::valueCost(ArvGcNode *node, unsigned depth)
@@ -111,10 +111,10 @@ NodeReach::Cost NodeReach::valueCost(ArvGcNode *node, unsigned depth)
     if (const auto known = values_.find(node); known != values_.end()) {
         return known->second;
     }
-    if (depth > deepest) {
-        return {mostReads + 1, {}};
+    if (depth > maxDepth) {
+        return {maxReads + 1, {}};
     }
-    values_[node] = {mostReads + 1, {}}; // for links that lead back here
+    values_[node] = {maxReads + 1, {}}; // found again through a circular link
     Cost cost = ownCost(node);
     eachLink(node, [&](ArvGcNode *linked, ArvGcPropertyNodeType type) {
         if (linkOf(type) == Link::Value) {
@@ -130,14 +130,14 @@ NodeReach::Cost NodeReach::fullCost(ArvGcNode *node, unsigned depth)
         return known->second;
     }
     Cost cost = valueCost(node, depth);
-    if (cost.reads > mostReads) {
+    if (cost.reads > maxReads) {
         return whole_[node] = cost;
     }
     eachLink(node, [&](ArvGcNode *linked, ArvGcPropertyNodeType type) {
         if (linkOf(type) == Link::State) {
             cost.add(valueCost(linked, depth + 1));
         } else if (type == ARV_GC_PROPERTY_NODE_TYPE_P_VALUE) {
-            cost.add(fullCost(linked, depth + 1)); // bounds are asked for there as well
+            cost.add(fullCost(linked, depth + 1)); // the engine reads its bounds as well
         }
     });
     return whole_[node] = cost;
@@ -146,7 +146,7 @@ NodeReach::Cost NodeReach::fullCost(ArvGcNode *node, unsigned depth)
 bool NodeReach::isSound(ArvGcFeatureNode *node, Failure &failure)
 {
     const Cost &cost = fullCost(ARV_GC_NODE(node), 0);
-    if (cost.reads > mostReads) {
+    if (cost.reads > maxReads) {
         return false;
     }
     return std::ranges::all_of(cost.sized, [&](ArvGcRegister *memory) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a camera's description makes the engine do for one node, looked at before it does it.
+// Checks what a camera's description makes the engine do for one node.
 #pragma once
 
 #include "library/genicam/Glib.h"
@@ -9,24 +9,24 @@
 
 namespace orvalis {
 
-/// The engine believes a description: it allocates what a register is said to be long, follows
-/// links that lead back to where they came from until the stack ends, and reads as many registers
-/// as a formula asks for. A description is data from a device, so each node is checked before it is
-/// used. All of it needs the camera's turn.
+/// The engine trusts a description: it allocates the stated length of a register, follows circular
+/// links until the stack overflows, and reads as many registers as a formula refers to. A
+/// description is data from a device, so each node is checked before it is used. All functions need
+/// the link's lock.
 class NodeReach {
 public:
-    /// Registers that one node may take, its bounds and its state included. A slow camera answers
-    /// in 10 ms, so that a call that reads a node once lasts ten seconds at the most.
-    static constexpr unsigned mostReads = 1000;
+    /// The maximum number of registers for one node, its bounds and state included. A slow camera
+    /// answers in 10 ms, so one read of a node takes ten seconds at most.
+    static constexpr unsigned maxReads = 1000;
 
-    /// False for a node that leads to itself, takes more than mostReads, or is made of registers
-    /// whose length cannot be. Reads registers only where a length is kept in one; then `failure`
-    /// may tell that it cannot be read.
+    /// False for a node that refers to itself, needs more than maxReads registers, or has a
+    /// register of an impossible length. Reads only registers that contain a length; if that fails,
+    /// the error is in `failure`.
     bool isSound(ArvGcFeatureNode *node, Failure &failure);
 
 private:
-    /// What one evaluation takes. Registers that keep their length in another node are listed, for
-    /// that may change.
+    /// The cost of one evaluation. `sized` lists registers whose length is stored in another node,
+    /// because it may change.
     struct Cost {
         unsigned reads = 0;
         std::vector<ArvGcRegister *> sized{};
@@ -39,14 +39,14 @@ private:
     Cost ownCost(ArvGcNode *node) const;
     template <class Body> static void eachLink(ArvGcNode *node, Body body);
 
-    Costs values_; ///< to read the value
-    Costs whole_;  ///< value, bounds and state
+    Costs values_; ///< of the value
+    Costs whole_;  ///< of value, bounds and state
 };
 
-/// The first property of a kind that the description gives a node; null without one.
+/// The first property of this type of a node; null if there is none.
 ArvGcPropertyNode *propertyOf(ArvGcNode *node, ArvGcPropertyNodeType type);
 
-/// The node that `node` takes its value from; null for one that has a value of its own.
+/// The node that provides the value of `node`; null if `node` has its own value.
 ArvGcNode *valueNodeOf(ArvGcNode *node);
 
 } // namespace orvalis

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Byte order of the pixels of old GigE Vision cameras.
+// Detects and corrects the byte order of pixels.
 #include "library/genicam/PixelOrder.h"
 
 #include "library/convert/PixelFormat.h"
@@ -12,16 +12,16 @@
 namespace orvalis {
 namespace {
 
-// Bootstrap registers of GigE Vision: version, in its upper half the major one; device mode.
+// Bootstrap registers of GigE Vision: version (major version in the upper half) and device mode.
 constexpr guint64 versionRegister = 0x0000;
 constexpr guint64 modeRegister = 0x0004;
 constexpr guint32 bigEndianBit = 1U << 31;
 
-/// Pixels that are looked at, in each direction.
+/// The number of sampled rows and columns.
 constexpr std::size_t sampleRows = 64;
 constexpr std::size_t sampleColumns = 256;
-/// So many times as alike must neighbours be.
-constexpr double clearly = 4;
+/// The roughness of the wrong order must exceed that of the right order by this factor.
+constexpr double decisiveRatio = 4;
 
 bool isOldBigEndian(ArvDevice *device)
 {
@@ -37,51 +37,51 @@ bool isOldBigEndian(ArvDevice *device)
            (mode & bigEndianBit) != 0;
 }
 
-/// What samples look like with one order of bytes.
-class Look {
+/// Statistics of samples in one byte order.
+class Statistics {
 public:
     void add(int value, int neighbour)
     {
         bits_ |= value;
-        least_ = std::min(least_, value);
-        most_ = std::max(most_, value);
+        minimum_ = std::min(minimum_, value);
+        maximum_ = std::max(maximum_, value);
         difference_ += std::abs(value - neighbour);
         ++count_;
     }
     bool fits(unsigned depth) const { return bits_ >> depth == 0; }
-    /// Mean difference of neighbours, as a share of the whole range; 0 of a flat image.
+    /// Mean difference of neighbours relative to the value range; 0 for a uniform image.
     double roughness() const
     {
-        const int range = most_ - least_;
+        const int range = maximum_ - minimum_;
         return range > 0 ? difference_ / static_cast<double>(count_) / range : 0;
     }
 
 private:
     int bits_ = 0;
-    int least_ = 0xFFFF;
-    int most_ = 0;
+    int minimum_ = 0xFFFF;
+    int maximum_ = 0;
     double difference_ = 0;
     std::size_t count_ = 0;
 };
 
-bool isClearly(const Look &right, const Look &wrong, unsigned depth)
+bool isDecisive(const Statistics &right, const Statistics &wrong, unsigned depth)
 {
     if (right.fits(depth) != wrong.fits(depth)) {
         return right.fits(depth);
     }
-    return right.roughness() > 0 && right.roughness() * clearly < wrong.roughness();
+    return right.roughness() > 0 && right.roughness() * decisiveRatio < wrong.roughness();
 }
 
-void look(const RawImage &image, Look &little, Look &big)
+void sample(const RawImage &image, Statistics &little, Statistics &big)
 {
-    constexpr std::size_t apart = 2; // the next pixel of the same colour
+    constexpr std::size_t distance = 2; // the next pixel of the same colour
     const std::size_t rowStep = std::max<std::size_t>(image.height / sampleRows, 1);
     const std::size_t columnStep = std::max<std::size_t>(image.width / sampleColumns, 1);
     for (std::size_t y = 0; y < image.height; y += rowStep) {
         const std::uint8_t *row = image.data + y * image.width * 2;
-        for (std::size_t x = 0; x + apart < image.width; x += columnStep) {
+        for (std::size_t x = 0; x + distance < image.width; x += columnStep) {
             const std::uint8_t *one = row + x * 2;
-            const std::uint8_t *next = one + apart * 2;
+            const std::uint8_t *next = one + distance * 2;
             little.add(one[0] | one[1] << 8, next[0] | next[1] << 8);
             big.add(one[0] << 8 | one[1], next[0] << 8 | next[1]);
         }
@@ -111,13 +111,13 @@ void PixelOrder::correct(RawImage &image)
         return;
     }
     if (order_ == Order::Unknown) {
-        Look little;
-        Look big;
-        look(image, little, big);
-        if (isClearly(big, little, format->depth)) {
-            debugPrint("this camera sends pixels of 16 bits big-endian");
+        Statistics little;
+        Statistics big;
+        sample(image, little, big);
+        if (isDecisive(big, little, format->depth)) {
+            debugPrint("this camera sends 16-bit pixels in big-endian order");
             order_ = Order::Big;
-        } else if (isClearly(little, big, format->depth)) {
+        } else if (isDecisive(little, big, format->depth)) {
             order_ = Order::Little;
         }
     }

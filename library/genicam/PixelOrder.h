@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Byte order of the pixels of old GigE Vision cameras.
+// Detects and corrects the byte order of pixels.
 #pragma once
 
 #include "library/core/Device.h"
@@ -7,21 +7,20 @@
 
 namespace orvalis {
 
-/// Pixels of 16 bits are little-endian, but some GigE Vision cameras of the standard's first
-/// version send them the other way round. The device mode register says only which order registers
-/// have: nearly every camera sets its bit, most of them with little-endian pixels. So a camera of
-/// that version with that bit is looked at: the right order is the one with which bits that the
-/// format does not use are 0, or else with which neighbours are much more alike. As long as a
-/// picture says neither, nothing is changed. Used by the caller that has claimed the camera's
-/// stream.
+/// 16-bit pixels are little-endian, but some cameras of GigE Vision 1 send them big-endian. The
+/// device mode register states only the byte order of registers: nearly every camera sets its bit,
+/// most of them with little-endian pixels. So images of cameras of that version with that bit set
+/// are examined: the correct order is the one in which the unused bits of the format are 0, or else
+/// the one in which neighbouring pixels are much more similar. Nothing is swapped until an image is
+/// conclusive. Used by the streaming thread.
 class PixelOrder {
 public:
-    /// Of any camera. Reads two registers of a GigE Vision camera.
+    /// For any camera. Reads two registers of a GigE Vision camera.
     explicit PixelOrder(ArvDevice *device);
-    /// For a camera that may send them so, or not.
+    /// `mayBeBig`: the camera may send big-endian pixels.
     explicit PixelOrder(bool mayBeBig) : mayBeBig_(mayBeBig) {}
 
-    /// Gives to the image memory with its pixels in little-endian order, if they are not.
+    /// Replaces the image's memory by a little-endian copy if its pixels are big-endian.
     void correct(RawImage &image);
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The engine's register cache, for the time of one access.
+// The engine's register cache, enabled for one access at a time.
 #include "library/genicam/RegisterMemo.h"
 
 namespace orvalis {
@@ -11,7 +11,8 @@ void appendText(ArvGc *genicam, ArvDomNode *node, const char *text)
         node, ARV_DOM_NODE(arv_dom_document_create_text_node(ARV_DOM_DOCUMENT(genicam), text)));
 }
 
-/// An integer without a register. Nodes are found by name only if they get it within the document.
+/// Creates an integer without a register. Set the name after adding the node to the document;
+/// otherwise the engine does not find it by name.
 ArvGcNode *addEpoch(ArvGc *genicam, ArvDomNode *root)
 {
     ArvGcNode *const epoch = arv_gc_integer_node_new();
@@ -49,7 +50,7 @@ void RegisterMemo::invalidate(ArvDomNode *node)
     for (ArvDomNode *child = arv_dom_node_get_first_child(node); child != nullptr;
          child = arv_dom_node_get_next_sibling(child)) {
         if (ARV_IS_GC_NODE(child) && !ARV_IS_GC_PROPERTY_NODE(child)) {
-            invalidate(child); // registers may stand in groups
+            invalidate(child); // registers may be in groups
         }
     }
 }
@@ -73,7 +74,7 @@ void RegisterMemo::forget()
     Failure ignored;
     if (epoch_ != nullptr) {
         arv_gc_integer_set_value(epoch_, 0,
-                                 ignored.slot()); // each write counts, whatever it writes
+                                 ignored.slot()); // any write invalidates, whatever the value
     }
 }
 

@@ -1,30 +1,30 @@
 // SPDX-License-Identifier: MIT
-// The engine's register cache, for the time of one access.
+// The engine's register cache, enabled for one access at a time.
 #pragma once
 
 #include "library/genicam/Glib.h"
 
 namespace orvalis {
 
-/// The engine can keep what it reads from registers, but nothing tells it when a camera has changed
-/// by itself, and it takes the register of one position of a selector for that of another. So it
-/// keeps registers only while use() holds, and each of them gets an invalidator of ours, by which
-/// forget() empties all of it. All of it needs the camera's turn.
+/// The engine can cache registers, but it does not notice changes that a camera makes by itself,
+/// and it confuses registers that a selector multiplexes. So caching is enabled only from use() to
+/// stop(), and each register gets an invalidator with which forget() empties the whole cache. All
+/// functions need the link's lock.
 class RegisterMemo {
 public:
-    /// The invalidator. No camera has a feature of this name.
+    /// The name of the invalidator. No camera has such a feature.
     static constexpr const char *epochName = "OrvalisRegisterEpoch";
 
-    /// Gives the invalidator to all registers of the description.
+    /// Adds the invalidator to all registers of the description.
     explicit RegisterMemo(ArvGc *genicam);
     RegisterMemo(const RegisterMemo &) = delete;
     RegisterMemo &operator=(const RegisterMemo &) = delete;
 
-    /// Registers that are read are kept, and served from what was kept, until stop().
+    /// Enables caching until stop().
     void use();
-    /// Every read goes to the camera, as it is at first.
+    /// Disables caching, as it is initially.
     void stop();
-    /// What was kept is not served any more.
+    /// Empties the cache.
     void forget();
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What became of the frames of a stream.
+// Counters of a stream's frames and packets.
 #include "library/genicam/StreamCounters.h"
 
 #include <algorithm>
@@ -35,9 +35,9 @@ void StreamCounters::attach(ArvStream *stream, PacketsPerFrame packets)
     missing_ = 0;
 }
 
-/// With a complete frame nothing else is usually under way, so what has been received is what has
-/// been sent less what is missing. Where the next frame has begun the result is too low, and a
-/// later one is right.
+/// When a frame is complete, usually no other frame has begun, so the missing packets are those
+/// sent minus those received. If the next frame has begun, the result is too low, and a later call
+/// corrects it.
 void StreamCounters::bufferDone(bool complete)
 {
     const std::lock_guard lock(mutex_);
@@ -60,15 +60,16 @@ void StreamCounters::bufferDone(bool complete)
     missing_ = std::max(missing_, framesDone_ * packets - received_);
 }
 
-/// Aravis counts all packets behind the first gap of a frame as missing, received or not, so its
-/// count is a bound only.
+/// Aravis counts all packets after the first gap of a frame as missing, received or not, so its
+/// count is only an upper bound.
 std::int64_t StreamCounters::missingPackets(std::int64_t failed) const
 {
     guint64 resent = 0;
     guint64 behindGaps = 0;
     arv_gv_stream_get_statistics(ARV_GV_STREAM(stream_), &resent, &behindGaps);
-    const auto most = static_cast<std::int64_t>(behindGaps);
-    return packets_.shortIds > 0 ? std::clamp(missing_, std::min(failed, most), most) : most;
+    const auto upperBound = static_cast<std::int64_t>(behindGaps);
+    return packets_.shortIds > 0 ? std::clamp(missing_, std::min(failed, upperBound), upperBound)
+                                 : upperBound;
 }
 
 void StreamCounters::detach()

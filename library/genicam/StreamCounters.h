@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What became of the frames of a stream.
+// Counters of a stream's frames and packets.
 #pragma once
 
 #include "library/genicam/Glib.h"
@@ -11,42 +11,42 @@
 
 namespace orvalis {
 
-/// Counts over the present or the last acquisition. Any thread.
+/// Counters of the present or the last acquisition. Any thread.
 class StreamCounters {
 public:
-    /// What is counted: frames, the first four, and packets.
+    /// What is counted: frames (the first four) and packets.
     enum Kind { Delivered, Failed, OtherPayload, Underruns, Resent, Missing, kindCount };
-    /// One count for each kind.
+    /// One value for each kind.
     using Values = std::array<std::int64_t, kindCount>;
 
-    /// Node that shows a counter.
+    /// The node of a counter.
     struct Node {
         const char *name;
         const char *displayName;
         const char *description;
     };
     static const std::array<Node, kindCount> nodes;             ///< in the order of the kinds
-    static constexpr const char *category = "StreamStatistics"; ///< holds them
+    static constexpr const char *category = "StreamStatistics"; ///< contains the nodes
     static constexpr const char *resetCommand = "StreamStatisticsReset"; ///< calls reset()
 
-    /// Packets that a frame is sent in, with block IDs of 16 and of 64 bits. Which of them a camera
-    /// sends shows at the frames that come. 0: not known.
+    /// The number of packets of a frame with 16-bit and with 64-bit block IDs; received frames
+    /// reveal which a camera uses. 0: unknown.
     struct PacketsPerFrame {
         std::int64_t shortIds = 0;
         std::int64_t longIds = 0;
     };
 
-    /// Counts one more, or `count`.
+    /// Adds `count`.
     void add(Kind kind, std::int64_t count = 1);
-    /// Counts on with a stream of Aravis'. It stays alive until detach().
+    /// Includes the counters of an Aravis stream, which must stay alive until detach().
     void attach(ArvStream *stream, PacketsPerFrame packets);
-    /// A buffer of that stream came back. Called on the stream's thread.
+    /// Reports a finished buffer of that stream. Called on the stream's thread.
     void bufferDone(bool complete);
-    /// Keeps the stream's counts and forgets the stream.
+    /// Adds the stream's counters to the totals and releases the stream.
     void detach();
-    /// Counts from 0 again.
+    /// Resets all counters to 0.
     void reset();
-    /// All counts, taken at one moment.
+    /// All counters at one moment.
     Values values() const;
 
 private:
@@ -54,14 +54,14 @@ private:
     std::int64_t missingPackets(std::int64_t failed) const;
 
     mutable std::mutex mutex_; // guards everything below
-    Values counted_{};         // by add(), and of earlier streams of this acquisition
-    Values offset_{};          // what reset() found
+    Values counted_{};         // from add() and from earlier streams of this acquisition
+    Values offset_{};          // values at the last reset()
     ArvStream *stream_ = nullptr;
     PacketsPerFrame packets_;
-    // Of stream_:
+    // State of stream_:
     std::int64_t framesDone_ = 0; // complete or not
-    std::int64_t received_ = 0;   // packets, when the last frame was done
-    std::int64_t longFrames_ = 0; // frames with as many packets as long IDs need, less those with
+    std::int64_t received_ = 0;   // packets received when the last frame was done
+    std::int64_t longFrames_ = 0; // number of frames whose packet count fits long IDs, minus
                                   // as many as short IDs need
     std::int64_t missing_ = 0;
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What has come in a buffer of a stream.
+// Interprets the content of a stream buffer.
 #include "library/genicam/StreamImage.h"
 
 #include "library/convert/PixelFormat.h"
@@ -43,7 +43,7 @@ bool announcedImage(ArvBuffer *buffer, guint part, RawImage &image)
     return image.data != nullptr && image.width > 0 && image.height > 0;
 }
 
-/// Copies rows that are followed by padding; false for formats whose rows share bytes.
+/// Removes padding after rows; false for formats whose rows share bytes.
 bool removePadding(RawImage &image, int padding)
 {
     const PixelFormat *format = findPixelFormat(image.pixelFormat);
@@ -66,9 +66,9 @@ bool removePadding(RawImage &image, int padding)
     return true;
 }
 
-/// Leaves out what follows the image. A camera may also send fewer lines than it announces: a
-/// line-scan camera whose trigger ended. False if none came, or if Aravis left out those that the
-/// buffer had no room for.
+/// Removes what follows the image. A camera may also send fewer lines than announced: a line scan
+/// camera whose trigger ended. False if it sent none, or if Aravis dropped lines that did not fit
+/// the buffer.
 bool cutToLines(RawImage &image, std::size_t room)
 {
     const PixelFormat *format = findPixelFormat(image.pixelFormat);

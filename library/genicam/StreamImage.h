@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What has come in a buffer of a stream.
+// Interprets the content of a stream buffer.
 #pragma once
 
 #include "library/core/Device.h"
@@ -7,17 +7,16 @@
 
 namespace orvalis {
 
-/// What a buffer that came back from a stream is good for.
+/// The content of a finished buffer.
 enum class BufferContent {
     Image,
-    Other,  ///< it arrived, but is no image that is understood
-    Damaged ///< parts of it got lost
+    Other,  ///< complete, but not an image that the library supports
+    Damaged ///< incomplete
 };
 
-/// Looks into a buffer that has room for `room` bytes. An image is described in `image`, which
-/// points into the buffer, or, where rows were followed by padding, has memory of its own. Of
-/// several parts it is the first image; of chunks, the image before them; of a frame of fewer lines
-/// than announced, those that came.
+/// Interprets a buffer of `room` bytes. Describes an image in `image`, which points into the
+/// buffer, or, if rows have padding, has its own memory. Takes the first image of several parts,
+/// the image before chunks, and the received lines of a frame with fewer lines than announced.
 BufferContent contentOf(ArvBuffer *buffer, std::size_t room, RawImage &image);
 
 } // namespace orvalis

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One acquisition of a camera: Aravis' stream, its buffers, and the images that come out.
+// One acquisition of a camera: Aravis' stream, its buffers, and the images received.
 #include "library/genicam/StreamSession.h"
 
 #include "library/core/Debug.h"
@@ -18,25 +18,25 @@ namespace orvalis {
 namespace {
 
 constexpr double bufferedSeconds = 0.25;
-constexpr unsigned fewestBuffers = 10;
-constexpr unsigned mostBuffers = 512;
-/// Beyond this a stream gets fewer buffers, but never fewer than it takes to work at all.
+constexpr unsigned minBuffers = 10;
+constexpr unsigned maxBuffers = 512;
+/// A stream gets fewer buffers if they would exceed this limit, but at least requiredBuffers.
 constexpr std::size_t memoryLimit = std::size_t{256} << 20;
-constexpr unsigned buffersToWork = 4;
-/// No camera sends frames of more than this; a node that says so is wrong.
-constexpr std::size_t largestPayload = std::size_t{1} << 30;
-/// With fewer buffers than this left to fill, images are copied instead of lent.
-constexpr int buffersToKeep = 4;
+constexpr unsigned requiredBuffers = 4;
+/// No camera sends larger frames; a larger PayloadSize is wrong.
+constexpr std::size_t maxPayload = std::size_t{1} << 30;
+/// If fewer buffers than this are left to fill, images are copied instead of lent.
+constexpr int reservedBuffers = 4;
 
-constexpr std::size_t smallestSocketBuffer = std::size_t{8} << 20;
-constexpr std::size_t largestSocketBuffer = std::size_t{64} << 20;
-/// Of each GigE Vision packet: the headers of IP, UDP and the stream protocol, with block IDs of 16
-/// and of 64 bits.
+constexpr std::size_t minSocketBuffer = std::size_t{8} << 20;
+constexpr std::size_t maxSocketBuffer = std::size_t{64} << 20;
+/// Overhead of a GigE Vision packet: headers of IP, UDP and the stream protocol, with block IDs of
+/// 16 and of 64 bits.
 constexpr guint shortOverhead = 20 + 8 + 8;
 constexpr guint longOverhead = 20 + 8 + 20;
 constexpr int receiverNiceness = -10;
-/// Aravis 0.8.28 and later would send USB transfers ahead by default, into memory that the system
-/// shares out among all devices (usbfs_memory_mb, 16 MB); older ones do as is asked for here.
+/// Aravis 0.8.28 and later submit USB transfers in advance by default, which takes memory that all
+/// devices share (usbfs_memory_mb, 16 MB). Older versions behave as this mode requests.
 constexpr ArvUvUsbMode usbMode = ARV_UV_USB_MODE_SYNC;
 
 constexpr const char *rateNodes[] = {"AcquisitionResultingFrameRate", "ResultingFrameRate",
@@ -58,27 +58,27 @@ double frameRate(ArvDevice *device)
     return 30;
 }
 
-/// Bytes of a frame; 0 if the camera cannot tell.
+/// Frame size in bytes; 0 if the camera does not report one.
 std::size_t payloadSize(ArvDevice *device, Failure &failure)
 {
     const gint64 payload =
         arv_device_get_integer_feature_value(device, "PayloadSize", failure.slot());
     const bool sensible =
-        !failure && payload > 0 && static_cast<std::uint64_t>(payload) <= largestPayload;
+        !failure && payload > 0 && static_cast<std::uint64_t>(payload) <= maxPayload;
     return sensible ? static_cast<std::size_t>(payload) : 0;
 }
 
-/// Room for a quarter of a second, within reason.
+/// Buffers for a quarter of a second, within limits.
 unsigned bufferCount(ArvDevice *device, std::size_t payload)
 {
     const double wanted = std::clamp(std::ceil(frameRate(device) * bufferedSeconds) + 2,
-                                     double{fewestBuffers}, double{mostBuffers});
+                                     double{minBuffers}, double{maxBuffers});
     const std::size_t affordable =
-        std::clamp<std::size_t>(memoryLimit / payload, buffersToWork, mostBuffers);
+        std::clamp<std::size_t>(memoryLimit / payload, requiredBuffers, maxBuffers);
     return std::min(static_cast<unsigned>(wanted), static_cast<unsigned>(affordable));
 }
 
-/// By convention whoever streams sets this node; descriptions lock others by it.
+/// By convention the receiver sets this node while it streams; descriptions lock other nodes by it.
 void setParametersLocked(ArvDevice *device, bool locked)
 {
     if (ARV_IS_GC_INTEGER(arv_device_get_feature(device, "TLParamsLocked"))) {
@@ -88,7 +88,7 @@ void setParametersLocked(ArvDevice *device, bool locked)
     }
 }
 
-/// Packets that a GigE Vision frame is sent in, the first and the last one included.
+/// The number of packets of a GigE Vision frame, leader and trailer included.
 StreamCounters::PacketsPerFrame packetsPerFrame(ArvDevice *device, std::size_t payload)
 {
     if (!ARV_IS_GV_DEVICE(device)) {
@@ -110,7 +110,7 @@ StreamCounters::PacketsPerFrame packetsPerFrame(ArvDevice *device, std::size_t p
 void StreamSession::onStreamEvent(void *session, ArvStreamCallbackType type, ArvBuffer *buffer)
 {
     if (type == ARV_STREAM_CALLBACK_TYPE_INIT) {
-        // Packets that are not fetched in time are lost, so this thread goes first where it may.
+        // Packets that are not read in time are lost, so raise this thread's priority if permitted.
         setpriority(PRIO_PROCESS, 0, receiverNiceness);
     }
     if (type == ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE) {
@@ -123,11 +123,11 @@ void StreamSession::onStreamEvent(void *session, ArvStreamCallbackType type, Arv
 
 namespace {
 
-/// Aravis' automatic socket buffer holds one frame, which a receiver that comes late by a few
-/// milliseconds overruns. The system cuts what it finds too large (net.core.rmem_max).
+/// Aravis' automatic socket buffer holds one frame, which overflows if the receiver is a few
+/// milliseconds late. The system limits the size (net.core.rmem_max).
 void tuneGigeStream(ArvStream *stream, std::size_t payload)
 {
-    const std::size_t size = std::clamp(payload * 16, smallestSocketBuffer, largestSocketBuffer);
+    const std::size_t size = std::clamp(payload * 16, minSocketBuffer, maxSocketBuffer);
     g_object_set(stream, "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED, "socket-buffer-size",
                  static_cast<gint>(size), nullptr);
     growReceiveBuffer(arv_gv_stream_get_port(ARV_GV_STREAM(stream)), size);
@@ -152,7 +152,7 @@ void BufferPool::end()
         const std::lock_guard lock(mutex_);
         stream = std::move(stream_);
     }
-    // Here the stream ends: joins its thread, frees the buffers that it has.
+    // The destructor of `stream` joins its thread and frees its buffers.
 }
 
 OResult StreamSession::start(StreamUse use)
@@ -166,16 +166,16 @@ OResult StreamSession::start(StreamUse use)
     if (ARV_IS_UV_DEVICE(link_.device())) {
         arv_uv_device_set_usb_mode(ARV_UV_DEVICE(link_.device()), usbMode);
     }
-    const SocketsAlong along(routeOf(link_.device()));
+    const SocketRouting routing(routeOf(link_.device()));
     GPtr<ArvStream> stream(
         arv_device_create_stream(link_.device(), onStreamEvent, this, failure.slot()));
     if (!stream) {
-        debugPrint("no stream: %s", failure.text());
+        debugPrint("creating the stream failed: %s", failure.text());
         const OResult result = link_.resultOf(failure);
         return result != ORVALIS_OK ? result : ORVALIS_ERROR_DEVICE;
     }
     makePool(std::move(stream), payload,
-             use == StreamUse::OneImage ? buffersToWork : bufferCount(link_.device(), payload));
+             use == StreamUse::OneImage ? requiredBuffers : bufferCount(link_.device(), payload));
     if (use == StreamUse::Continuous) {
         setParametersLocked(link_.device(), true);
         parametersLocked_ = true;
@@ -183,7 +183,7 @@ OResult StreamSession::start(StreamUse use)
     arv_device_execute_command(link_.device(), "AcquisitionStart", failure.slot());
     const OResult result = link_.resultOf(failure);
     if (result != ORVALIS_OK && result != ORVALIS_ERROR_CONNECTION_LOST) {
-        stopCamera(); // it may have started all the same, and its parameters are locked
+        stopCamera(); // it may have started anyway, and its parameters are locked
     }
     return result;
 }
@@ -220,9 +220,9 @@ void StreamSession::end()
     }
 }
 
-/// Aravis' packet socket takes packets from the network interface; its ordinary socket gets them as
-/// well, and nobody reads them there.
-bool StreamSession::isDeaf()
+/// A packet socket takes packets directly from the network interface; Aravis' ordinary socket
+/// receives them too, and they stay there unread.
+bool StreamSession::hasSilentSocket()
 {
     if (!isRunning() || !ARV_IS_GV_STREAM(pool_->stream())) {
         return false;
@@ -230,7 +230,7 @@ bool StreamSession::isDeaf()
     const bool found =
         arv_stream_get_info_uint64_by_name(pool_->stream(), "n_received_packets") == 0 &&
         hasUnreadPackets(arv_gv_stream_get_port(ARV_GV_STREAM(pool_->stream())));
-    return std::exchange(foundDeaf_, found) && found;
+    return std::exchange(foundSilentSocket_, found) && found;
 }
 
 bool StreamSession::take(RawImage &image)
@@ -246,7 +246,7 @@ bool StreamSession::take(RawImage &image)
             imageFollowsDamage_ = std::exchange(damagedInARow_, 0) > 0;
             return true;
         }
-        if (content == BufferContent::Damaged && !foreign_) {
+        if (content == BufferContent::Damaged && !unsupportedPayload_) {
             ++damagedInARow_;
         } else {
             countOther(arv_buffer_get_status(buffer));
@@ -256,24 +256,24 @@ bool StreamSession::take(RawImage &image)
     return false;
 }
 
-/// What has come, but is no image. Of a payload that Aravis does not know at all it gives buffers
-/// back untouched, and misses packets of frames that were complete.
+/// Counts a buffer that is not an image. For a payload type that it does not support, Aravis
+/// returns buffers untouched, and reports missing packets for complete frames.
 void StreamSession::countOther(ArvBufferStatus status)
 {
-    foreign_ = foreign_ || status == ARV_BUFFER_STATUS_CLEARED;
+    unsupportedPayload_ = unsupportedPayload_ || status == ARV_BUFFER_STATUS_CLEARED;
     if (status == ARV_BUFFER_STATUS_CLEARED || status == ARV_BUFFER_STATUS_ABORTED) {
         return;
     }
     counters_.add(StreamCounters::OtherPayload);
 }
 
-/// Lends the buffer to the image, or gives it back if the image has or gets a copy.
+/// Lends the buffer to the image, or copies the image and returns the buffer.
 void StreamSession::handOver(ArvBuffer *buffer, RawImage &image)
 {
     int waiting = 0;
     int full = 0;
     arv_stream_get_n_buffers(pool_->stream(), &waiting, &full);
-    if (!image.owner && waiting >= buffersToKeep) {
+    if (!image.owner && waiting >= reservedBuffers) {
         image.owner = std::shared_ptr<const void>(
             buffer, [pool = pool_](ArvBuffer *lent) { pool->giveBack(lent); });
         return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One acquisition of a camera: Aravis' stream, its buffers, and the images that come out.
+// One acquisition of a camera: Aravis' stream, its buffers, and the images received.
 #pragma once
 
 #include "library/genicam/CameraLink.h"
@@ -10,7 +10,7 @@
 
 namespace orvalis {
 
-/// Memory of a stream, which images may hold on to after its end.
+/// The memory of a stream; images may keep it after the end of the stream.
 class BufferPool {
 public:
     explicit BufferPool(GPtr<ArvStream> stream) : stream_(std::move(stream)) {}
@@ -20,25 +20,25 @@ public:
 
     /// Null after end().
     ArvStream *stream() const { return stream_.get(); }
-    /// Takes a buffer back for the stream to fill, or frees it after end(). Any thread.
+    /// Returns a buffer to the stream, or frees it after end(). Any thread.
     void giveBack(ArvBuffer *buffer);
-    /// Stops the stream's thread and frees what is not held. Never at the same time as stream() is
-    /// used.
+    /// Stops the stream's thread and frees all buffers that no image holds. Not concurrently with
+    /// stream().
     void end();
 
 private:
-    std::mutex mutex_; // guards the life of stream_ against giveBack()
+    std::mutex mutex_; // guards stream_ between end() and giveBack()
     GPtr<ArvStream> stream_;
 };
 
-/// What a stream is for.
+/// The purpose of a stream.
 enum class StreamUse {
-    Continuous, ///< the user's: the camera is told that its parameters are locked
-    OneImage    ///< a single image in between, with few buffers and nothing locked
+    Continuous, ///< for a program: locks the camera's parameters
+    OneImage    ///< for a grab: few buffers, nothing locked
 };
 
-/// One acquisition of a camera, from the moment that its stream exists to the moment that it is
-/// gone. Functions that talk to the camera need its turn.
+/// One acquisition of a camera, from the creation of its stream to the end. Functions that
+/// communicate with the camera need the link's lock.
 class StreamSession {
 public:
     StreamSession(CameraLink &link, StreamCounters &counters, PixelOrder &order)
@@ -49,24 +49,24 @@ public:
     StreamSession(const StreamSession &) = delete;
     StreamSession &operator=(const StreamSession &) = delete;
 
-    /// Makes the stream and starts the camera. Needs the turn.
+    /// Creates the stream and starts the camera. Needs the lock.
     OResult start(StreamUse use);
-    /// Stops the camera. Needs the turn.
+    /// Stops the camera. Needs the lock.
     void stopCamera();
-    /// Ends the stream. Images that are held stay valid.
+    /// Ends the stream. Images stay valid.
     void end();
 
-    /// The next complete image if one is there. Counts and recycles what is not complete.
+    /// Takes the next complete image without waiting. Counts and recycles incomplete ones.
     bool take(RawImage &image);
-    /// Between a start() that succeeded and end().
+    /// True between a successful start() and end().
     bool isRunning() const { return pool_ != nullptr; }
-    /// Frames of which parts were missing, since the last image.
+    /// Number of incomplete frames since the last image.
     std::uint64_t damagedInARow() const { return damagedInARow_; }
-    /// True if the last image came after such frames.
+    /// True if the last image followed incomplete frames.
     bool imageFollowsDamage() const { return imageFollowsDamage_; }
-    /// True if the stream receives nothing at all, though its packets reach this computer: asked
-    /// now and then, at the second time that this is found.
-    bool isDeaf();
+    /// True if the stream receives nothing although its packets reach this computer. Call it
+    /// periodically: it must find so twice in a row.
+    bool hasSilentSocket();
 
 private:
     static void onStreamEvent(void *session, ArvStreamCallbackType type, ArvBuffer *buffer);
@@ -78,12 +78,12 @@ private:
     StreamCounters &counters_;
     PixelOrder &order_;
     std::shared_ptr<BufferPool> pool_;
-    std::size_t payload_ = 0; ///< bytes of a buffer
+    std::size_t payload_ = 0; ///< buffer size in bytes
     bool parametersLocked_ = false;
     std::uint64_t damagedInARow_ = 0;
     bool imageFollowsDamage_ = false;
-    bool foundDeaf_ = false;
-    bool foreign_ = false; ///< Aravis does not know what the camera sends
+    bool foundSilentSocket_ = false;
+    bool unsupportedPayload_ = false; ///< Aravis does not support the camera's payload
 };
 
 } // namespace orvalis

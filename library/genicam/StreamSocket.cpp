@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The socket that a GigE Vision stream is received through.
+// The socket that receives a GigE Vision stream.
 #include "library/genicam/StreamSocket.h"
 
 #include <arpa/inet.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// String nodes, whatever length their registers claim.
+// String nodes with registers of any length.
 #include "library/genicam/StringNode.h"
 
 #include "library/genicam/NodeReach.h"
@@ -10,16 +10,16 @@
 namespace orvalis {
 namespace {
 
-/// Memory is read and written in words.
+/// Memory is accessed in words.
 constexpr std::size_t wordSize = 4;
 
-/// Where a long text lies in the camera; no device for a text that the engine can handle.
+/// The location of a long text in the camera; no device if the engine can handle the text.
 struct LongText {
     ArvDevice *device = nullptr;
     std::uint64_t address = 0;
 };
 
-/// The register behind a string node; null for a text that stands in the description itself.
+/// The register of a string node; null for a text that is part of the description.
 ArvGcRegister *registerOf(ArvGcFeatureNode *node)
 {
     ArvGcNode *source = ARV_GC_NODE(node);
@@ -29,7 +29,7 @@ ArvGcRegister *registerOf(ArvGcFeatureNode *node)
     return source != nullptr ? ARV_GC_REGISTER(source) : nullptr;
 }
 
-/// True for the memory of the camera; chunks and events have ports of their own.
+/// True for device memory; chunks and events have separate ports.
 bool isInDevice(ArvGcRegister *memory)
 {
     ArvGcPropertyNode *link = propertyOf(ARV_GC_NODE(memory), ARV_GC_PROPERTY_NODE_TYPE_P_PORT);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the system knows of USB3 Vision cameras that are plugged in.
+// USB3 Vision cameras that are plugged in, as the system lists them.
 #include "library/genicam/UsbCameras.h"
 
 #include "library/genicam/Discovery.h"
@@ -38,15 +38,15 @@ bool isControlInterface(const fs::path &interface)
            firstLine(interface / "bInterfaceProtocol") == "00";
 }
 
-/// "usbfs" stands for a program; the kernel itself has no driver for such cameras.
+/// "usbfs" means a program; the kernel has no driver for such cameras.
 bool isClaimed(const fs::path &interface)
 {
     std::error_code error;
     return fs::read_symlink(interface / "driver", error).filename() == "usbfs";
 }
 
-/// Where the camera's own description of itself, among its descriptors, says which string is the
-/// name that the user gave: USB3 Vision 1.0, device info descriptor.
+/// Finds the index of the string descriptor with the user-defined name: USB3 Vision 1.0, device
+/// info descriptor.
 std::uint8_t userNameIndexIn(const std::string &descriptors)
 {
     constexpr char infoType = 0x24;
@@ -79,7 +79,7 @@ fs::path nodeOf(const fs::path &device, const fs::path &nodes)
     return nodes / bus / number;
 }
 
-/// A node that is gone is not forbidden.
+/// A missing node does not count as forbidden.
 bool isPermitted(const fs::path &node)
 {
     return access(node.c_str(), R_OK | W_OK) == 0 || (errno != EACCES && errno != EPERM);
@@ -98,7 +98,7 @@ UsbCamera cameraAt(const fs::path &device, const fs::path &interface, const fs::
     return camera;
 }
 
-/// UTF-16, little-endian, behind a head of two bytes, as USB sends strings.
+/// Converts a USB string descriptor: UTF-16, little-endian, after a header of two bytes.
 std::string utf8(const std::uint8_t *bytes, std::size_t size)
 {
     std::string text;
@@ -153,7 +153,7 @@ const UsbCamera *usbCameraOf(const CameraRecord &camera, const std::vector<UsbCa
         found = &candidate;
         ++ofThatNumber;
     }
-    // Aravis may spell vendor and model in its own way, but a number of two tells nothing.
+    // Aravis may spell vendor and model differently, so a unique serial number is sufficient.
     return ofThatNumber == 1 && !camera.serialNumber.empty() ? found : nullptr;
 }
 
@@ -179,7 +179,7 @@ std::string userNameOf(const UsbCamera &camera)
     request.bRequestType = 0x80;                                                 // from the device
     request.bRequest = 6;                                                        // GET_DESCRIPTOR
     request.wValue = static_cast<std::uint16_t>(0x0300U | camera.userNameIndex); // a string
-    request.wIndex = 0x0409; // English, which cameras have, if only in name
+    request.wIndex = 0x0409; // English; cameras declare it even if the text is in another language
     request.wLength = bytes.size();
     request.timeout = 200; // milliseconds
     request.data = bytes.data();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the system knows of USB3 Vision cameras that are plugged in.
+// USB3 Vision cameras that are plugged in, as the system lists them.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -20,26 +20,24 @@ struct UsbCamera {
     std::string vendor;
     std::string model;
     std::string serialNumber;
-    bool permitted = false;         ///< this program may write to the node
-    bool claimed = false;           ///< a program, maybe this one, has its control interface open
-    std::uint8_t userNameIndex = 0; ///< of the string descriptor that holds DeviceUserID; 0: none
+    bool permitted = false; ///< this program may write to the node
+    bool claimed = false;   ///< a program, possibly this one, has opened its control interface
+    std::uint8_t userNameIndex = 0; ///< index of the string descriptor with DeviceUserID; 0: none
 };
 
-/// All of them, from the system's tree of USB devices. Other trees than the real ones are for
-/// tests.
+/// All cameras in the system's tree of USB devices. Tests pass other trees.
 std::vector<UsbCamera>
 pluggedUsbCameras(const std::filesystem::path &devices = "/sys/bus/usb/devices",
                   const std::filesystem::path &nodes = "/dev/bus/usb");
 
-/// The one of them that is the camera; null if it is not plugged in any more.
+/// The entry of `camera`; null if it is no longer plugged in.
 const UsbCamera *usbCameraOf(const CameraRecord &camera, const std::vector<UsbCamera> &plugged);
 
-/// Why a camera could not be opened: what the system knows of it, or else what the attempt said.
-/// Null for a camera that is not plugged in.
+/// Why a camera could not be opened: according to the system, or else `otherwise`. `camera` is null
+/// if it is not plugged in.
 OResult usbRefusal(const UsbCamera *camera, OResult otherwise);
 
-/// DeviceUserID as the camera tells it without being opened; empty if it has none, or cannot be
-/// asked. UTF-8.
+/// Reads DeviceUserID without opening the camera; empty if it has none or cannot be read. UTF-8.
 std::string userNameOf(const UsbCamera &camera);
 
 } // namespace orvalis

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A network cable that tests pull out, plug in, and make narrow.
+// A network cable that tests can pull out, plug in, and limit in packet size.
 #pragma once
 
 #include "tests/library/genicam/GenicamFixture.h"
 
 namespace genicamtest {
 
-/// The cable between this network and the one of the cameras that run_gige.sh --cable has laid:
-/// here 10.77.0.1, there 10.77.0.2. As it was laid, without addresses, in the end.
+/// The cable that run_gige.sh --cable has created between this network and the cameras' network:
+/// 10.77.0.1 here, 10.77.0.2 there. The destructor restores the initial state, without addresses.
 class Cable {
 public:
     static constexpr const char *cameraAddress = "10.77.0.2";
@@ -32,7 +32,7 @@ public:
     Cable(const Cable &) = delete;
     Cable &operator=(const Cable &) = delete;
 
-    /// What runs a program at the camera's end.
+    /// The command prefix that runs a program at the camera's end.
     static std::vector<std::string> launcher()
     {
         const char *process = std::getenv("ORVALIS_CABLE_PID");
@@ -53,7 +53,7 @@ public:
             std::this_thread::sleep_for(5ms);
         }
     }
-    /// The largest packet that this computer takes: larger ones vanish on the way.
+    /// Sets the largest packet that this computer accepts: larger ones are lost.
     void setMtuHere(int bytes) { run(here() + "link set cable0 mtu " + std::to_string(bytes)); }
     void setMtuThere(int bytes) { run(there() + "link set cable1 mtu " + std::to_string(bytes)); }
 

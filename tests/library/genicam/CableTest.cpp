@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// GigE Vision across a cable: found, streamed, pulled out, plugged in again, and packets that are
-// too large for the way.
+// GigE Vision across a cable: discovery, streaming, pulling the cable out and plugging it in again,
+// and packets that are too large for the network.
 #include "tests/library/genicam/Cable.h"
 
 #include <cstdio>
@@ -23,7 +23,7 @@ protected:
     void TearDown() override { unsetenv("ORVALIS_PACKET_SOCKET"); }
 };
 
-void expectWholePictures(Device &device, int count)
+void expectWholeImages(Device &device, int count)
 {
     for (int i = 0; i < count; ++i) {
         RawImage image;
@@ -42,7 +42,7 @@ TEST_P(AcrossTheCable, aCameraIsFoundAndStreams)
     const auto device = openCamera(*backend_, camera.id());
     ASSERT_TRUE(device);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    expectWholePictures(*device, 20);
+    expectWholeImages(*device, 20);
     std::printf("packets of %d bytes\n", int(integer(*device, "GevSCPSPacketSize")));
     device->stopStream();
 }
@@ -58,8 +58,8 @@ TEST_P(AcrossTheCable, twoCamerasBehindOneInterfaceStreamTogether)
     ASSERT_EQ(first->startStream(), ORVALIS_OK);
     ASSERT_EQ(second->startStream(), ORVALIS_OK);
     for (int i = 0; i < 5; ++i) {
-        expectWholePictures(*first, 1);
-        expectWholePictures(*second, 1);
+        expectWholeImages(*first, 1);
+        expectWholeImages(*second, 1);
     }
 }
 
@@ -79,27 +79,27 @@ TEST_P(AcrossTheCable, interfacesComeAndGo)
     const auto device = openCamera(*backend_, camera.id());
     ASSERT_TRUE(device);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    expectWholePictures(*device, 1);
+    expectWholeImages(*device, 1);
 }
 
-TEST_P(AcrossTheCable, aCameraOfAnotherSubnetIsShownWithTheReason)
+TEST_P(AcrossTheCable, aCameraInAnotherSubnetIsListedWithTheReason)
 {
     Cable cable;
     cable.addAddressThere("192.168.99.2");
-    backend_->discover(); // what has not changed is not told again
+    backend_->discover(); // discovery reports only changes
     const CameraProcess camera(1, "192.168.99.2", Cable::launcher());
     testing::internal::CaptureStderr();
     const auto found = backend_->discover();
     const std::string said = testing::internal::GetCapturedStderr();
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0].displayName, "Aravis Fake (GV01) - other subnet 192.168.99.2");
-    EXPECT_NE(said.find("its address is in no subnet of that interface"), std::string::npos)
+    EXPECT_NE(said.find("its address is not in a subnet of that interface"), std::string::npos)
         << said;
     std::unique_ptr<Device> device;
     EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND);
 }
 
-TEST_P(AcrossTheCable, aCameraBehindACableThatIsOutIsNotFoundAtOnce)
+TEST_P(AcrossTheCable, withTheCableOutACameraIsNotFoundAtOnce)
 {
     Cable cable;
     const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
@@ -110,7 +110,7 @@ TEST_P(AcrossTheCable, aCameraBehindACableThatIsOutIsNotFoundAtOnce)
                [&] { EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND); });
 }
 
-TEST_P(AcrossTheCable, aCameraThatDoesNotStreamIsLostAtItsNextImage)
+TEST_P(AcrossTheCable, anIdleCameraIsLostAtTheNextGrab)
 {
     Cable cable;
     const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
@@ -123,14 +123,14 @@ TEST_P(AcrossTheCable, aCameraThatDoesNotStreamIsLostAtItsNextImage)
     });
 }
 
-TEST_P(AcrossTheCable, aCableThatIsPulledOutIsALoss)
+TEST_P(AcrossTheCable, pullingTheCableOutIsALoss)
 {
     Cable cable;
     const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
     auto device = discoveredAndOpened(camera);
     ASSERT_TRUE(device);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    expectWholePictures(*device, 5);
+    expectWholeImages(*device, 5);
     cable.pullOut();
     expectLost("noticed", [&] { return streamUntilItEnds(*device); });
     expectLost("info", [&] {
@@ -146,16 +146,16 @@ TEST_P(AcrossTheCable, aCableThatIsPulledOutIsALoss)
 
     cable.plugIn();
     backend_->discover();
-    OResult opened = ORVALIS_ERROR_BUSY; // until the camera has noticed that we had gone
+    OResult opened = ORVALIS_ERROR_BUSY; // until the camera has noticed the disconnection
     while (opened == ORVALIS_ERROR_BUSY) {
         opened = backend_->open(camera.id(), device);
     }
     ASSERT_EQ(opened, ORVALIS_OK);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    expectWholePictures(*device, 5);
+    expectWholeImages(*device, 5);
 }
 
-TEST_P(AcrossTheCable, packetsThatAreTooLargeForTheWayGiveWayToSmallerOnes)
+TEST_P(AcrossTheCable, packetsThatAreTooLargeAreReplacedBySmallerOnes)
 {
     Cable cable(9000);
     const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
@@ -164,12 +164,12 @@ TEST_P(AcrossTheCable, packetsThatAreTooLargeForTheWayGiveWayToSmallerOnes)
     cable.setMtuHere(1500);
     ASSERT_EQ(device->nodes().setInteger("GevSCPSPacketSize", 8000), ORVALIS_OK);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    expectSoon("first picture", [&] { expectWholePictures(*device, 1); });
-    expectWholePictures(*device, 5);
+    expectSoon("first image", [&] { expectWholeImages(*device, 1); });
+    expectWholeImages(*device, 5);
     EXPECT_LE(integer(*device, "GevSCPSPacketSize"), 1500);
 }
 
-TEST_P(AcrossTheCable, aWayThatGetsNarrowWhileItStreams)
+TEST_P(AcrossTheCable, packetSizeAdaptsWhileItStreams)
 {
     Cable cable(9000);
     const CameraProcess camera(1, Cable::cameraAddress, Cable::launcher());
@@ -177,10 +177,10 @@ TEST_P(AcrossTheCable, aWayThatGetsNarrowWhileItStreams)
     ASSERT_TRUE(device);
     ASSERT_EQ(device->nodes().setInteger("GevSCPSPacketSize", 8000), ORVALIS_OK);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    expectWholePictures(*device, 5);
+    expectWholeImages(*device, 5);
     std::printf("packets of %d bytes\n", int(integer(*device, "GevSCPSPacketSize")));
     cable.setMtuHere(1500);
-    expectSoon("pictures again", [&] { expectWholePictures(*device, 10); });
+    expectSoon("images again", [&] { expectWholeImages(*device, 10); });
     EXPECT_LE(integer(*device, "GevSCPSPacketSize"), 1500);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Turns on a camera, and what its loss does to those who wait.
+// The lock of a camera link, and what the loss of the camera does to waiting callers.
 #include "library/genicam/CameraLink.h"
 
 #include <gtest/gtest.h>
@@ -18,14 +18,14 @@ protected:
     CameraLink link_{arv_fake_device_new("1", nullptr)};
 };
 
-TEST_F(Link, turnsExcludeEachOther)
+TEST_F(Link, locksExcludeEachOther)
 {
-    std::optional<CameraLink::Turn> first(link_.turn());
+    std::optional<CameraLink::Lock> first(link_.acquire());
     ASSERT_TRUE(*first);
     std::atomic<bool> released{false};
     auto second = std::async(std::launch::async, [&] {
-        const CameraLink::Turn turn = link_.turn();
-        return turn && released;
+        const CameraLink::Lock lock = link_.acquire();
+        return lock && released;
     });
     EXPECT_EQ(second.wait_for(20ms), std::future_status::timeout);
     released = true;
@@ -33,13 +33,13 @@ TEST_F(Link, turnsExcludeEachOther)
     EXPECT_TRUE(second.get());
 }
 
-TEST_F(Link, lossSendsAwayWhoeverWaitsForATurn)
+TEST_F(Link, lossRefusesWaitingCallers)
 {
-    const CameraLink::Turn first = link_.turn();
-    auto second = std::async(std::launch::async, [&] { return bool(link_.turn()); });
+    const CameraLink::Lock first = link_.acquire();
+    auto second = std::async(std::launch::async, [&] { return bool(link_.acquire()); });
     link_.markLost("a test says so");
     EXPECT_FALSE(second.get());
-    EXPECT_FALSE(link_.turn());
+    EXPECT_FALSE(link_.acquire());
 }
 
 TEST_F(Link, controlLostSignalMarksTheCameraLost)
@@ -49,7 +49,7 @@ TEST_F(Link, controlLostSignalMarksTheCameraLost)
     EXPECT_EQ(link_.waitForBuffer(Clock::time_point::max()), CameraLink::Event::Lost);
 }
 
-TEST_F(Link, aCallThatTimesOutIsNoLossWhereTheCameraAnswersTheNextOne)
+TEST_F(Link, aTimeoutIsNoLossIfTheCameraAnswersTheNextRequest)
 {
     orvalis::Failure failure;
     g_set_error(failure.slot(), ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_TIMEOUT, "no answer");
@@ -57,7 +57,7 @@ TEST_F(Link, aCallThatTimesOutIsNoLossWhereTheCameraAnswersTheNextOne)
     EXPECT_FALSE(link_.lost());
 }
 
-TEST_F(Link, aCallToACameraThatIsNotThereMarksItLost)
+TEST_F(Link, aRequestToAMissingCameraMarksItLost)
 {
     orvalis::Failure failure;
     g_set_error(failure.slot(), ARV_DEVICE_ERROR, ARV_DEVICE_ERROR_NOT_CONNECTED, "unplugged");
@@ -65,7 +65,7 @@ TEST_F(Link, aCallToACameraThatIsNotThereMarksItLost)
     EXPECT_TRUE(link_.lost());
 }
 
-TEST_F(Link, anOrdinaryRefusalDoesNot)
+TEST_F(Link, anOrdinaryRefusalIsNoLoss)
 {
     orvalis::Failure failure;
     g_set_error(failure.slot(), ARV_GC_ERROR, ARV_GC_ERROR_OUT_OF_RANGE, "too large");
@@ -73,13 +73,13 @@ TEST_F(Link, anOrdinaryRefusalDoesNot)
     EXPECT_FALSE(link_.lost());
 }
 
-TEST_F(Link, wakeIsKeptForTheNextWaitAndNoticedOnce)
+TEST_F(Link, pendingWakeEndsTheNextWaitOnce)
 {
     link_.wake();
     EXPECT_EQ(link_.waitForBuffer(Clock::time_point::max()), CameraLink::Event::Wake);
     EXPECT_EQ(link_.waitForBuffer(Clock::now()), CameraLink::Event::Timeout);
     link_.wake();
-    link_.forgetWake();
+    link_.clearWake();
     EXPECT_EQ(link_.waitForBuffer(Clock::now()), CameraLink::Event::Timeout);
 }
 

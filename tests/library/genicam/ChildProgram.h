@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Another program, with a pipe to it and one from it.
+// A child process with pipes to its standard input and output.
 #pragma once
 
 #include "tests/library/genicam/GenicamFixture.h"
@@ -10,7 +10,7 @@
 
 namespace genicamtest {
 
-/// Runs from construction until it ends; killed in the end if it has not.
+/// Runs the program; the destructor kills it if it is still running.
 class ChildProgram {
 public:
     explicit ChildProgram(std::vector<std::string> command)
@@ -51,8 +51,8 @@ public:
     {
         EXPECT_EQ(write(input_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
     }
-    /// The next line that it prints, without the end of the line; what there is of it after two
-    /// minutes, or when it has closed its output.
+    /// The next line of its output, without the newline; an incomplete line after two minutes or at
+    /// the end of its output.
     std::string line()
     {
         std::string text;
@@ -65,7 +65,7 @@ public:
         }
         return text;
     }
-    /// Status it exits with; -1 if it does not within `patience`, or is ended by a signal.
+    /// Its exit status; -1 if it does not exit within `patience`, or a signal ends it.
     int exitStatus(std::chrono::seconds patience)
     {
         int status = 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A test camera with a GenICam description that the test writes.
+// A test camera with a GenICam description written by the test.
 #pragma once
 
 #include "tests/library/genicam/GenicamFixture.h"
@@ -10,8 +10,8 @@
 
 namespace genicamtest {
 
-/// A description whose features are registers of Aravis' in-process test camera. For a camera that
-/// misbehaves, or streams in a way of its own, give a description to a RigCamera.
+/// A description whose features are registers of Aravis' in-process test camera. If the camera must
+/// misbehave or stream in a special way, pass a description to a RigCamera instead.
 class DescribedCamera : public CameraDescription {
 public:
     std::unique_ptr<Device> open(Backend &backend) const
@@ -23,7 +23,7 @@ public:
         unlink(path.c_str());
         return device;
     }
-    /// Writes the description to a file of its own, which the caller deletes, and returns its path.
+    /// Writes the description to a new file and returns its path; the caller deletes the file.
     std::string write() const
     {
         char path[] = "/tmp/orvalis-camera-XXXXXX";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Typed features on a described camera, and a look at its registers.
+// Typed features on a described camera, with access to its registers.
 #pragma once
 
 #include "library/core/Features.h"

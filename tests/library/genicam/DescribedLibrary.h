@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A described camera behind the library's entry points.
+// A described camera, used through the library's entry points.
 #pragma once
 
 #include "library/core/Library.h"
@@ -10,7 +10,7 @@
 
 namespace genicamtest {
 
-/// describe() the camera, then open() it; `traffic` counts from then on.
+/// Call describe(), then open(); `traffic` counts from then on.
 class DescribedLibrary : public testing::Test {
 protected:
     void open()

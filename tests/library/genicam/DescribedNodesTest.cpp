@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Nodes of described cameras through the entry points: addresses, long numbers, sizes without end,
-// commands that take their time.
+// Nodes of described cameras through the entry points: addresses, long numbers, unlimited sizes,
+// slow commands.
 #include "tests/library/genicam/DescribedLibrary.h"
 
 #include <cstring>
@@ -42,7 +42,7 @@ protected:
 TEST_F(DescribedNodes, addressesAreReadAndWrittenWhole)
 {
     camera.addInteger("GevPersistentIPAddress", valueAddress, 0, 0xFFFFFFFF);
-    // Bounds are left out as often as not; the register has some.
+    // Descriptions often omit the bounds; the register has some.
     camera.addNode("<Integer Name=\"GevSCDA\"><pValue>DestinationRegister</pValue></Integer>",
                    "GevSCDA");
     camera.addNode(
@@ -79,7 +79,7 @@ TEST_F(DescribedNodes, theCameraRefusesPatternsBeyondItsBounds)
     EXPECT_EQ(word(valueAddress), 0x0A000001U);
 }
 
-TEST_F(DescribedNodes, longNumbersAreCutAndWrittenAsTextOnly)
+TEST_F(DescribedNodes, longNumbersAreClampedAndWrittenAsTextOnly)
 {
     camera.addNode("<Integer Name=\"Long\"><pValue>LongRegister</pValue></Integer>", "Long");
     camera.addNode(registerNode("IntReg", "LongRegister", valueAddress, "<Length>8</Length>"));
@@ -91,7 +91,7 @@ TEST_F(DescribedNodes, longNumbersAreCutAndWrittenAsTextOnly)
     EXPECT_EQ(text("Long"), "5000000000");
 }
 
-TEST_F(DescribedNodes, withoutAnyBoundsTheValueDecides)
+TEST_F(DescribedNodes, withoutBoundsTheValueDeterminesTheRange)
 {
     camera.addNode("<Integer Name=\"Free\"><Value>5</Value></Integer>", "Free");
     open();
@@ -102,7 +102,7 @@ TEST_F(DescribedNodes, withoutAnyBoundsTheValueDecides)
     EXPECT_EQ(OrvalisSetNodeInt(handle, "Free", 6), ORVALIS_ERROR_ACCESS_DENIED);
 }
 
-TEST_F(DescribedNodes, aNumberThatIsOnlyWrittenTakesWhatItIsGiven)
+TEST_F(DescribedNodes, aWriteOnlyNumberIsWrittenUnchecked)
 {
     camera.addNode("<Integer Name=\"Key\"><pValue>KeyRegister</pValue></Integer>", "Key");
     camera.addNode(registerNode("IntReg", "KeyRegister", valueAddress, "<Length>4</Length>", "WO"));
@@ -113,9 +113,9 @@ TEST_F(DescribedNodes, aNumberThatIsOnlyWrittenTakesWhatItIsGiven)
     EXPECT_EQ(word(valueAddress), 0x1234U);
 }
 
-// --- Sizes that a camera claims ---
+// --- Sizes that a description states ---
 
-TEST_F(DescribedNodes, textIsReadAsFarAsItFits)
+TEST_F(DescribedNodes, longTextIsTruncated)
 {
     camera.addNode(
         registerNode("StringReg", "Endless", valueAddress, "<Length>2000000000</Length>"),
@@ -140,7 +140,7 @@ TEST_F(DescribedNodes, textIsWrittenWithoutTheRestOfItsRegister)
         setWord(valueAddress + 8, 0xFFFFFFFF);
         EXPECT_EQ(OrvalisSetNodeString(handle, name, "camera"), ORVALIS_OK);
         EXPECT_EQ(text(name), "camera");
-        EXPECT_EQ(word(valueAddress + 8), 0xFFFFFFFFU) << "behind the NUL nothing is written";
+        EXPECT_EQ(word(valueAddress + 8), 0xFFFFFFFFU) << "nothing is written after the NUL";
         EXPECT_EQ(OrvalisSetNodeString(handle, name, "four"), ORVALIS_OK);
         EXPECT_EQ(text(name), "four");
         EXPECT_EQ(OrvalisSetNodeString(handle, name, ""), ORVALIS_OK);
@@ -158,7 +158,7 @@ TEST_F(DescribedNodes, textOfARegisterThatFitsIsWrittenWhole)
               ORVALIS_ERROR_OUT_OF_RANGE);
 }
 
-TEST_F(DescribedNodes, lengthsThatCannotBeAreRefused)
+TEST_F(DescribedNodes, impossibleLengthsAreRefused)
 {
     const std::vector<std::string> types{"IntReg", "FloatReg", "StringReg"};
     const std::vector<std::string> lengths{"<Length>-5</Length>",
@@ -191,7 +191,7 @@ TEST_F(DescribedNodes, lengthsThatCannotBeAreRefused)
     }
 }
 
-TEST_F(DescribedNodes, nodesThatLeadToThemselvesAreRefused)
+TEST_F(DescribedNodes, circularNodesAreRefused)
 {
     camera.addNode("<Integer Name=\"A\"><pValue>B</pValue></Integer>", "A");
     camera.addNode("<Integer Name=\"B\"><pValue>A</pValue></Integer>", "B");
@@ -218,10 +218,10 @@ TEST_F(DescribedNodes, nodesThatLeadToThemselvesAreRefused)
     for (const char *name : {"A", "B", "C", "D", "E", "F"}) {
         EXPECT_EQ(OrvalisGetNodeInfo(handle, name, &info), ORVALIS_OK) << name;
     }
-    EXPECT_EQ(text("F"), "One") << "an entry whose state cannot be had is offered";
+    EXPECT_EQ(text("F"), "One") << "an entry with an unreadable state is offered";
 }
 
-/// Bounds that depend on each other's values are no loop.
+/// Bounds that depend on each other's values are not circular.
 TEST_F(DescribedNodes, boundsMayDependOnEachOther)
 {
     for (const auto &[name, other, address] :
@@ -243,7 +243,7 @@ TEST_F(DescribedNodes, boundsMayDependOnEachOther)
 }
 
 /// Each of these formulas reads the one below twice: 2 to the power of 40 registers.
-TEST_F(DescribedNodes, whatTakesTooManyRegistersIsRefused)
+TEST_F(DescribedNodes, nodesWithTooManyRegistersAreRefused)
 {
     constexpr int levels = 40;
     camera.addNode(registerNode("IntReg", "Level0", valueAddress, "<Length>4</Length>"));
@@ -262,7 +262,7 @@ TEST_F(DescribedNodes, whatTakesTooManyRegistersIsRefused)
     EXPECT_EQ(OrvalisGetNodeInt(handle, "Huge", &node), ORVALIS_ERROR_DEVICE);
 }
 
-TEST_F(DescribedNodes, ofEndlessListsThereIsAnEnd)
+TEST_F(DescribedNodes, endlessListsAreTruncated)
 {
     std::string entries;
     for (int i = 0; i < 3000; ++i) {

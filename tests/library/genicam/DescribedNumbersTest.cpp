@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Numbers that need something else first: a switch, a selector, a unit, a size that others bound.
+// Numbers that depend on other nodes: a switch, a selector, a unit, a bounding size.
 #include "tests/library/genicam/DescribedFixture.h"
 
 using namespace genicamtest;
@@ -12,7 +12,7 @@ constexpr unsigned autoAddress = 0x1314;
 
 class DescribedRate : public Described {
 protected:
-    /// A frame rate of 1 to 100, at 10, with `state` as its description has it.
+    /// Describes a frame rate from 1 to 100, with value 10 and the state elements `state`.
     void describe(const std::string &state)
     {
         camera_.addBoolean("AcquisitionFrameRateEnable", rateEnableAddress);
@@ -62,7 +62,7 @@ TEST_F(DescribedRate, thatIsNotAvailableForAnotherReasonIsNotSupported)
     EXPECT_EQ(features_->set(Number::FrameRate, 25), ORVALIS_ERROR_NOT_SUPPORTED);
 }
 
-TEST_F(DescribedRate, thatCannotBeSetLeavesItsSwitchAsItWas)
+TEST_F(DescribedRate, thatCannotBeSetRestoresItsSwitch)
 {
     camera_.addBoolean("Other", autoAddress);
     describe("<pIsAvailable>OtherRegister</pIsAvailable>");
@@ -95,7 +95,7 @@ TEST_F(DescribedRate, whoseSwitchIsAMode)
     EXPECT_EQ(registerAt(rateEnableAddress), 1U);
 }
 
-TEST_F(Described, timesAreInTheUnitThatTheirNodeNames)
+TEST_F(Described, timesAreConvertedFromTheirNodesUnit)
 {
     const struct {
         const char *unit;
@@ -115,7 +115,7 @@ TEST_F(Described, timesAreInTheUnitThatTheirNodeNames)
     }
 }
 
-TEST_F(Described, glitchFilterIsThatOfTheTriggersInputInNanoseconds)
+TEST_F(Described, glitchFilterOfTheTriggersInputIsInNanoseconds)
 {
     camera_.addEnumeration("TriggerSource", switchAddress, {"Software", "Line1", "Line2"});
     camera_.addEnumeration("SyncInSelector", selectorAddress, {"SyncIn1", "SyncIn2"});
@@ -126,10 +126,10 @@ TEST_F(Described, glitchFilterIsThatOfTheTriggersInputInNanoseconds)
     EXPECT_EQ(registerAt(valueAddress), 0U);
     EXPECT_EQ(registerAt(valueAddress + 4), 12000U);
     EXPECT_EQ(read(Number::TriggerNoiseFilter).maximum, 50);
-    EXPECT_EQ(registerAt(selectorAddress), 0U) << "the selector is put back";
+    EXPECT_EQ(registerAt(selectorAddress), 0U) << "the selector is restored";
 }
 
-TEST_F(Described, lineFilterIsTheOneAgainstShortPulsesInUnitsOfItsOwn)
+TEST_F(Described, lineFilterAgainstShortPulsesKeepsItsUnits)
 {
     camera_.addEnumeration("TriggerSource", switchAddress, {"Software", "Line0", "Line1"});
     camera_.addEnumeration("LineSelector", selectorAddress, {"Line0", "Line1"});
@@ -147,11 +147,11 @@ TEST_F(Described, lineFilterIsTheOneAgainstShortPulsesInUnitsOfItsOwn)
     EXPECT_EQ(features_->set(Number::TriggerNoiseFilter, 12), ORVALIS_OK);
     EXPECT_EQ(registerAt(valueAddress + 12), 12U) << "Line1, Deglitch";
     EXPECT_EQ(registerAt(valueAddress + 8), 0U);
-    EXPECT_EQ(registerAt(selectorAddress), 0U) << "the selector is put back";
-    EXPECT_EQ(registerAt(selectorAddress + 4), 0U) << "the selector is put back";
+    EXPECT_EQ(registerAt(selectorAddress), 0U) << "the selector is restored";
+    EXPECT_EQ(registerAt(selectorAddress + 4), 0U) << "the selector is restored";
 }
 
-TEST_F(Described, debouncerHasTwoTimesThatAreSetTogether)
+TEST_F(Described, bothTimesOfADebouncerAreSet)
 {
     camera_.addEnumeration("TriggerSource", switchAddress, {"Software", "Line0", "Line1"});
     camera_.addEnumeration("LineSelector", selectorAddress, {"Line0", "Line1"});
@@ -164,7 +164,7 @@ TEST_F(Described, debouncerHasTwoTimesThatAreSetTogether)
     EXPECT_EQ(floatAt(valueAddress + 12), 12);
     EXPECT_EQ(features_->set(Number::TriggerNoiseFilter, 700), ORVALIS_OK);
     EXPECT_EQ(floatAt(valueAddress + 4), 700);
-    EXPECT_EQ(floatAt(valueAddress + 12), 500) << "as far as it goes";
+    EXPECT_EQ(floatAt(valueAddress + 12), 500) << "clamped to its bounds";
     EXPECT_EQ(floatAt(valueAddress), 0);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The strobe of cameras that have it behind a selector of lines, down to the registers.
+// The strobe of cameras that select it by line, down to the registers.
 #include "tests/library/genicam/DescribedFixture.h"
 
 #include <gmock/gmock.h>
@@ -63,7 +63,7 @@ TEST_F(DescribedStrobe, isOnTheLineInStrobeMode)
         EXPECT_THAT(linesAt(strobeDelayAddress), ElementsAre(0, 0, 30));
         EXPECT_THAT(linesAt(durationAddress), ElementsAre(0, 0, 400));
         EXPECT_TRUE(isOn(Switch::StrobeEnable));
-        EXPECT_EQ(registerAt(selectorAddress), line) << "the selector is put back";
+        EXPECT_EQ(registerAt(selectorAddress), line) << "the selector is restored";
     }
 }
 
@@ -83,7 +83,7 @@ TEST_F(DescribedStrobe, withItsOwnSwitchIsOnTheFirstOutput)
     EXPECT_THAT(linesAt(durationAddress), ElementsAre(0, 400, 0));
 }
 
-TEST_F(DescribedStrobe, staysOnItsLineWhereverTheSelectorStands)
+TEST_F(DescribedStrobe, staysOnItsLineWhateverIsSelected)
 {
     describeLines();
     camera_.addEnumeration("LineSource", strobeSourceAddress,
@@ -130,7 +130,7 @@ TEST_F(DescribedStrobe, ofAFlashHasItsOwnSourceAndTimes)
     EXPECT_EQ(registerAt(strobeSourceAddress), 0U);
 }
 
-/// A strobe with a source of its own, which reaches the lamp through one of several outputs.
+/// A strobe with its own source, which one of several outputs passes to the lamp.
 class DescribedSyncOut : public Described {
 protected:
     void SetUp() override
@@ -158,7 +158,7 @@ TEST_F(DescribedSyncOut, isOnWhileTheStrobeDrivesAnOutput)
     EXPECT_EQ(registerAt(strobeEnableAddress + 4), 0U) << "general purpose";
     EXPECT_EQ(registerAt(strobeEnableAddress), 1U) << "the other output is not the strobe's";
     EXPECT_FALSE(isOn(Switch::StrobeEnable));
-    EXPECT_EQ(registerAt(selectorAddress), 0U) << "the selector is put back";
+    EXPECT_EQ(registerAt(selectorAddress), 0U) << "the selector is restored";
 }
 
 TEST_F(DescribedSyncOut, isSwitchedOnAtTheSelectedOutput)
@@ -179,7 +179,7 @@ TEST_F(DescribedSyncOut, hasItsSourceAndThePolarityOfItsOutput)
     EXPECT_EQ(registerAt(inverterAddress + 4), 1U);
 }
 
-TEST_F(DescribedSyncOut, takesItsDurationFromTheNumberOnceThatIsChanged)
+TEST_F(DescribedSyncOut, usesItsDurationOnceThatIsChanged)
 {
     setRegisterAt(durationAddress, 500);
     EXPECT_EQ(features_->set(Number::StrobeDuration, 500), ORVALIS_OK);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The trigger of cameras that have one for each entry of TriggerSelector, down to the registers.
+// The trigger of cameras with one for each entry of TriggerSelector, down to the registers.
 #include "tests/library/genicam/DescribedFixture.h"
 
 #include <gmock/gmock.h>
@@ -55,12 +55,12 @@ TEST_F(DescribedTrigger, isOnIfAnyEntryIsOn)
     for (const Entry entry : {AcquisitionStart, FrameStart, LineStart}) {
         setRegisterAt(triggerModeAddress + 4 * entry, 1);
         EXPECT_TRUE(isOn(Switch::TriggerEnable)) << entry;
-        EXPECT_EQ(registerAt(selectorAddress), AcquisitionStart) << "the selector is put back";
+        EXPECT_EQ(registerAt(selectorAddress), AcquisitionStart) << "the selector is restored";
         setRegisterAt(triggerModeAddress + 4 * entry, 0);
     }
 }
 
-TEST_F(DescribedTrigger, switchedOnLeavesOnlyTheChosenEntryOn)
+TEST_F(DescribedTrigger, switchedOnLeavesOnlyTheSelectedEntryOn)
 {
     open();
     switchOn(AcquisitionStart);
@@ -83,7 +83,7 @@ TEST_F(DescribedTrigger, switchedOffLeavesNoEntryOn)
     EXPECT_FALSE(isOn(Switch::TriggerEnable));
 }
 
-TEST_F(DescribedTrigger, modeTakesTheSwitchAlong)
+TEST_F(DescribedTrigger, modeMovesTheSwitch)
 {
     open();
     EXPECT_EQ(features_->set(Switch::TriggerEnable, true), ORVALIS_OK);
@@ -93,7 +93,7 @@ TEST_F(DescribedTrigger, modeTakesTheSwitchAlong)
     EXPECT_EQ(chosen(Choice::TriggerMode), "LineStart");
     EXPECT_EQ(features_->set(Switch::TriggerEnable, false), ORVALIS_OK);
     EXPECT_EQ(features_->set(Choice::TriggerMode, "FrameStart"), ORVALIS_OK);
-    EXPECT_THAT(entriesAt(triggerModeAddress), ElementsAre(0, 0, 0)) << "off stays off";
+    EXPECT_THAT(entriesAt(triggerModeAddress), ElementsAre(0, 0, 0)) << "an off trigger stays off";
 }
 
 TEST_F(DescribedTrigger, namesAreInTheOrderOfTheCamerasDescription)
@@ -115,7 +115,7 @@ TEST_F(DescribedTrigger, modeThatIsNotOfferedChangesNothing)
     EXPECT_EQ(registerAt(selectorAddress), AcquisitionStart);
 }
 
-TEST_F(Described, triggersThatShareOneSwitchFollowIt)
+TEST_F(Described, triggersMayShareOneSwitch)
 {
     camera_.addEnumeration("TriggerSelector", selectorAddress, {"FrameStart", "LineStart"});
     camera_.addEnumeration("TriggerMode", triggerModeAddress, {"Off", "On"});
@@ -131,7 +131,7 @@ TEST_F(Described, triggersThatShareOneSwitchFollowIt)
     EXPECT_EQ(registerAt(selectorAddress), 1U);
 }
 
-TEST_F(DescribedTrigger, settingsAreThoseOfTheChosenEntryAlone)
+TEST_F(DescribedTrigger, settingsAreThoseOfTheSelectedEntryOnly)
 {
     open();
     EXPECT_EQ(features_->set(Choice::TriggerMode, "LineStart"), ORVALIS_OK);
@@ -171,10 +171,10 @@ TEST_F(DescribedTrigger, firesTheSoftwareSignalThatTheTriggerWaitsFor)
     open();
     switchOn(AcquisitionStart);
     EXPECT_EQ(features_->set(Choice::TriggerSource, "SoftwareSignal1"), ORVALIS_OK);
-    EXPECT_FALSE(fires()) << "by its own command";
+    EXPECT_FALSE(fires()) << "with its own command";
     EXPECT_EQ(registerAt(pulseAddress), 0U);
     EXPECT_EQ(registerAt(pulseAddress + 4), 1U);
-    EXPECT_EQ(registerAt(signalAddress), 0U) << "the selector is put back";
+    EXPECT_EQ(registerAt(signalAddress), 0U) << "the selector is restored";
 }
 
 TEST_F(Described, triggerWithoutASelectorIsSwitchedAndFired)
@@ -220,7 +220,7 @@ TEST_F(DescribedTrigger, firesTheEntryThatIsOn)
     EXPECT_FALSE(fires()) << "no entry is on";
     switchOn(LineStart);
     EXPECT_TRUE(fires());
-    EXPECT_EQ(registerAt(selectorAddress), AcquisitionStart) << "the selector is put back";
+    EXPECT_EQ(registerAt(selectorAddress), AcquisitionStart) << "the selector is restored";
     setRegisterAt(triggerSourceAddress + 4 * LineStart, 1);
     EXPECT_FALSE(fires()) << "its source is a line";
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The IDs and display names that real cameras get.
+// The IDs and display names of real cameras.
 #include "library/genicam/Discovery.h"
 
 #include <gtest/gtest.h>
@@ -51,7 +51,7 @@ TEST(CameraNames, areVendorModelAndSerialNumber)
     EXPECT_EQ(cameras[0].displayName, "Acme One Eye/2 (0815)");
 }
 
-TEST(CameraNames, withoutASerialNumberTheHardwareAddressStandsIn)
+TEST(CameraNames, useTheHardwareAddressWithoutASerialNumber)
 {
     EXPECT_EQ(named({camera("Acme", "X", "")})[0].id, "Acme-X-00_11_22_33_44_55");
 }
@@ -105,14 +105,14 @@ TEST(CameraNames, longUserNamesLeaveRoomForModelAndSerialNumber)
     EXPECT_EQ(displayNameOf(foreign).size(), 63U);
 }
 
-TEST(CameraNames, whereRoomIsShortTheModelStaysRatherThanTheMaker)
+TEST(CameraNames, omitTheMakerBeforeTheModel)
 {
     auto record = withUserName(camera(std::string(30, 'v'), "Model-1234", "0815"), "Left");
     record.route = {};
     EXPECT_EQ(displayNameOf(record), "Left: Model-1234 (0815) - other subnet 10.0.0.2");
 }
 
-TEST(CameraNames, camerasCanAlwaysBeToldApart)
+TEST(CameraNames, areUnique)
 {
     const std::string longText(64, 's');
     auto one = withUserName(camera("Acme", "X", longText + "1"), "Left");
@@ -133,7 +133,7 @@ TEST(CameraNames, camerasCanAlwaysBeToldApart)
     EXPECT_EQ(names.size(), cameras.size());
 }
 
-TEST(CameraNames, twinsAreToldApartByTheirAddress)
+TEST(CameraNames, containTheAddressOfEqualCameras)
 {
     const auto cameras =
         named({camera("Acme", "X", "1", "10.0.0.2"), camera("Acme", "X", "1", "10.0.0.3")});

@@ -41,7 +41,7 @@ TEST_F(FakeDevice, anUnknownCameraIsNotFound)
     EXPECT_FALSE(other);
 }
 
-TEST_F(FakeDevice, tellsWhoItIs)
+TEST_F(FakeDevice, reportsItsIdentity)
 {
     EXPECT_EQ(device_->identity().vendor, "Aravis");
     EXPECT_EQ(device_->identity().model, "Fake");
@@ -185,7 +185,7 @@ TEST_F(FakeDevice, resetIsNotSupported)
     EXPECT_EQ(integer(*device_, "Width"), 512) << "and the camera is not lost";
 }
 
-TEST_F(FakeDevice, streamsOneAfterTheOther)
+TEST_F(FakeDevice, canStreamRepeatedly)
 {
     for (int round = 0; round < 3; ++round) {
         ASSERT_EQ(device_->startStream(), ORVALIS_OK);
@@ -265,7 +265,7 @@ TEST_F(FakeDevice, wakeEndsNextImage)
     device_->stopStream();
 }
 
-TEST_F(FakeDevice, nodesAnswerWhileASingleImageIsWaitedForAndWakeEndsTheWait)
+TEST_F(FakeDevice, nodesAreAccessibleDuringAGrabAndWakeEndsIt)
 {
     ASSERT_EQ(nodes().setEnumeration("TriggerMode", "On"), ORVALIS_OK);
     ASSERT_EQ(nodes().setEnumeration("TriggerSource", "Software"), ORVALIS_OK);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Watches and bends what goes between the engine and Aravis' in-process test camera.
+// Observes and modifies the communication between the engine and Aravis' in-process test camera.
 #include "tests/library/genicam/FakeTraffic.h"
 
 #include <bit>
@@ -70,7 +70,7 @@ void FakeTraffic::noteWrite(std::uint64_t address, std::uint32_t value)
     }
 }
 
-/// Beyond its memory the test camera would crash: there everything is 0.
+/// The test camera would crash on a read beyond its memory: return 0 there.
 gboolean FakeTraffic::read(ArvDevice *device, guint64 address, guint32 size, void *buffer,
                            GError **error)
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Watches and bends what goes between the engine and Aravis' in-process test camera.
+// Observes and modifies the communication between the engine and Aravis' in-process test camera.
 #pragma once
 
 #include <arv.h>
@@ -10,8 +10,8 @@
 
 namespace genicamtest {
 
-/// Counts the reads and writes of registers, each of which is a round trip to a real camera, from
-/// construction to destruction. One at a time; before it the camera's class has to be in use.
+/// Counts the reads and writes of registers, each of which is a round trip on a real camera, during
+/// its lifetime. One object at a time; the camera's GObject class must be in use before.
 class FakeTraffic {
 public:
     FakeTraffic();
@@ -28,10 +28,10 @@ public:
     /// Runs before a read.
     std::function<void(ArvDevice *device, std::uint64_t address)> onRead;
 
-    /// Forgets what was counted.
+    /// Resets the counters.
     void reset();
 
-    /// Writes a word past the counting.
+    /// Writes a word without counting it.
     static void poke(ArvDevice *device, std::uint64_t address, std::uint32_t value);
 
 private:

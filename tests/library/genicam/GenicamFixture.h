@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Helpers of the tests of real cameras: test cameras in other processes, and streams of them.
+// Helpers for tests of real cameras: test cameras in other processes, and their streams.
 #pragma once
 
 #include "library/core/Device.h"
@@ -27,7 +27,7 @@ using orvalis::Clock;
 using orvalis::Device;
 using orvalis::RawImage;
 
-/// A GigE Vision camera that is another process. Killed at the end.
+/// A GigE Vision camera in another process. The destructor kills it.
 class CameraProcess {
 public:
     /// `number` 1 is GV01 at 127.0.0.1, 2 is GV02 at 127.0.0.2.
@@ -35,7 +35,7 @@ public:
         : CameraProcess(number, "127.0.0." + std::to_string(number), {})
     {
     }
-    /// GV01, GV02 ... at an address of another network, which `launcher` runs programs in.
+    /// GV01, GV02 ... at an address of another network, in which `launcher` runs programs.
     CameraProcess(int number, std::string address, std::vector<std::string> launcher)
         : address_(std::move(address)), serial_("GV0" + std::to_string(number)),
           command_(std::move(launcher))
@@ -68,8 +68,8 @@ public:
         }
     }
 
-    /// From now on nothing answers, as if the way to it had been cut somewhere: not even its
-    /// computer says that it is gone.
+    /// Makes the camera silent, as if the network were cut: not even its host reports a closed
+    /// port.
     void freeze() { ::kill(pid_, SIGSTOP); }
     void kill()
     {
@@ -107,19 +107,19 @@ inline std::unique_ptr<Device> openCamera(Backend &backend, const std::string &i
     return device;
 }
 
-/// The next image of a running stream; patient, so that a busy machine does not matter.
+/// Waits for the next image of a running stream, with a timeout long enough for a busy machine.
 inline OResult nextImage(Device &device, RawImage &image)
 {
     return device.nextImage(image, Clock::now() + 30s);
 }
 
-/// Tests of cameras in other processes, which have a network of their own.
+/// Tests with cameras in other processes, in a separate network.
 class GigeFixture : public testing::Test {
 protected:
     void SetUp() override
     {
         if (std::getenv("ORVALIS_GIGE_NETWORK") == nullptr) {
-            GTEST_SKIP() << "runs in a network of its own only: tests/contract/run_gige.sh";
+            GTEST_SKIP() << "runs only in a separate network: tests/contract/run_gige.sh";
         }
     }
     std::unique_ptr<Device> discoveredAndOpened(const CameraProcess &camera)
@@ -131,7 +131,7 @@ protected:
     std::unique_ptr<Backend> backend_ = orvalis::makeGenicamBackend(false);
 };
 
-/// Does `call`, which does not wait for a camera that is silent for ever, however slow the machine.
+/// Runs `call` and expects that it does not wait for a silent camera, however slow the machine.
 template <typename Call> void expectSoon(const char *what, Call call)
 {
     constexpr auto generous = 30s;
@@ -142,8 +142,8 @@ template <typename Call> void expectSoon(const char *what, Call call)
     EXPECT_LT(time, generous) << what;
 }
 
-/// Aravis takes 2.5 s for a call that is not answered; calls to a lost camera are answered by
-/// ourselves.
+/// Runs `call` and expects the result for a lost camera at once: Aravis takes 2.5 s for a request
+/// without an answer, but the library does not pass it on.
 template <typename Call> void expectLost(const char *what, Call call)
 {
     expectSoon(what, [&] { EXPECT_EQ(call(), ORVALIS_ERROR_CONNECTION_LOST) << what; });
@@ -160,8 +160,8 @@ inline OResult streamUntilItEnds(Device &device)
     return result;
 }
 
-/// Aravis' test cameras show a slope that moves by one grey level a frame. A frame that is put
-/// together from two shows an edge.
+/// Aravis' test cameras send a slope that moves by one grey level for each frame. A frame composed
+/// of two has an edge.
 inline bool isWhole(const RawImage &image)
 {
     if (image.size < std::size_t{image.width} * image.height || image.width < 2) {

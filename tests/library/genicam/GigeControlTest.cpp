@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// GigE Vision cameras that other programs control, or take from us.
+// GigE Vision cameras that other programs control, or take over.
 #include "tests/library/genicam/OtherProgram.h"
 #include "tests/library/genicam/rig/RigCamera.h"
 
@@ -9,7 +9,7 @@ namespace {
 
 class GigeControl : public GigeFixture {};
 
-TEST_F(GigeControl, aCameraOfAnotherProgramIsBusyUntilThatHasLeftIt)
+TEST_F(GigeControl, aCameraIsBusyUntilAnotherProgramReleasesIt)
 {
     const CameraProcess camera(1);
     backend_->discover();
@@ -22,7 +22,7 @@ TEST_F(GigeControl, aCameraOfAnotherProgramIsBusyUntilThatHasLeftIt)
     EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_OK);
 }
 
-TEST_F(GigeControl, aCameraThatAnotherProgramControlsOrHasForItselfAloneIsBusy)
+TEST_F(GigeControl, aCameraUnderControlOrExclusiveAccessIsBusy)
 {
     RigCamera camera({});
     backend_->discover();
@@ -36,7 +36,7 @@ TEST_F(GigeControl, aCameraThatAnotherProgramControlsOrHasForItselfAloneIsBusy)
     EXPECT_TRUE(openCamera(*backend_, camera.id()));
 }
 
-TEST_F(GigeControl, aCameraOfAnotherProgramIsNotDisturbedByTheAttempt)
+TEST_F(GigeControl, aFailedOpenDoesNotDisturbAnotherProgram)
 {
     RigCamera camera({});
     backend_->discover();
@@ -44,14 +44,14 @@ TEST_F(GigeControl, aCameraOfAnotherProgramIsNotDisturbedByTheAttempt)
     const std::uint64_t before = camera.commands();
     std::unique_ptr<Device> device;
     EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY);
-    EXPECT_LE(camera.commands() - before, 3U) << "is it there, and who controls it";
+    EXPECT_LE(camera.commands() - before, 3U) << "discovery and privilege";
 }
 
-TEST_F(GigeControl, aCameraThatRefusesItsDescriptionToGuestsIsBusy)
+TEST_F(GigeControl, aCameraThatRefusesItsDescriptionIsBusy)
 {
     RigCamera camera({});
     backend_->discover();
-    constexpr std::uint32_t firstUrl = 0x0200; // where the description is
+    constexpr std::uint32_t firstUrl = 0x0200; // address of the description
     camera.refuse(firstUrl, RigStatus::accessDenied);
     std::unique_ptr<Device> device;
     EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_BUSY);
@@ -68,7 +68,7 @@ TEST_F(GigeControl, aCameraThatAnotherProgramTakesWhileItStreamsIsLost)
     ASSERT_EQ(nextImage(*device, image), ORVALIS_OK);
     const OtherProgram other(camera.address(), OtherProgram::Way::Steal);
     EXPECT_EQ(streamUntilItEnds(*device), ORVALIS_ERROR_CONNECTION_LOST);
-    EXPECT_EQ(backend_->discover().size(), 0U) << "until it is left";
+    EXPECT_EQ(backend_->discover().size(), 0U) << "until it is released";
     device->stopStream();
     device.reset();
     while (backend_->discover().empty()) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What cameras say when they are looked for, and the way to where they said it.
+// Parsing answers to discovery, and the routes to the cameras that sent them.
 #include "library/genicam/GigeDiscovery.h"
 #include "library/genicam/GigeRoute.h"
 
@@ -19,7 +19,7 @@ void put(Packet &packet, std::size_t at, const std::string &text)
     std::copy(text.begin(), text.end(), packet.begin() + 8 + static_cast<std::ptrdiff_t>(at));
 }
 
-/// An answer as the standard has it.
+/// A valid answer.
 Packet answer()
 {
     Packet packet(8 + 248);
@@ -34,9 +34,9 @@ Packet answer()
     return packet;
 }
 
-TEST(GigeAnnouncements, sayWhoAndWhereTheCameraIs)
+TEST(GigeAnnouncements, containIdentityAndAddress)
 {
-    const auto camera = announcementIn(answer());
+    const auto camera = parseAnnouncement(answer());
     ASSERT_TRUE(camera);
     EXPECT_EQ(camera->hardwareAddress, "01:02:03:0a:0b:0c");
     EXPECT_EQ(dotted(camera->address), "10.50.1.7");
@@ -46,40 +46,40 @@ TEST(GigeAnnouncements, sayWhoAndWhereTheCameraIs)
     EXPECT_EQ(camera->userName, "Left gate");
 }
 
-TEST(GigeAnnouncements, textsThatFillTheirFieldsEndThere)
+TEST(GigeAnnouncements, textsMayFillTheirFieldsWithoutNul)
 {
     Packet packet = answer();
     put(packet, 0x48, std::string(32, 'v'));
     put(packet, 0xD8, std::string(16, 's'));
     put(packet, 0xE8, std::string(16, 'u'));
-    const auto camera = announcementIn(packet);
+    const auto camera = parseAnnouncement(packet);
     ASSERT_TRUE(camera);
     EXPECT_EQ(camera->vendor, std::string(32, 'v'));
     EXPECT_EQ(camera->serialNumber, std::string(16, 's'));
     EXPECT_EQ(camera->userName, std::string(16, 'u'));
 }
 
-TEST(GigeAnnouncements, whatIsMissingAtTheEndIsEmpty)
+TEST(GigeAnnouncements, missingFieldsAtTheEndAreEmpty)
 {
     Packet packet = answer();
     packet.resize(8 + 0xD8);
-    const auto camera = announcementIn(packet);
+    const auto camera = parseAnnouncement(packet);
     ASSERT_TRUE(camera);
     EXPECT_EQ(camera->model, "One Eye");
     EXPECT_EQ(camera->serialNumber, "");
 }
 
-TEST(GigeAnnouncements, otherPacketsAreNone)
+TEST(GigeAnnouncements, otherPacketsAreIgnored)
 {
     for (std::size_t size = 0; size < 8 + 0x48; ++size) {
         Packet packet = answer();
         packet.resize(size);
-        EXPECT_FALSE(announcementIn(packet)) << size;
+        EXPECT_FALSE(parseAnnouncement(packet)) << size;
     }
-    for (std::size_t byte = 0; byte < 4; ++byte) { // an error, or the answer to something else
+    for (std::size_t byte = 0; byte < 4; ++byte) { // an error, or the answer to another command
         Packet packet = answer();
         packet[byte] ^= 0x80;
-        EXPECT_FALSE(announcementIn(packet)) << byte;
+        EXPECT_FALSE(parseAnnouncement(packet)) << byte;
     }
 }
 
@@ -92,7 +92,7 @@ InterfaceAddress interface(unsigned index, const char *address, const char *mask
     return made;
 }
 
-TEST(GigeRoutes, leadThroughTheInterfaceThatTheCameraWasSeenOn)
+TEST(GigeRoutes, useTheInterfaceOfTheCamera)
 {
     const std::vector<InterfaceAddress> interfaces{interface(2, "169.254.1.1", "255.255.0.0"),
                                                    interface(3, "10.0.0.1", "255.255.255.0"),
@@ -104,7 +104,7 @@ TEST(GigeRoutes, leadThroughTheInterfaceThatTheCameraWasSeenOn)
     EXPECT_EQ(dotted(route.camera), "169.254.9.9");
 }
 
-TEST(GigeRoutes, leadNowhereFromAnotherSubnet)
+TEST(GigeRoutes, areEmptyFromAnotherSubnet)
 {
     const std::vector<InterfaceAddress> interfaces{interface(2, "10.0.0.1", "255.255.255.0"),
                                                    interface(3, "10.0.1.1", "255.255.255.0")};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Over a long time: a camera that is killed and comes back again and again while it streams,
-// ORVALIS_GIGE_CYCLES times (3 unless told otherwise), and a stream of which nothing may get lost,
-// for ORVALIS_GIGE_SECONDS if that is set.
+// Endurance: a camera that is killed and restarted repeatedly while it streams, ORVALIS_GIGE_CYCLES
+// times (default 3), and a stream that must not lose frames, for ORVALIS_GIGE_SECONDS if that is
+// set.
 #include "tests/library/genicam/GenicamFixture.h"
 #include "tests/support/ProcessFigures.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-/// Longest time of each kind of call.
+/// Records the longest time of each kind of call.
 class Stopwatch {
 public:
     template <typename Call> auto operator()(const char *what, Call call)
@@ -73,7 +73,7 @@ void streamUntilLost(Device &device, CameraProcess &camera, Stopwatch &watch)
 
 class GigeEndurance : public GigeFixture {};
 
-TEST_F(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
+TEST_F(GigeEndurance, aCameraKilledRepeatedlyIsReopenedEachTime)
 {
     CameraProcess camera(1);
     ASSERT_EQ(backend_->discover().size(), 1U);
@@ -103,7 +103,7 @@ TEST_F(GigeEndurance, aCameraThatIsKilledAgainAndAgainIsReopenedEveryTime)
 TEST_F(GigeEndurance, nothingIsLostAtAHundredFramesASecond)
 {
     if (std::getenv("ORVALIS_GIGE_SECONDS") == nullptr) {
-        GTEST_SKIP() << "needs a machine with nothing else to do: ORVALIS_GIGE_SECONDS";
+        GTEST_SKIP() << "needs an idle machine: ORVALIS_GIGE_SECONDS";
     }
     constexpr int rate = 100;
     const CameraProcess camera(1);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Programs that leave GigE Vision cameras which do not answer any more.
+// Programs that close GigE Vision cameras which no longer answer.
 #include "sdk/OrvalisAPI.h"
 #include "tests/library/genicam/ChildProgram.h"
 #include "tests/library/genicam/GenicamFixture.h"
@@ -11,7 +11,7 @@ using namespace genicamtest;
 
 namespace {
 
-/// The promise is one second for each call; a call that waits for the camera needs several.
+/// The interface promises one second for each call; a call that waits for the camera needs several.
 constexpr auto generous = 20s;
 
 std::atomic<int> frames{0};
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(GigeLeave, stopCloseAndUninitDoNotWaitForCamerasThatAreFrozen)
+TEST_F(GigeLeave, stopCloseAndUninitDoNotWaitForFrozenCameras)
 {
     ASSERT_EQ(OrvalisInit(), ORVALIS_OK);
     std::vector<std::unique_ptr<RigCamera>> cameras;
@@ -57,7 +57,7 @@ TEST_F(GigeLeave, stopCloseAndUninitDoNotWaitForCamerasThatAreFrozen)
     for (const auto &camera : cameras) {
         camera->faults.frozen = true;
     }
-    // From here on a call that talks to a camera lasts until Aravis gives up, or longer.
+    // From here on, a call that communicates with a camera lasts until Aravis times out, or longer.
     expectPrompt("stop", [&] { return OrvalisStopAcquisition(handles[0]); });
     expectPrompt("close", [&] { return OrvalisCloseCamera(handles[0]); });
     std::thread reader([handle = handles[1]] {
@@ -77,7 +77,8 @@ TEST_F(GigeLeave, stopCloseAndUninitDoNotWaitForCamerasThatAreFrozen)
     reader.join();
 }
 
-/// "at-once" ends with the camera still in somebody's hands; "alone" waits for that.
+/// "at-once" ends while the library is still disconnecting from the camera; "alone" waits for the
+/// end of its threads.
 class GigeLeaveBy : public GigeLeave, public testing::WithParamInterface<const char *> {};
 
 TEST_P(GigeLeaveBy, aProgramEndsAlthoughItsCameraIsFrozen)

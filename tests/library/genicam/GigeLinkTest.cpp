@@ -1,91 +1,92 @@
 // SPDX-License-Identifier: MIT
-// When a GigE Vision camera is told to send otherwise, at times that the test makes up.
+// When the transport of a GigE Vision stream changes, at simulated times.
 #include "library/genicam/GigeLink.h"
 
 #include <gtest/gtest.h>
 
 using namespace std::chrono_literals;
 using orvalis::Clock;
-using orvalis::GigeWay;
+using orvalis::GigeTransport;
 
 namespace {
 
 constexpr int best = 8192;
-constexpr auto damage = GigeWay::Evidence::Damage;
+constexpr auto damage = GigeTransport::Evidence::Damage;
 const Clock::time_point start{100h};
 
 TEST(GigeLink, damageMakesPacketsSmaller)
 {
-    GigeWay way(best);
-    EXPECT_EQ(way.packetSize(), best);
-    EXPECT_TRUE(way.retreat(damage, start));
-    EXPECT_EQ(way.packetSize(), 1400);
-    EXPECT_TRUE(way.retreat(damage, start + 1s));
-    EXPECT_EQ(way.packetSize(), 576);
-    EXPECT_FALSE(way.retreat(damage, start + 2s)) << "nothing is left";
+    GigeTransport transport(best);
+    EXPECT_EQ(transport.packetSize(), best);
+    EXPECT_TRUE(transport.fallBack(damage, start));
+    EXPECT_EQ(transport.packetSize(), 1400);
+    EXPECT_TRUE(transport.fallBack(damage, start + 1s));
+    EXPECT_EQ(transport.packetSize(), 576);
+    EXPECT_FALSE(transport.fallBack(damage, start + 2s)) << "no safer setting is left";
 }
 
-TEST(GigeLink, aDeafSocketIsChangedAndNothingElse)
+TEST(GigeLink, aSilentPacketSocketIsReplacedAndNothingElse)
 {
-    GigeWay way(0, true);
-    EXPECT_TRUE(way.retreat(GigeWay::Evidence::DeafSocket, start));
-    EXPECT_FALSE(way.packetSocket());
-    EXPECT_EQ(way.packetSize(), 0);
-    EXPECT_FALSE(way.retreat(GigeWay::Evidence::DeafSocket, start)) << "nothing is left";
-    EXPECT_FALSE(way.climb(start + 24h)) << "a socket that has been deaf stays so";
+    GigeTransport transport(0, true);
+    EXPECT_TRUE(transport.fallBack(GigeTransport::Evidence::SilentSocket, start));
+    EXPECT_FALSE(transport.packetSocket());
+    EXPECT_EQ(transport.packetSize(), 0);
+    EXPECT_FALSE(transport.fallBack(GigeTransport::Evidence::SilentSocket, start))
+        << "no safer setting is left";
+    EXPECT_FALSE(transport.restore(start + 24h)) << "a silent packet socket is not tried again";
 }
 
 TEST(GigeLink, damageKeepsThePacketSocket)
 {
-    GigeWay way(0, true);
-    EXPECT_TRUE(way.retreat(damage, start));
-    EXPECT_TRUE(way.packetSocket());
+    GigeTransport transport(0, true);
+    EXPECT_TRUE(transport.fallBack(damage, start));
+    EXPECT_TRUE(transport.packetSocket());
 }
 
-TEST(GigeLink, aGoodMinuteLeadsBack)
+TEST(GigeLink, bestSizeReturnsAfterAMinuteWithoutDamage)
 {
-    GigeWay way(best);
-    EXPECT_FALSE(way.climb(start)) << "there is nowhere to go";
-    way.retreat(damage, start);
-    way.retreat(damage, start + 1s);
-    EXPECT_FALSE(way.climb(start + 60s));
-    EXPECT_EQ(way.packetSize(), 576);
-    EXPECT_TRUE(way.climb(start + 61s));
-    EXPECT_EQ(way.packetSize(), best);
+    GigeTransport transport(best);
+    EXPECT_FALSE(transport.restore(start)) << "already at the best size";
+    transport.fallBack(damage, start);
+    transport.fallBack(damage, start + 1s);
+    EXPECT_FALSE(transport.restore(start + 60s));
+    EXPECT_EQ(transport.packetSize(), 576);
+    EXPECT_TRUE(transport.restore(start + 61s));
+    EXPECT_EQ(transport.packetSize(), best);
 }
 
-TEST(GigeLink, aDamagedFrameMakesTheMinuteBeginAgain)
+TEST(GigeLink, aDamagedFrameRestartsTheGracePeriod)
 {
-    GigeWay way(best);
-    way.retreat(damage, start);
-    way.damaged(start + 50s);
-    EXPECT_FALSE(way.climb(start + 109s));
-    EXPECT_TRUE(way.climb(start + 110s));
+    GigeTransport transport(best);
+    transport.fallBack(damage, start);
+    transport.damaged(start + 50s);
+    EXPECT_FALSE(transport.restore(start + 109s));
+    EXPECT_TRUE(transport.restore(start + 110s));
 }
 
-TEST(GigeLink, eachClimbThatFailsDoublesTheWhile)
+TEST(GigeLink, eachFailedRetryDoublesTheGracePeriod)
 {
-    GigeWay way(best);
+    GigeTransport transport(best);
     Clock::time_point now = start;
-    way.retreat(damage, now);
+    transport.fallBack(damage, now);
     for (const auto wait : {1min, 2min, 4min, 8min, 16min, 32min, 60min, 60min}) {
-        EXPECT_FALSE(way.climb(now + wait - 1s));
+        EXPECT_FALSE(transport.restore(now + wait - 1s));
         now += wait;
-        EXPECT_TRUE(way.climb(now));
+        EXPECT_TRUE(transport.restore(now));
         now += 2s;
-        EXPECT_TRUE(way.retreat(damage, now));
+        EXPECT_TRUE(transport.fallBack(damage, now));
     }
 }
 
-TEST(GigeLink, aClimbThatLastedIsForgotten)
+TEST(GigeLink, aSuccessfulRetryResetsTheGracePeriod)
 {
-    GigeWay way(best);
-    way.retreat(damage, start);
-    EXPECT_TRUE(way.climb(start + 1min));
-    way.retreat(damage, start + 61s);
-    EXPECT_TRUE(way.climb(start + 181s));
-    way.retreat(damage, start + 10min);
-    EXPECT_TRUE(way.climb(start + 11min));
+    GigeTransport transport(best);
+    transport.fallBack(damage, start);
+    EXPECT_TRUE(transport.restore(start + 1min));
+    transport.fallBack(damage, start + 61s);
+    EXPECT_TRUE(transport.restore(start + 181s));
+    transport.fallBack(damage, start + 10min);
+    EXPECT_TRUE(transport.restore(start + 11min));
 }
 
 } // namespace

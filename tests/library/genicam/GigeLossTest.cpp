@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// GigE Vision cameras that vanish, come back, or lose packets.
+// GigE Vision cameras that disappear, return, or lose packets.
 #include "tests/library/genicam/GenicamFixture.h"
 
 using namespace genicamtest;
@@ -8,7 +8,7 @@ namespace {
 
 class GigeLoss : public GigeFixture {
 protected:
-    /// The camera, streaming; null when it does not.
+    /// Opens the camera and starts its stream; null after a failure.
     std::unique_ptr<Device> streaming(const CameraProcess &camera)
     {
         auto device = discoveredAndOpened(camera);
@@ -52,7 +52,7 @@ TEST_F(GigeLoss, aKilledCameraIsLostAndComesBack)
     device->stopStream();
 }
 
-TEST_F(GigeLoss, stopReturnsThoughTheCameraHasJustVanished)
+TEST_F(GigeLoss, stopReturnsAfterTheCameraHasVanished)
 {
     CameraProcess camera(1);
     const auto device = streaming(camera);

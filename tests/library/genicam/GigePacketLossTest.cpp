@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// A GigE Vision camera whose packets get lost on the way: what is delivered is whole, and the
-// counters say what became of the rest.
+// A GigE Vision camera whose packets are lost: delivered frames are complete, and the counters
+// account for the rest.
 #include "tests/library/genicam/GenicamFixture.h"
 #include "tests/library/genicam/LossySender.h"
 
@@ -14,7 +14,7 @@ using namespace genicamtest;
 
 namespace {
 
-/// Loss that camera processes started during its life suffer.
+/// The packet loss of camera processes that are started during its lifetime.
 class Loss {
 public:
     explicit Loss(std::uint32_t perMillion)
@@ -46,7 +46,7 @@ private:
     LossyLink *link_;
 };
 
-/// Packets that this network's own sockets had no room for, on a machine that is too busy.
+/// Packets for which this network's own sockets had no room, on a machine that is too busy.
 long overrunPackets()
 {
     std::ifstream statistics("/proc/net/snmp");
@@ -66,14 +66,14 @@ long overrunPackets()
 
 class GigePacketLoss : public GigeFixture, public testing::WithParamInterface<std::uint32_t> {};
 
-/// Delivers pictures until `enough()`; none of them may be torn. The number of pictures.
+/// Receives images until `enough()` and checks that none is torn. Returns their number.
 template <class Enough> int streamUntil(Device &device, Enough enough)
 {
     int delivered = 0;
     for (; !enough(delivered); ++delivered) {
         RawImage image;
         EXPECT_EQ(nextImage(device, image), ORVALIS_OK);
-        EXPECT_TRUE(isWhole(image)) << "picture " << delivered;
+        EXPECT_TRUE(isWhole(image)) << "image " << delivered;
         if (testing::Test::HasFailure()) {
             break;
         }
@@ -81,7 +81,7 @@ template <class Enough> int streamUntil(Device &device, Enough enough)
     return delivered;
 }
 
-TEST_P(GigePacketLoss, noTornPictureIsDeliveredAndTheCountersAgreeWithTheSender)
+TEST_P(GigePacketLoss, noTornImageIsDeliveredAndTheCountersMatchTheSender)
 {
     const Loss loss(GetParam());
     CameraProcess camera(1);
@@ -91,7 +91,7 @@ TEST_P(GigePacketLoss, noTornPictureIsDeliveredAndTheCountersAgreeWithTheSender)
     const long overrunBefore = overrunPackets();
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
     int delivered = streamUntil(*device, [&](int) { return loss->lost >= 5; });
-    // The last loss is known when later frames have come.
+    // The last loss is counted only after later frames.
     loss->perMillion = 0;
     delivered += streamUntil(*device, [&](int more) {
         return more >= 100 ||
@@ -115,8 +115,7 @@ TEST_P(GigePacketLoss, noTornPictureIsDeliveredAndTheCountersAgreeWithTheSender)
     device->stopStream();
 }
 
-/// A camera that sends packets again says so in its capabilities; the test camera does not mind
-/// being told what it can do.
+/// Sets the capability bit for resending packets; the test camera permits writing it.
 void claimResends(Device &device)
 {
     constexpr std::uint32_t capabilities = 0x0934;
@@ -128,12 +127,12 @@ void claimResends(Device &device)
 
 class GigeResend : public GigePacketLoss {};
 
-TEST_P(GigeResend, lostPacketsAreAskedForOnceMoreAndNoPictureIsMissing)
+TEST_P(GigeResend, lostPacketsAreRequestedAgainAndNoImageIsMissing)
 {
     const Loss loss(0);
     loss->resends = true;
     CameraProcess camera(1);
-    claimResends(*discoveredAndOpened(camera)); // it is read at the next opening
+    claimResends(*discoveredAndOpened(camera)); // read at the next open
     const auto device = openCamera(*backend_, camera.id());
     ASSERT_TRUE(device);
     ASSERT_EQ(device->nodes().setFloat("AcquisitionFrameRate", 100), ORVALIS_OK);

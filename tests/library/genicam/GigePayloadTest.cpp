@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a GigE Vision camera sends besides plain images, and how: padding, chunks, several parts,
-// fewer lines, long block IDs, no packets again.
+// GigE Vision payloads other than plain images, and transfer variants: padding, chunks, several
+// parts, fewer lines, long block IDs, no resending.
 #include "library/genicam/StreamCounters.h"
 #include "tests/library/genicam/GenicamFixture.h"
 #include "tests/library/genicam/rig/RigCamera.h"
@@ -42,7 +42,7 @@ protected:
     std::unique_ptr<Device> device_;
 };
 
-TEST_F(GigePayload, packetsAreNotAskedForAgainWhereTheCameraDoesNotOfferIt)
+TEST_F(GigePayload, packetsAreNotRequestedAgainIfTheCameraDoesNotSupportIt)
 {
     open({.offersResend = false});
     setSize(512, 512);
@@ -57,7 +57,7 @@ TEST_F(GigePayload, packetsAreNotAskedForAgainWhereTheCameraDoesNotOfferIt)
     device_->stopStream();
 }
 
-TEST_F(GigePayload, paddingBehindLinesIsCutOff)
+TEST_F(GigePayload, paddingAfterLinesIsRemoved)
 {
     open();
     camera_->faults.linePadding = 12;
@@ -76,7 +76,7 @@ TEST_P(GigeChunks, theImageIsTaken)
     expectPictures(5, 64, 48);
     RawImage image;
     ASSERT_EQ(nextImage(*device_, image), ORVALIS_OK);
-    EXPECT_EQ(image.size, 64U * 48) << "the rest is left out";
+    EXPECT_EQ(image.size, 64U * 48) << "the rest is omitted";
     EXPECT_EQ(counted("StreamFailedFrameCount"), 0);
 }
 
@@ -92,16 +92,16 @@ INSTANTIATE_TEST_SUITE_P(With, GigeChunks,
 
 class GigeNoImage : public GigePayload, public testing::WithParamInterface<Payload> {};
 
-TEST_P(GigeNoImage, isCountedUnderANameOfItsOwnAndIsNoDamage)
+TEST_P(GigeNoImage, isCountedSeparatelyAndIsNoDamage)
 {
     open();
     camera_->faults.payload = GetParam();
     ASSERT_EQ(device_->startStream(), ORVALIS_OK);
     RawImage image;
-    // Longer than it takes for damaged frames to be evidence.
+    // Longer than the time after which damaged frames are evidence.
     EXPECT_EQ(device_->nextImage(image, Clock::now() + 2500ms), ORVALIS_ERROR_TIMEOUT);
     EXPECT_GT(counted("StreamOtherPayloadCount"), 2);
-    if (GetParam() != Payload::Raw) { // which Aravis does not even receive
+    if (GetParam() != Payload::Raw) { // Aravis does not receive raw data at all
         EXPECT_EQ(counted("StreamFailedFrameCount"), 0);
         EXPECT_EQ(counted("StreamMissingPacketCount"), 0);
     }
@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(Of, GigeNoImage, testing::Values(Payload::Raw, Payload:
                                                                               : "chunks");
                          });
 
-TEST_F(GigePayload, ofALineScanCameraOnlyTheLinesThatCameAreShown)
+TEST_F(GigePayload, onlyReceivedLinesOfALineScanCameraAreDelivered)
 {
     open();
     camera_->faults.realHeight = 20;
@@ -132,7 +132,7 @@ TEST_F(GigePayload, ofALineScanCameraOnlyTheLinesThatCameAreShown)
     EXPECT_TRUE(isWhole(image));
 }
 
-TEST_F(GigePayload, framesThatOutgrowTheirBuffersAreNoDamage)
+TEST_F(GigePayload, framesLargerThanTheirBuffersAreNoDamage)
 {
     open();
     ASSERT_EQ(device_->startStream(), ORVALIS_OK);
@@ -155,10 +155,10 @@ TEST_F(GigePayload, lostPacketsWithLongBlockIdsAreCounted)
 {
     open({.offersResend = false});
     camera_->faults.extendedIds = true;
-    setSize(1050, 1001); // its last packet would not be needed if headers were short
+    setSize(1050, 1001); // with short headers, the frame would need one packet less
     ASSERT_EQ(device_->startStream(), ORVALIS_OK);
     expectPictures(3, 1050, 1001);
-    camera_->faults.losesPerMillion = 10000; // more than one of a frame
+    camera_->faults.losesPerMillion = 10000; // more than one packet of a frame
     while (camera_->packetsLost() < 12) {
         expectPictures(1, 1050, 1001);
     }
@@ -168,7 +168,7 @@ TEST_F(GigePayload, lostPacketsWithLongBlockIdsAreCounted)
     device_->stopStream();
 }
 
-TEST_F(GigePayload, skippedFramesAreNoTrouble)
+TEST_F(GigePayload, skippedFrameNumbersAreNoFailure)
 {
     open();
     camera_->faults.skipsFrameEvery = 2;
@@ -177,7 +177,7 @@ TEST_F(GigePayload, skippedFramesAreNoTrouble)
     EXPECT_EQ(counted("StreamFailedFrameCount"), 0);
 }
 
-/// Of pixels of 16 bits: the slope of the rig, in little-endian order.
+/// Checks 16-bit pixels: the slope of the rig, in little-endian order.
 bool isDeepSlope(const RawImage &image)
 {
     for (std::size_t y = 0; y < image.height; ++y) {
@@ -194,7 +194,7 @@ bool isDeepSlope(const RawImage &image)
 
 struct Endian {
     const char *name;
-    bool registers; ///< as the device mode register says
+    bool registers; ///< according to the device mode register
     bool pixels;
     bool swapped;
 };

@@ -20,7 +20,7 @@ TEST_F(Gige, discoveryFindsTheCamera)
     EXPECT_EQ(found[0].displayName, "Aravis Fake (GV01)");
 }
 
-TEST_F(Gige, theNameThatTheUserGaveACameraIsListed)
+TEST_F(Gige, userDefinedNameIsListed)
 {
     RigCamera camera({}, {.userName = "T\xC3\xBCr"});
     const auto found = backend_->discover();
@@ -34,7 +34,7 @@ TEST_F(Gige, theNameThatTheUserGaveACameraIsListed)
     EXPECT_EQ(backend_->discover().at(0).displayName, "Left: Rig Described (RIG1)");
 }
 
-TEST_F(Gige, discoveryFollowsCamerasThatComeAndGo)
+TEST_F(Gige, discoveryTracksCamerasThatComeAndGo)
 {
     EXPECT_EQ(backend_->discover().size(), 0U);
     CameraProcess first(1);
@@ -47,14 +47,14 @@ TEST_F(Gige, discoveryFollowsCamerasThatComeAndGo)
     EXPECT_EQ(rest[0].id, second.id());
 }
 
-TEST_F(Gige, aCameraThatWasNeverSeenIsNotFound)
+TEST_F(Gige, aCameraThatWasNeverListedIsNotFound)
 {
     const CameraProcess camera(1);
     std::unique_ptr<Device> device;
     EXPECT_EQ(backend_->open(camera.id(), device), ORVALIS_ERROR_NOT_FOUND);
 }
 
-TEST_F(Gige, opensTellsWhoItIsAndStreams)
+TEST_F(Gige, opensReportsItsIdentityAndStreams)
 {
     const CameraProcess camera(1);
     const auto device = discoveredAndOpened(camera);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a GigE Vision camera sends is changed where packets are proven to get lost, and only there.
+// The transport of a GigE Vision stream changes only if packets are provably lost.
 #include "library/genicam/GigeLink.h"
 #include "library/genicam/StreamSession.h"
 #include "tests/library/genicam/GenicamFixture.h"
@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint32_t bestPacket = 8192; // on loopback
 constexpr std::uint32_t sizeMask = 0xFFFF;
 
-class GigeWays : public GigeFixture {
+class GigeTransports : public GigeFixture {
 protected:
     void SetUp() override
     {
@@ -46,16 +46,16 @@ protected:
     std::unique_ptr<Device> device_;
 };
 
-TEST_F(GigeWays, aFirstPictureThatIsSlowChangesNothing)
+TEST_F(GigeTransports, aSlowFirstImageChangesNothing)
 {
     camera_->faults.firstFrameAfterMs = 3000;
     ASSERT_EQ(device_->startStream(), ORVALIS_OK);
     expectPictures(2);
     EXPECT_EQ(packetSize(), bestPacket);
-    EXPECT_EQ(starts(), 1U) << "the exposure was not broken off";
+    EXPECT_EQ(starts(), 1U) << "the exposure was not aborted";
 }
 
-TEST_F(GigeWays, aLongExposureChangesNothing)
+TEST_F(GigeTransports, aLongExposureChangesNothing)
 {
     camera_->memory.setFloat(RigAddress::exposureTime, 2.5e6F);
     ASSERT_EQ(device_->startStream(), ORVALIS_OK);
@@ -64,7 +64,7 @@ TEST_F(GigeWays, aLongExposureChangesNothing)
     EXPECT_EQ(starts(), 1U);
 }
 
-TEST_F(GigeWays, aGrabThatBringsNothingChangesNothing)
+TEST_F(GigeTransports, aGrabWithoutAnImageChangesNothing)
 {
     camera_->faults.firstFrameAfterMs = 60000;
     RawImage image;
@@ -74,7 +74,7 @@ TEST_F(GigeWays, aGrabThatBringsNothingChangesNothing)
     EXPECT_EQ(packetSize(), bestPacket);
 }
 
-TEST_F(GigeWays, aGrabOfDamagedPicturesChangesNothing)
+TEST_F(GigeTransports, aGrabOfDamagedImagesChangesNothing)
 {
     camera_->faults.largestPacket = 1500;
     RawImage image;
@@ -84,7 +84,7 @@ TEST_F(GigeWays, aGrabOfDamagedPicturesChangesNothing)
     EXPECT_EQ(packetSize(), bestPacket);
 }
 
-TEST_F(GigeWays, damagedPicturesAreEvidence)
+TEST_F(GigeTransports, damagedImagesAreEvidence)
 {
     camera_->faults.largestPacket = 1500;
     ASSERT_EQ(device_->startStream(), ORVALIS_OK);
@@ -93,12 +93,12 @@ TEST_F(GigeWays, damagedPicturesAreEvidence)
     EXPECT_EQ(starts(), 2U);
 }
 
-TEST_F(GigeWays, afterAGoodWhileTheBestPacketsAreTriedAgain)
+TEST_F(GigeTransports, bestPacketSizeIsTriedAgainAfterTheGracePeriod)
 {
-    using orvalis::GigeWay;
-    GigeWay::goodWhile = 300ms;
+    using orvalis::GigeTransport;
+    GigeTransport::initialGracePeriod = 300ms;
     device_.reset();
-    device_ = openCamera(*backend_, camera_->id()); // knows the short while
+    device_ = openCamera(*backend_, camera_->id()); // with the short grace period
     camera_->faults.largestPacket = 1500;
     ASSERT_EQ(device_->startStream(), ORVALIS_OK);
     expectPictures(1);
@@ -110,12 +110,11 @@ TEST_F(GigeWays, afterAGoodWhileTheBestPacketsAreTriedAgain)
     expectPictures(5);
     EXPECT_EQ(packetSize(), bestPacket);
     EXPECT_EQ(starts(), 3U);
-    GigeWay::goodWhile = 1min;
+    GigeTransport::initialGracePeriod = 1min;
 }
 
-/// Within this computer a packet socket receives nothing; its packets reach the computer all the
-/// same.
-TEST_F(GigeWays, aPacketSocketThatReceivesNothingIsNoticed)
+/// On loopback a packet socket receives nothing, although its packets arrive.
+TEST_F(GigeTransports, aSilentPacketSocketIsDetected)
 {
     device_.reset();
     const orvalis::GPtr<GInetAddress> here(g_inet_address_new_from_string("127.0.0.1"));
@@ -128,18 +127,18 @@ TEST_F(GigeWays, aPacketSocketThatReceivesNothingIsNoticed)
             packetSocket ? ARV_GV_STREAM_OPTION_NONE : ARV_GV_STREAM_OPTION_PACKET_SOCKET_DISABLED);
         camera_->faults.waitsForTrigger = true;
         orvalis::StreamSession session(link, counters, order);
-        const auto turn = link.turn();
+        const auto lock = link.acquire();
         ASSERT_EQ(session.start(orvalis::StreamUse::Continuous), ORVALIS_OK);
-        EXPECT_FALSE(session.isDeaf() || session.isDeaf()) << "nothing has come";
+        EXPECT_FALSE(session.hasSilentSocket() || session.hasSilentSocket()) << "no packet has arrived";
         camera_->sendFrame();
         RawImage image;
         bool whole = false;
-        bool deaf = false;
-        while (!whole && !deaf) {
+        bool silent = false;
+        while (!whole && !silent) {
             whole = session.take(image);
-            deaf = packetSocket && session.isDeaf();
+            silent = packetSocket && session.hasSilentSocket();
         }
-        std::printf("packet socket %d: %s\n", packetSocket, whole ? "hears" : "deaf");
+        std::printf("packet socket %d: %s\n", packetSocket, whole ? "hears" : "silent");
         session.stopCamera();
     }
 }

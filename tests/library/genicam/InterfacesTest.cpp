@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Cameras on several network interfaces: each is reached through the one that it was seen on.
+// Cameras on several network interfaces: each is reached through the interface on which it was
+// found.
 #include "tests/library/genicam/Wire.h"
 
 #include <gmock/gmock.h>
@@ -13,7 +14,7 @@ using testing::SizeIs;
 
 namespace {
 
-/// Numbers of the interfaces that this process' UDP sockets at `address` send through.
+/// The numbers of the interfaces through which this process' UDP sockets at `address` send.
 std::vector<unsigned> interfacesOfSocketsAt(const char *address)
 {
     std::vector<unsigned> found;
@@ -52,7 +53,7 @@ protected:
         }
         return {};
     }
-    /// Opens both and takes pictures from both at the same time.
+    /// Opens both cameras and receives images from both at the same time.
     void expectBothStream(const std::string &one, const std::string &two)
     {
         const auto first = openCamera(*backend_, one);
@@ -65,7 +66,7 @@ protected:
     }
 };
 
-TEST_F(Interfaces, twoInOneSubnetReachTheirOwnCameras)
+TEST_F(Interfaces, twoInOneSubnetReachTheirCameras)
 {
     const Wire left("left", "169.254.1.1/16", "169.254.10.1/16");
     const Wire right("right", "169.254.1.2/16", "169.254.10.2/16");
@@ -75,7 +76,7 @@ TEST_F(Interfaces, twoInOneSubnetReachTheirOwnCameras)
     expectBothStream(one.id(), two.id());
 }
 
-TEST_F(Interfaces, lostPacketsAreAskedForOnTheInterfaceOfTheCamera)
+TEST_F(Interfaces, lostPacketsAreRequestedOnTheCamerasInterface)
 {
     const Wire left("left", "169.254.1.1/16", "169.254.10.1/16");
     const Wire right("right", "169.254.1.2/16", "169.254.10.2/16");
@@ -83,14 +84,14 @@ TEST_F(Interfaces, lostPacketsAreAskedForOnTheInterfaceOfTheCamera)
     const auto device = discoveredAndOpened(camera);
     ASSERT_TRUE(device);
     ASSERT_EQ(device->startStream(), ORVALIS_OK);
-    // Commands and requests for lost packets have a socket each.
+    // Commands and requests for lost packets use separate sockets.
     const auto interfaces = interfacesOfSocketsAt("169.254.1.2");
     EXPECT_THAT(interfaces, SizeIs(2));
     EXPECT_THAT(interfaces, Each(if_nametoindex("right")));
     device->stopStream();
 }
 
-TEST_F(Interfaces, camerasWithTheSameAddressAreToldApartByTheirInterface)
+TEST_F(Interfaces, camerasWithTheSameAddressAreDistinguishedByInterface)
 {
     const Wire left("left", "192.168.1.1/24", "192.168.1.10/24");
     const Wire right("right", "192.168.1.2/24", "192.168.1.10/24");
@@ -100,7 +101,7 @@ TEST_F(Interfaces, camerasWithTheSameAddressAreToldApartByTheirInterface)
     expectBothStream(one.id(), two.id());
 }
 
-TEST_F(Interfaces, ofSeveralAddressesTheOneInTheCamerasSubnetIsUsed)
+TEST_F(Interfaces, addressInTheCamerasSubnetIsUsed)
 {
     Wire wire("wire", "10.50.0.1/24", "192.168.7.2/24");
     wire.addAddress("192.168.7.1/24");
@@ -119,12 +120,12 @@ TEST_F(Interfaces, aCameraOnThisComputerIsFoundAndStreams)
     expectPictures(*device);
 }
 
-TEST_F(Interfaces, aCameraInAForeignSubnetIsListedWithTheReasonAndNotTriedThroughTheGateway)
+TEST_F(Interfaces, aCameraInAnotherSubnetIsListedButNotOpenedThroughTheGateway)
 {
     const Wire wire("wire", "10.50.0.1/24", "192.168.99.2/24");
     wire.runThere("ip route add default dev " + wire.far());
     const Wire uplink("uplink", "10.60.0.1/24", "10.60.0.254/24");
-    // Behind the gateway another camera has that address.
+    // Another camera behind the gateway has that address.
     uplink.runThere("ip addr add 192.168.99.2/32 dev lo");
     Wire::run("ip route add default via 10.60.0.254");
     const CameraProcess camera(1, "192.168.99.2", wire.launcher());

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// A program that streams from a camera until the camera freezes, and leaves then:
+// A program that streams from a camera until the camera freezes, and then ends:
 //
 //   leaving_program <ID of the camera> at-once|alone
 //
-// Says "streams" with the first frame. When its standard input has a line it stops, closes and
-// ends; with "alone" not before as many threads run as before it opened the camera, which it says.
+// Prints "streams" with the first frame. After a line on its standard input it stops, closes and
+// ends; with "alone" it first waits until as many threads run as before it opened the camera, and
+// prints this.
 #include "sdk/OrvalisAPI.h"
 
 #include <atomic>
@@ -56,7 +57,7 @@ int main(int count, char **arguments)
         return 1;
     }
     std::uint32_t cameras = 0;
-    OrvalisNumberOfCameras(&cameras); // Aravis has its threads after that
+    OrvalisNumberOfCameras(&cameras); // starts Aravis' threads
     const long before = threads();
     const OCameraHandle handle = opened(arguments[1]);
     if (OrvalisStartAcquisition(handle, onFrame) != ORVALIS_OK) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Loaded into the process of a GigE Vision test camera (LD_PRELOAD): loses packets with image data
-// on their way out, as many as the test wants, and counts them. The camera's own loss is in whole
-// packets per thousand, which is coarse, and is told to nobody. Answers requests to send packets
-// again, which the camera itself cannot.
+// Loaded into the process of a GigE Vision test camera (LD_PRELOAD): drops outgoing packets with
+// image data at the rate that the test sets, and counts them. The camera's own loss setting is too
+// coarse (whole packets per thousand) and not reported. Answers resend requests, which the camera
+// itself does not support.
 #include "tests/library/genicam/LossySender.h"
 
 #include <cstdlib>
@@ -32,12 +32,12 @@ LossyLink *openLink()
     return memory != MAP_FAILED ? static_cast<LossyLink *>(memory) : nullptr;
 }
 
-/// The stream protocol: status, number of the frame (2 bytes each), kind of packet, its number.
+/// Stream protocol header: status, frame number (2 bytes each), packet type, packet number.
 constexpr std::size_t headerSize = 8;
 constexpr std::uint8_t imageData = 3;
-constexpr std::size_t smallestImagePacket = 100; // control packets are no longer
+constexpr std::size_t smallestImagePacket = 100; // larger than any control packet
 
-/// What the sending thread shares with nobody: the camera has one thread for everything.
+/// Not synchronised: the camera has a single thread.
 LossyLink *link()
 {
     static LossyLink *const opened = openLink();
@@ -75,7 +75,7 @@ ssize_t reallySend(int socket, const msghdr *message, int flags)
     return real(socket, message, flags);
 }
 
-/// A packet that was lost, and where it should have gone.
+/// A dropped packet and its destination.
 struct Kept {
     int socket;
     std::vector<std::uint8_t> bytes;
@@ -85,7 +85,7 @@ struct Kept {
     unsigned number() const { return unsigned(bytes[5] << 16 | bytes[6] << 8 | bytes[7]); }
     void send()
     {
-        bytes[0] = 0x01; // the status of a packet that is sent again
+        bytes[0] = 0x01; // status of a resent packet
         iovec data{bytes.data(), bytes.size()};
         msghdr message{};
         message.msg_name = to.data();
@@ -120,7 +120,7 @@ unsigned number32(const std::uint8_t *bytes)
     return unsigned(bytes[0]) << 24 | unsigned(bytes[1]) << 16 | unsigned(bytes[2]) << 8 | bytes[3];
 }
 
-/// A request: key, flags, PACKETRESEND, length, number; then frame, first and last packet.
+/// Answers a request: key, flags, PACKETRESEND, length, number; then frame, first and last packet.
 void answerRequest(const std::uint8_t *bytes, std::size_t size)
 {
     constexpr std::size_t requestSize = 20;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a test and the camera process that loses packets for it tell each other, in shared memory.
+// Shared memory between a test and the camera process that loses packets.
 #pragma once
 
 #include <atomic>
@@ -7,17 +7,17 @@
 
 namespace genicamtest {
 
-/// Names the file that holds the LossyLink.
+/// Environment variable: the file that contains the LossyLink.
 constexpr const char *lossyFileVariable = "ORVALIS_LOSSY_FILE";
 
 struct LossyLink {
-    std::atomic<std::uint32_t> perMillion; ///< of packets with image data that are lost
-    std::atomic<std::uint32_t> sent;       ///< packets with image data, the lost ones included
+    std::atomic<std::uint32_t> perMillion; ///< loss rate of packets with image data
+    std::atomic<std::uint32_t> sent;       ///< packets with image data, including lost ones
     std::atomic<std::uint32_t> lost;
-    std::atomic<std::uint32_t> frames; ///< that lack at least one packet
-    std::atomic<bool> resends;         ///< whether lost packets are sent again when asked for
-    std::atomic<std::uint32_t> asked;  ///< requests for packets
-    std::atomic<std::uint32_t> resent; ///< lost packets that were sent again
+    std::atomic<std::uint32_t> frames; ///< frames that lack at least one packet
+    std::atomic<bool> resends;         ///< whether lost packets are resent on request
+    std::atomic<std::uint32_t> asked;  ///< number of requests
+    std::atomic<std::uint32_t> resent; ///< number of resent packets
 };
 
 } // namespace genicamtest

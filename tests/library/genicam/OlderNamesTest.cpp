@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Typed features on cameras that have them under one name alone, through Aravis' GenICam engine:
-// from the number that a caller gives to the register of the camera.
+// Typed features on cameras that have only one of their names, through Aravis' GenICam engine: from
+// the caller's number to the camera's register.
 #include "tests/library/genicam/DescribedFixture.h"
 
 #include <cmath>
@@ -30,7 +30,7 @@ std::vector<Name> allNames()
 
 class OneName : public Described, public testing::WithParamInterface<Name> {
 protected:
-    /// The register that the feature is kept in: colours have one each.
+    /// The register of the feature: colours have one each.
     unsigned addressOf(Number number) const
     {
         return number == Number::GreenGain  ? valueAddress + 4
@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(Table, OneName, testing::ValuesIn(allNames()), [](const
            std::to_string(static_cast<int>(name.param.number));
 });
 
-TEST_F(Described, rawTimesAreInStepsThatTheCameraTells)
+TEST_F(Described, rawTimesAreMultipliedByTheCamerasTimeBase)
 {
     camera_.addInteger("ExposureTimeRaw", valueAddress, 1, 4095);
     camera_.addFloat("ExposureTimeBaseAbs", valueAddress + 4, 1, 100);
@@ -98,7 +98,7 @@ TEST_F(Described, rawTimesAreInStepsThatTheCameraTells)
     EXPECT_EQ(read(Number::Shutter).maximum, 81900);
 }
 
-TEST_F(Described, everySpellingOfTheFrameRateSwitchIsPutOn)
+TEST_F(Described, everyNameOfTheFrameRateSwitchIsSwitchedOn)
 {
     for (const char *name : {"AcquisitionFrameRateEnable", "AcquisitionFrameRateEnabled",
                              "AcquisitionFrameRateControlEnabled"}) {
@@ -113,7 +113,7 @@ TEST_F(Described, everySpellingOfTheFrameRateSwitchIsPutOn)
     }
 }
 
-TEST_F(Described, theStrobeIsOnTheOutputAndItsTimesOnTheTimerBehindIt)
+TEST_F(Described, strobeIsOnTheOutputAndItsTimesOnTheTimer)
 {
     camera_.addEnumeration("LineSelector", selectorAddress, {"Line0", "Line1"});
     camera_.addEnumeration("LineSource", selectorAddress + 4,
@@ -129,14 +129,14 @@ TEST_F(Described, theStrobeIsOnTheOutputAndItsTimesOnTheTimerBehindIt)
     EXPECT_EQ(features_->set(Number::StrobeDuration, 40), ORVALIS_OK);
     EXPECT_EQ(registerAt(valueAddress + 4), 30U);
     EXPECT_EQ(registerAt(valueAddress + 20), 40U);
-    EXPECT_EQ(registerAt(selectorAddress + 8), 0U) << "the selector is put back";
+    EXPECT_EQ(registerAt(selectorAddress + 8), 0U) << "the selector is restored";
     EXPECT_EQ(features_->set(Choice::StrobePolarity, "ActiveLow"), ORVALIS_OK);
     EXPECT_EQ(registerAt(switchAddress), 1U);
     EXPECT_EQ(features_->set(Switch::StrobeEnable, false), ORVALIS_OK);
     EXPECT_EQ(registerAt(selectorAddress + 4), 0U);
 }
 
-TEST_F(Described, theNoiseFilterIsThatOfTheTriggersLine)
+TEST_F(Described, noiseFilterIsThatOfTheTriggersLine)
 {
     camera_.addEnumeration("TriggerSource", switchAddress, {"Software", "Line0", "Line1"});
     camera_.addEnumeration("LineSelector", selectorAddress, {"Line0", "Line1"});
@@ -147,12 +147,12 @@ TEST_F(Described, theNoiseFilterIsThatOfTheTriggersLine)
         setRegisterAt(switchAddress, line + 1);
         EXPECT_EQ(features_->set(Number::TriggerNoiseFilter, 7 + line), ORVALIS_OK);
         EXPECT_EQ(registerAt(valueAddress + 4 * line), 7U + line);
-        EXPECT_EQ(registerAt(selectorAddress), 1U) << "the selector is put back";
+        EXPECT_EQ(registerAt(selectorAddress), 1U) << "the selector is restored";
     }
     EXPECT_EQ(registerAt(valueAddress), 7U) << "the other line keeps its own";
 }
 
-TEST_F(Described, userSetsAreLoadedAndTheSelectorPutBack)
+TEST_F(Described, userSetsAreLoadedAndTheSelectorRestored)
 {
     camera_.addEnumeration("UserSetSelector", selectorAddress, {"Default", "UserSet1"});
     camera_.addCommand("UserSetLoad", switchAddress);
@@ -163,7 +163,7 @@ TEST_F(Described, userSetsAreLoadedAndTheSelectorPutBack)
     EXPECT_EQ(registerAt(selectorAddress), 1U);
 }
 
-TEST_F(Described, whatACameraLacksIsNotSupported)
+TEST_F(Described, missingFeaturesAreNotSupported)
 {
     camera_.addInteger("Width", 0x100, 1, 2048);
     open();

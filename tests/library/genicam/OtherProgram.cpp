@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Another program that wants a GigE Vision camera:
+// Another program that controls a GigE Vision camera:
 //
 //   other_program <address of the camera> [<process>]
 //
-// Takes control, says "controls", and keeps it until its standard input ends. With the number of a
-// process it stops that process meanwhile, so that it takes the camera from it: whoever says
-// nothing for some seconds loses a camera.
+// Takes control, prints "controls", and keeps it until its standard input ends. If the number of a
+// process is given, suspends that process until it has lost control, because a controller that is
+// silent for some seconds loses the camera.
 #include <arv.h>
 #include <csignal>
 #include <cstdio>

@@ -13,8 +13,8 @@ namespace genicamtest {
 class OtherProgram {
 public:
     enum class Way {
-        Free, ///< the camera is nobody's
-        Steal ///< the camera is this process', which is stopped until it has lost it
+        Free, ///< no program controls the camera
+        Steal ///< this process controls the camera; suspend it until it has lost control
     };
     OtherProgram(std::string address, Way way)
     {

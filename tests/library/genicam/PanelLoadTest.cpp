@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// What the control panel asks a camera when it opens, in round trips to the camera: a slow one
-// takes some milliseconds for each.
+// The round trips to a camera when the control panel opens: on a slow camera each takes some
+// milliseconds.
 #include "tests/library/genicam/DescribedLibrary.h"
 
 using namespace genicamtest;
 
 namespace {
 
-/// Addresses of registers, one after the other.
+/// Allocates consecutive register addresses.
 class Registers {
 public:
     unsigned next(unsigned words = 1) { return std::exchange(next_, next_ + 4 * words); }
@@ -25,8 +25,8 @@ std::vector<std::string> numbered(const std::string &name, int count)
     return names;
 }
 
-/// A camera as they are: selectors, automatic modes, lists whose entries depend on registers,
-/// bounds that follow other settings.
+/// A typical camera: selectors, automatic modes, lists whose entries depend on registers, bounds
+/// that depend on other settings.
 class PanelLoad : public DescribedLibrary {
 protected:
     void describe()
@@ -109,7 +109,7 @@ protected:
         }
         camera.addInteger("WidthMax", registers.next(), 0, 4096);
         camera.addInteger("HeightMax", registers.next(), 0, 4096);
-        // Each format is there if a bit of a register says so.
+        // A bit of a register enables each format.
         std::string entries;
         std::string bits;
         const std::string mask = std::to_string(registers.next());
@@ -136,7 +136,7 @@ protected:
                        "</Address><Length>4</Length><AccessMode>RW</AccessMode>"
                        "<pPort>Device</pPort><Endianess>BigEndian</Endianess></IntReg>");
     }
-    /// Describes the camera, opens it and puts its registers to sensible values.
+    /// Describes the camera, opens it and sets its registers to sensible values.
     void openTypical()
     {
         describe();
@@ -162,7 +162,7 @@ using Count = std::int32_t (*)(OCameraHandle, std::int32_t *);
 using Entry = std::int32_t (*)(OCameraHandle, std::int32_t, char *);
 using NameOf = std::int32_t (*)(OCameraHandle, char *);
 
-/// As the panel's combo boxes are filled.
+/// Reads a list as the panel does for its combo boxes.
 std::vector<std::string> listOf(OCameraHandle handle, Count count, Entry entry)
 {
     std::int32_t size = 0;
@@ -277,7 +277,7 @@ void loadUserSets(OCameraHandle handle)
     OrvalisGetNodeString(handle, "UserSetDefaultSelector", name);
 }
 
-TEST_F(PanelLoad, asksTheCameraForLittle)
+TEST_F(PanelLoad, needsFewRoundTrips)
 {
     openTypical();
     const auto part = [&](const char *name, void (*load)(OCameraHandle)) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which pictures say how the bytes of their pixels are ordered, and which say nothing.
+// Which images reveal the byte order of their pixels, and which do not.
 #include "library/genicam/PixelOrder.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ constexpr std::uint32_t mono16 = 0x01100007;
 constexpr unsigned width = 320;
 constexpr unsigned height = 100;
 
-/// A picture and its bytes as a camera sends them.
+/// An image as a camera sends it.
 struct Picture {
     Picture(std::uint32_t pixelFormat, bool bigEndian,
             const std::function<unsigned(unsigned, unsigned)> &pixel)
@@ -43,7 +43,7 @@ struct Picture {
 
 unsigned shade(unsigned x, unsigned y) { return x * 97 + y * 31; }
 
-/// Whether an order that has seen nothing else swaps the picture.
+/// Whether a new PixelOrder swaps the image.
 bool isSwapped(std::uint32_t format, bool bigEndian,
                const std::function<unsigned(unsigned, unsigned)> &pixel, bool mayBeBig = true)
 {
@@ -59,13 +59,13 @@ bool isSwapped(std::uint32_t format, bool bigEndian,
     return swapped;
 }
 
-TEST(PixelOrder, shadesSayIt)
+TEST(PixelOrder, gradientsRevealTheOrder)
 {
     EXPECT_TRUE(isSwapped(mono16, true, shade));
     EXPECT_FALSE(isSwapped(mono16, false, shade));
 }
 
-TEST(PixelOrder, bitsThatAreNotUsedSayItOfNoiseToo)
+TEST(PixelOrder, unusedBitsRevealTheOrderOfNoise)
 {
     std::mt19937 random(1);
     const auto noise = [&](unsigned, unsigned) { return static_cast<unsigned>(random() & 0x0FFF); };
@@ -73,7 +73,7 @@ TEST(PixelOrder, bitsThatAreNotUsedSayItOfNoiseToo)
     EXPECT_FALSE(isSwapped(mono12, false, noise));
 }
 
-TEST(PixelOrder, noiseAndFlatPicturesSayNothing)
+TEST(PixelOrder, noiseAndUniformImagesAreInconclusive)
 {
     std::mt19937 random(1);
     const auto noise = [&](unsigned, unsigned) { return static_cast<unsigned>(random() & 0xFFFF); };
@@ -84,19 +84,19 @@ TEST(PixelOrder, noiseAndFlatPicturesSayNothing)
     }
 }
 
-/// Sensors of 8 bits in 16: both orders show the same picture.
-TEST(PixelOrder, emptyLowBytesSayNothing)
+/// 8-bit samples in 16 bits: both orders give the same image.
+TEST(PixelOrder, emptyLowBytesAreInconclusive)
 {
     EXPECT_FALSE(isSwapped(mono16, false, [](unsigned x, unsigned y) { return shade(x, y) << 8; }));
 }
 
-TEST(PixelOrder, onlyCamerasThatMaySendItAndOnlyWords)
+TEST(PixelOrder, onlyWordsOfOldCamerasAreSwapped)
 {
     EXPECT_FALSE(isSwapped(mono16, true, shade, false));
     EXPECT_FALSE(isSwapped(0x01080001, true, shade));
 }
 
-TEST(PixelOrder, whatWasSeenOnceStays)
+TEST(PixelOrder, aConclusionIsKept)
 {
     PixelOrder order(true);
     Picture clear(mono16, true, shade);

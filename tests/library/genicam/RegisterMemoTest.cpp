@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What is read from a camera is kept for one call at most, and never beyond a write.
+// Registers are cached for one call at most, and never after a write.
 #include "tests/library/genicam/DescribedLibrary.h"
 
 using namespace genicamtest;
@@ -34,7 +34,7 @@ protected:
         EXPECT_EQ(OrvalisGetNodeString(handle, "TriggerMode", name), ORVALIS_OK);
         return name;
     }
-    /// The camera changes by itself.
+    /// Changes a register as the camera itself would.
     void change(unsigned address, std::uint32_t value) const
     {
         FakeTraffic::poke(device, address, value);
@@ -43,7 +43,7 @@ protected:
     ArvDevice *device = nullptr;
 };
 
-TEST_F(RegisterMemo, whatTheCameraChangesIsSeenByTheNextCall)
+TEST_F(RegisterMemo, nextCallReadsWhatTheCameraChanged)
 {
     openSelected();
     EXPECT_EQ(mode(), "Off");
@@ -61,7 +61,7 @@ TEST_F(RegisterMemo, whatTheCameraChangesIsSeenByTheNextCall)
     EXPECT_EQ(info.accessMode, ORVALIS_ACCESS_READ_WRITE);
 }
 
-/// The engine alone would give the value of the first entry for all of them.
+/// Without the memo, the engine would return the value of the first entry for all of them.
 TEST_F(RegisterMemo, eachEntryOfASelectorHasItsOwnValue)
 {
     openSelected();
@@ -75,7 +75,7 @@ TEST_F(RegisterMemo, eachEntryOfASelectorHasItsOwnValue)
     }
 }
 
-TEST_F(RegisterMemo, whatIsWrittenIsReadBack)
+TEST_F(RegisterMemo, writtenValuesAreReadBack)
 {
     openSelected();
     EXPECT_EQ(mode(), "Off");
@@ -100,7 +100,7 @@ TEST_F(RegisterMemo, oneCallReadsARegisterOnce)
     EXPECT_EQ(traffic->readsAt[stateAddress + 4], 1U);
 }
 
-TEST_F(RegisterMemo, itsOwnNodeIsNoFeature)
+TEST_F(RegisterMemo, itsOwnNodeIsHidden)
 {
     openSelected();
     ONodeInfo info{};

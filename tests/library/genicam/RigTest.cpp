@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The rig itself: a camera that a test describes is found, opened, written, streamed, and each
-// fault is what it says.
+// Tests of the rig itself: discovery, opening, writing and streaming of a described camera, and the
+// effect of each fault.
 #include "tests/library/genicam/GenicamFixture.h"
 #include "tests/library/genicam/rig/RigCamera.h"
 
@@ -42,7 +42,7 @@ TEST_F(Rig, isFoundOpenedReadAndWritten)
     EXPECT_GE(camera.memory.reads(gain), 1U);
 }
 
-TEST_F(Rig, streamsWholePictures)
+TEST_F(Rig, streamsWholeImages)
 {
     RigCamera camera(withGain());
     const auto device = opened(camera);
@@ -63,7 +63,7 @@ TEST_F(Rig, streamsWholePictures)
     }
 }
 
-TEST_F(Rig, sendsAgainWhatIsLost)
+TEST_F(Rig, resendsLostPackets)
 {
     RigCamera camera(withGain());
     const auto device = opened(camera);
@@ -94,7 +94,7 @@ TEST_F(Rig, refusesAndIsHeldElsewhere)
     EXPECT_NE(device->nodes().setFloat("Gain", 6), ORVALIS_OK);
 }
 
-TEST_F(Rig, sendsFramesWhenAsked)
+TEST_F(Rig, sendsFramesOnRequest)
 {
     RigCamera camera(withGain());
     camera.faults.waitsForTrigger = true;
@@ -108,19 +108,19 @@ TEST_F(Rig, sendsFramesWhenAsked)
     device->stopStream();
 }
 
-TEST_F(Rig, announcesThatAnAnswerIsLate)
+TEST_F(Rig, announcesALateAnswer)
 {
     RigCamera camera(withGain());
     const auto device = opened(camera);
     ASSERT_TRUE(device);
     camera.faults.announcesDelay = true;
-    camera.faults.answerDelayMs = 1500; // more than a call waits for by itself
+    camera.faults.answerDelayMs = 1500; // longer than the timeout of a request
     EXPECT_EQ(device->nodes().setFloat("Gain", 6), ORVALIS_OK);
     camera.faults.answerDelayMs = 0;
     EXPECT_EQ(camera.memory.floatAt(gain), 6.0F);
 }
 
-TEST_F(Rig, aCommandIsDoneLater)
+TEST_F(Rig, commandsMayTakeTime)
 {
     CameraDescription description = withGain();
     description.addCommand("UserSetLoad", 0x1100);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Starts that fail, and answers that come late.
+// Failed starts and late answers.
 #include "tests/library/genicam/GenicamFixture.h"
 #include "tests/library/genicam/rig/RigCamera.h"
 
@@ -26,13 +26,13 @@ protected:
     }
     void TearDown() override { device_.reset(); }
     bool locked() const { return camera_->memory.at(RigAddress::parametersLocked) != 0; }
-    /// The camera is silent for three seconds when `address` is written next: longer than Aravis
-    /// waits for an answer, but it does not take its user for gone.
+    /// Makes the camera silent for three seconds at the next write to `address`: longer than Aravis
+    /// waits for an answer, but shorter than the heartbeat timeout.
     void fallSilentAtWrite(std::uint32_t address)
     {
         camera_->memory.set(RigAddress::heartbeatTimeout, 600000);
         const auto done = std::make_shared<std::atomic<bool>>(false);
-        camera_->memory.onWrite(address, [done](std::uint32_t) { // also when it is sent again
+        camera_->memory.onWrite(address, [done](std::uint32_t) { // also for a repeated request
             if (!done->exchange(true)) {
                 std::this_thread::sleep_for(3s);
             }
@@ -62,7 +62,7 @@ TEST_F(RigTrouble, parametersAreUnlockedAfterAStartThatWasRefused)
 TEST_F(RigTrouble, parametersAreUnlockedAfterAStartWithoutAnAnswer)
 {
     fallSilentAtWrite(RigAddress::acquisitionStart);
-    if (device_->startStream() == ORVALIS_OK) { // on a slow machine the answer comes in time
+    if (device_->startStream() == ORVALIS_OK) { // on a slow machine the answer may arrive in time
         device_->stopStream();
     }
     EXPECT_FALSE(locked());
@@ -77,7 +77,7 @@ TEST_F(RigTrouble, parametersAreNotLockedByAStartWithoutASize)
     EXPECT_FALSE(locked());
 }
 
-TEST_F(RigTrouble, anAnswerThatDoesNotComeIsNoLossWhileTheCameraIsThere)
+TEST_F(RigTrouble, aMissingAnswerIsNoLossWhileTheCameraIsThere)
 {
     fallSilentAtWrite(gain);
     EXPECT_NE(device_->nodes().setFloat("Gain", 6), ORVALIS_ERROR_CONNECTION_LOST);
@@ -90,21 +90,21 @@ TEST_F(RigTrouble, anAnswerThatDoesNotComeIsNoLossWhileTheCameraIsThere)
     device_->stopStream();
 }
 
-TEST_F(RigTrouble, anAnswerThatIsAnnouncedIsWaitedFor)
+TEST_F(RigTrouble, anAnnouncedAnswerIsAwaited)
 {
     camera_->faults.announcesDelay = true;
-    camera_->faults.answerDelayMs = 1500; // longer than one try of Aravis
+    camera_->faults.answerDelayMs = 1500; // longer than one attempt of Aravis
     EXPECT_EQ(device_->nodes().setFloat("Gain", 6), ORVALIS_OK);
     camera_->faults.answerDelayMs = 0;
     EXPECT_EQ(camera_->memory.floatAt(gain), 6.0F);
 }
 
-TEST_F(RigTrouble, aCameraThatIsFrozenIsLost)
+TEST_F(RigTrouble, aFrozenCameraIsLost)
 {
     camera_->faults.frozen = true;
     EXPECT_EQ(device_->nodes().setFloat("Gain", 6), ORVALIS_ERROR_CONNECTION_LOST);
     camera_->faults.frozen = false;
-    EXPECT_EQ(device_->nodes().setFloat("Gain", 6), ORVALIS_ERROR_CONNECTION_LOST) << "for ever";
+    EXPECT_EQ(device_->nodes().setFloat("Gain", 6), ORVALIS_ERROR_CONNECTION_LOST) << "permanently";
 }
 
 } // namespace

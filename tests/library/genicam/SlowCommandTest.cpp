@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Commands that are not done when the camera has acknowledged them: their register keeps the
-// command's value until they are.
+// Commands that are still running when the camera has acknowledged them: their register keeps the
+// command's value until they are done.
 #include "tests/library/genicam/DescribedLibrary.h"
 
 #include <atomic>
@@ -16,7 +16,7 @@ constexpr unsigned userSet1 = 1;
 
 class SlowCommand : public DescribedLibrary {
 protected:
-    /// `polls` is how often the register is read before the command is done.
+    /// `polls` is the number of reads of the register until the command is done.
     void openWith(unsigned polls)
     {
         camera.addEnumeration("UserSetSelector", selectorAddress, {"Default", "UserSet1"});
@@ -73,16 +73,16 @@ TEST_F(SlowCommand, isDoneWhenTheCallReturns)
     EXPECT_EQ(traffic->writes, 3U) << "each is sent once";
 }
 
-TEST_F(SlowCommand, isAwaitedBeforeTheSelectorIsPutBack)
+TEST_F(SlowCommand, isAwaitedBeforeTheSelectorIsRestored)
 {
     openWith(5);
     EXPECT_EQ(OrvalisSetUserDefault(handle), ORVALIS_OK);
     EXPECT_TRUE(done());
     EXPECT_FALSE(turnedTooEarly);
-    EXPECT_EQ(word(selectorAddress), userSet1) << "the selector is put back";
+    EXPECT_EQ(word(selectorAddress), userSet1) << "the selector is restored";
 }
 
-TEST_F(SlowCommand, keepsOthersFromTheSelector)
+TEST_F(SlowCommand, locksTheSelectorMeanwhile)
 {
     openWith(20);
     std::future<std::int32_t> other;
@@ -101,8 +101,8 @@ TEST_F(SlowCommand, keepsOthersFromTheSelector)
     EXPECT_EQ(word(selectorAddress), 0U);
 }
 
-/// Here the command is done once somebody else has read a register.
-TEST_F(SlowCommand, leavesRegistersToOthersMeanwhile)
+/// The command is done when another thread has read a register.
+TEST_F(SlowCommand, permitsRegisterAccessMeanwhile)
 {
     openWith(0xFFFFFFFF);
     std::future<std::int32_t> other;
@@ -120,7 +120,7 @@ TEST_F(SlowCommand, leavesRegistersToOthersMeanwhile)
     EXPECT_TRUE(done());
 }
 
-TEST_F(SlowCommand, thatNeverEndsIsGivenUpAndNotAwaitedAgain)
+TEST_F(SlowCommand, thatNeverEndsTimesOutAndIsNotAwaitedAgain)
 {
     openWith(0xFFFFFFFF);
     const auto begin = Clock::now();
@@ -133,7 +133,7 @@ TEST_F(SlowCommand, thatNeverEndsIsGivenUpAndNotAwaitedAgain)
     EXPECT_LE(traffic->reads, 1U);
 }
 
-TEST_F(SlowCommand, withARegisterThatCannotBeReadIsDoneAtOnce)
+TEST_F(SlowCommand, withAWriteOnlyRegisterIsDoneAtOnce)
 {
     openWith(1);
     EXPECT_EQ(OrvalisSetNodeCommand(handle, "Blind"), ORVALIS_OK);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What is known of USB3 Vision cameras before they are opened, on a system's tree of USB devices
-// that the test writes.
+// Information about USB3 Vision cameras before they are opened, from a tree of USB devices that the
+// test creates.
 #include "library/genicam/UsbCameras.h"
 #include "library/genicam/Discovery.h"
 
@@ -36,7 +36,7 @@ protected:
         fs::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << text;
     }
-    /// A camera "1-<number>" with the node "002/00<number>".
+    /// Adds a camera "1-<number>" with the node "002/00<number>".
     void plug(int number, const std::string &serial, const std::string &descriptors = {})
     {
         const std::string name = "1-" + std::to_string(number);
@@ -92,7 +92,7 @@ TEST_F(UsbCameras, areFoundOnceEach)
     EXPECT_TRUE(pluggedUsbCameras(top_ / "none", top_ / "none").empty());
 }
 
-TEST_F(UsbCameras, areKnownAgainByTheirSerialNumber)
+TEST_F(UsbCameras, areRecognisedByTheirSerialNumber)
 {
     plug(3, "0815");
     plug(4, "0816");
@@ -105,10 +105,10 @@ TEST_F(UsbCameras, areKnownAgainByTheirSerialNumber)
     EXPECT_EQ(found->serialNumber, "0815");
     EXPECT_EQ(usbCameraOf(record("0817"), cameras), nullptr);
     plug(5, "0816");
-    EXPECT_EQ(usbCameraOf(record("0816", "One-Eye"), plugged()), nullptr) << "which of the two?";
+    EXPECT_EQ(usbCameraOf(record("0816", "One-Eye"), plugged()), nullptr) << "ambiguous";
 }
 
-TEST_F(UsbCameras, thatAProgramHasOpenAreBusy)
+TEST_F(UsbCameras, areBusyWhileAProgramHasThemOpen)
 {
     plug(3, "0815");
     plug(4, "0816");
@@ -121,7 +121,7 @@ TEST_F(UsbCameras, thatAProgramHasOpenAreBusy)
     EXPECT_EQ(usbRefusal(nullptr, ORVALIS_ERROR_DEVICE), ORVALIS_ERROR_NOT_FOUND);
 }
 
-TEST_F(UsbCameras, areDeniedOnlyWhereTheirOwnNodeIs)
+TEST_F(UsbCameras, areDeniedOnlyIfTheirOwnNodeIs)
 {
     plug(3, "0815");
     plug(4, "0816");
@@ -131,8 +131,8 @@ TEST_F(UsbCameras, areDeniedOnlyWhereTheirOwnNodeIs)
         const auto cameras = plugged();
         return usbRefusal(usbCameraOf(record(serial), cameras), otherwise);
     };
-    // Root is never denied, so it looks as somebody else. Other threads stay behind: no
-    // destructors.
+    // Root always has access, so check as another user in a child process. Other threads do not
+    // exist there: run no destructors.
     EXPECT_EXIT(
         {
             const bool nobody = getuid() != 0 || setuid(65534) == 0;
@@ -149,7 +149,7 @@ TEST_F(UsbCameras, areDeniedOnlyWhereTheirOwnNodeIs)
         << "just unplugged";
 }
 
-/// A device descriptor, then what a camera says of itself.
+/// A device descriptor followed by the camera's device info descriptor.
 std::string descriptors(char userNameIndex)
 {
     std::string text(18, '\0');
@@ -163,7 +163,7 @@ std::string descriptors(char userNameIndex)
     return text + info;
 }
 
-TEST_F(UsbCameras, sayWhichStringIsTheNameThatTheUserGave)
+TEST_F(UsbCameras, describeTheStringWithTheUserDefinedName)
 {
     plug(3, "0815", descriptors(9));
     EXPECT_EQ(plugged().at(0).userNameIndex, 9);
@@ -173,7 +173,7 @@ TEST_F(UsbCameras, sayWhichStringIsTheNameThatTheUserGave)
     EXPECT_EQ(plugged().at(0).userNameIndex, 0) << "descriptors without length";
     EXPECT_EQ(userNameOf(plugged().at(0)), "");
     plug(3, "0815", descriptors(9));
-    EXPECT_EQ(userNameOf(plugged().at(0)), "") << "nobody answers";
+    EXPECT_EQ(userNameOf(plugged().at(0)), "") << "no answer";
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A network cable of its own for a camera of its own: as many of them as a test wants.
+// A separate network cable for each camera, as many as a test needs.
 #pragma once
 
 #include "tests/library/genicam/GenicamFixture.h"
@@ -8,11 +8,11 @@
 
 namespace genicamtest {
 
-/// A cable from the interface "<name>" of this computer to one in a network of its own, where a
-/// camera can be plugged in. Cut in the end.
+/// A cable from the interface "<name>" of this computer to an interface in a separate network,
+/// where a camera can be attached. Removed by the destructor.
 class Wire {
 public:
-    /// Addresses with the length of their subnet: "169.254.1.1/16".
+    /// Addresses include the prefix length: "169.254.1.1/16".
     Wire(std::string name, const std::string &here, const std::string &there)
         : name_(std::move(name)), far_(name_ + "-far")
     {
@@ -46,9 +46,9 @@ public:
     const std::string &name() const { return name_; }
     /// The interface at the other end.
     const std::string &far() const { return far_; }
-    /// One more address for this end.
+    /// Adds an address at this end.
     void addAddress(const std::string &address) { run("ip addr add " + address + " dev " + name_); }
-    /// What runs a program at the other end.
+    /// The command prefix that runs a program at the other end.
     std::vector<std::string> launcher() const
     {
         return {"nsenter", "--net", "--target", std::to_string(pid_)};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The GenICam description of a camera, written by a test.
+// Builds the GenICam description of a test's camera.
 #include "tests/library/genicam/rig/CameraDescription.h"
 
 #include <utility>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The GenICam description of a camera, written by a test.
+// Builds the GenICam description of a test's camera.
 #pragma once
 
 #include <cstdint>
@@ -8,30 +8,30 @@
 
 namespace genicamtest {
 
-/// Builds a GenICam description, one feature after the other. Each feature is a big-endian register
-/// named <feature>Register; addresses from 0x1000 to 0x7FFF are free for a test to use.
+/// Builds a GenICam description feature by feature. Each feature is a big-endian register named
+/// <feature>Register; tests may use addresses from 0x1000 to 0x7FFF.
 class CameraDescription {
 public:
-    /// A whole number of 32 bits. With a selector, one register for each of its entries.
+    /// A 32-bit integer. With a selector, one register for each of its entries.
     void addInteger(const std::string &name, unsigned address, std::int64_t minimum,
                     std::int64_t maximum, const std::string &selector = {});
-    /// A float of 32 bits.
+    /// A 32-bit float.
     void addFloat(const std::string &name, unsigned address, int minimum, int maximum,
                   const std::string &selector = {});
-    /// Entries have the values 0, 1, 2 ... With a selector, one register for each of its entries.
+    /// The entries have the values 0, 1, 2 ... With a selector, one register for each of its
+    /// entries.
     void addEnumeration(const std::string &name, unsigned address,
                         const std::vector<std::string> &entries, const std::string &selector = {});
     /// On is 1. With a selector, one register for each of its entries.
     void addBoolean(const std::string &name, unsigned address, const std::string &selector = {});
-    /// Writes 1.
+    /// A command that writes 1.
     void addCommand(const std::string &name, unsigned address);
-    /// Text of `length` bytes.
+    /// A text of `length` bytes.
     void addString(const std::string &name, unsigned address, unsigned length);
     /// Any element, as a feature below the root: addNode("<Integer Name=\"A\">...</Integer>", "A").
-    /// Without a feature it is only there for other nodes to point to.
+    /// Without a feature name, other nodes can only refer to it.
     void addNode(const std::string &element, const std::string &feature = {});
-    /// More elements within the feature that is added next, such as
-    /// "<pIsAvailable>B</pIsAvailable>".
+    /// Adds elements to the next feature, such as "<pIsAvailable>B</pIsAvailable>".
     void withNext(const std::string &elements) { next_ += elements; }
 
     /// The whole description.

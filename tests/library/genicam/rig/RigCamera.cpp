@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A GigE Vision camera that a test describes, and that misbehaves as the test likes.
+// A GigE Vision camera that a test describes, with faults that the test controls.
 #include "tests/library/genicam/rig/RigCamera.h"
 
 #include <arpa/inet.h>
@@ -108,7 +108,7 @@ void RigCamera::fillBootstrap(const RigOptions &options)
     memory.set(RigAddress::capability, joinsCommands | writesMemory | announcesDelays |
                                            (options.offersResend ? resendsPackets : 0U));
     memory.set(RigAddress::heartbeatTimeout, 3000);
-    memory.set(0x0940, 1000000000); // ticks a second
+    memory.set(0x0940, 1000000000); // ticks per second
     memory.set(RigAddress::packetSize, 1500);
     memory.set(RigAddress::width, 64);
     memory.set(RigAddress::height, 48);
@@ -117,7 +117,7 @@ void RigCamera::fillBootstrap(const RigOptions &options)
     memory.setFloat(RigAddress::exposureTime, 1000);
 }
 
-/// What happens when the user reads or writes registers.
+/// Connects registers with their effects.
 void RigCamera::react()
 {
     memory.onRead(RigAddress::payloadSize, [this] {

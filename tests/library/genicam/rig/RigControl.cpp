@@ -23,13 +23,13 @@ using Bytes = RigControl::Bytes;
 constexpr std::uint16_t controlPort = 3956;
 constexpr std::size_t headerSize = 8;
 constexpr std::uint8_t commandKey = 0x42;
-constexpr std::uint8_t extendedIdsFlag = 0x10; // of a request to send packets again
+constexpr std::uint8_t extendedIdsFlag = 0x10; // flag of a resend request
 constexpr std::size_t discoverySize = 0xF8;
 constexpr std::uint32_t firstRefusableRegister = 0x0A01;
-/// No loop below waits longer than this before it looks whether it must end.
+/// The maximum time until a loop checks whether it must end.
 constexpr int attention = 10; // ms
 
-// Codes of commands; an answer's is one more.
+// Command codes; the code of the answer is one higher.
 constexpr std::uint16_t discoveryCommand = 0x0002;
 constexpr std::uint16_t resendCommand = 0x0040;
 constexpr std::uint16_t readRegisterCommand = 0x0080;
@@ -79,7 +79,7 @@ int boundSocket(in_addr address)
     return made;
 }
 
-/// Of the network that the address belongs to.
+/// The broadcast address of the network that contains `address`.
 in_addr broadcastAddress(in_addr address)
 {
     in_addr broadcast{address.s_addr | htonl(0x00FFFFFF)};
@@ -164,7 +164,7 @@ void RigControl::receive(int socket)
     if (size < static_cast<ssize_t>(headerSize) || bytes[0] != commandKey || faults_.frozen) {
         return;
     }
-    // Answers leave from the camera's own address, also those to broadcasts.
+    // Send answers from the camera's own address, also answers to broadcasts.
     command.socket = sockets_.front();
     command.extendedIds = (bytes[1] & extendedIdsFlag) != 0;
     command.code = half(bytes + 2);
@@ -354,7 +354,7 @@ void RigControl::resend(const Command &command)
     resend_(block, word(data + 4) & mask, word(data + 8) & mask);
 }
 
-/// A controller that says nothing for so long has lost the camera.
+/// Releases control if the controller is silent for the heartbeat timeout.
 void RigControl::watchHeartbeat()
 {
     const auto patience = std::chrono::milliseconds(memory_.at(RigAddress::heartbeatTimeout));

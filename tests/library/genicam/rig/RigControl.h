@@ -13,12 +13,12 @@
 
 namespace genicamtest {
 
-/// Listens from open() to close(), for commands to an address of this computer and for discovery
-/// broadcasts of its network, on a thread of its own.
+/// Listens from open() to close() for commands to an address of this computer and for discovery
+/// broadcasts of its network, on its own thread.
 class RigControl {
 public:
     using Bytes = std::vector<std::uint8_t>;
-    /// A request to send packets again: block, first and last packet.
+    /// A resend request: block, first and last packet.
     using Resend =
         std::function<void(std::uint64_t block, std::uint32_t first, std::uint32_t last)>;
 
@@ -27,11 +27,11 @@ public:
     RigControl(const RigControl &) = delete;
     RigControl &operator=(const RigControl &) = delete;
 
-    void open(); ///< nobody controls the camera then
+    void open(); ///< initially without a controller
     void close();
-    /// `status` answers every access to that address; 0 for none.
+    /// Answers every access to that address with `status`; 0 for none.
     void refuse(std::uint32_t address, std::uint16_t status);
-    /// Commands that have been received, discovery not counted.
+    /// Number of received commands, without discovery.
     std::uint64_t commands() const { return commands_; }
     std::uint64_t resendRequests() const { return resendRequests_; }
 
@@ -65,7 +65,7 @@ private:
     RigFaults &faults_;
     Resend resend_;
     std::vector<int> sockets_;
-    sockaddr_in controller_{}; ///< port 0: nobody
+    sockaddr_in controller_{}; ///< port 0: none
     std::chrono::steady_clock::time_point heard_{};
     std::mutex mutex_; // guards refused_
     std::map<std::uint32_t, std::uint16_t> refused_;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a rig camera deviates from the camera of the standard.
+// Deviations of a rig camera from the standard.
 #pragma once
 
 #include <atomic>
@@ -7,52 +7,52 @@
 
 namespace genicamtest {
 
-/// What a test switches on while a rig camera runs; all at once where it likes. Any thread.
+/// Faults that a test can switch at any time, in any combination. Any thread.
 struct RigFaults {
-    // --- control: how commands are answered
-    /// Nothing is answered and nothing is sent, as if the camera's program hung.
+    // --- control: answers to commands
+    /// Answers and sends nothing, as if the camera's firmware hung.
     std::atomic<bool> frozen{false};
-    /// Each answer comes so much later.
+    /// Delays each answer.
     std::atomic<unsigned> answerDelayMs{0};
-    /// Announces with PENDING_ACK that the answer takes longer (GigE Vision 1.1 and later).
+    /// Announces with PENDING_ACK that an answer is delayed (GigE Vision 1.1 and later).
     std::atomic<bool> announcesDelay{false};
-    /// Status of every answer to a read or write of registers other than the bootstrap's (below
-    /// 0xA01), such as RigStatus::accessDenied. For one address: RigCamera::refuse().
+    /// Status of every answer to a register access outside the bootstrap registers (below 0xA01),
+    /// such as RigStatus::accessDenied. For one address: RigCamera::refuse().
     std::atomic<std::uint16_t> refusal{0};
-    /// Another program's control channel privilege: 2 control (we may read), 1 exclusive (we may
-    /// not even read), 0 nobody's.
+    /// Control channel privilege of another program: 2 control (reads are permitted), 1 exclusive
+    /// (not even reads), 0 none.
     std::atomic<std::uint32_t> heldElsewhere{0};
-    /// How long a command runs before its register reads 0 again. See RigCamera::addCommand().
+    /// The duration of a command, until its register reads 0 again. See RigCamera::addCommand().
     std::atomic<unsigned> commandTakesMs{0};
 
-    // --- stream: what is sent
-    /// From a start to its first frame, in addition to the exposure.
+    // --- stream: sent frames
+    /// Delay of the first frame after a start, in addition to the exposure.
     std::atomic<unsigned> firstFrameAfterMs{0};
-    /// Frames are sent only when RigCamera::sendFrame() asks for one.
+    /// Sends frames only for RigCamera::sendFrame().
     std::atomic<bool> waitsForTrigger{false};
-    /// Of each million packets with image data so many are lost.
+    /// Lost packets with image data, per million.
     std::atomic<std::uint32_t> losesPerMillion{0};
-    /// Larger packets do not arrive, test packets included; 0: all arrive. Bytes with IP and UDP.
+    /// Larger packets are lost, test packets included; 0: none. Bytes including IP and UDP headers.
     std::atomic<unsigned> largestPacket{0};
-    /// After each so-manieth frame one frame number is left out; 0: never.
+    /// Skips one frame number after this many frames; 0: never.
     std::atomic<unsigned> skipsFrameEvery{0};
-    /// Bytes behind each row, with that number in the leader.
+    /// Padding bytes after each row, also stated in the leader.
     std::atomic<unsigned> linePadding{0};
-    /// Block IDs of 64 bits and packet IDs of 32 bits (GigE Vision 2).
+    /// Uses 64-bit block IDs and 32-bit packet IDs (GigE Vision 2).
     std::atomic<bool> extendedIds{false};
-    /// Pixels of 16 bits are big-endian, as some cameras of the first years send them.
+    /// Sends 16-bit pixels in big-endian order, as some early cameras do.
     std::atomic<bool> bigEndianPixels{false};
-    /// What a frame is said to consist of.
+    /// The payload type of frames.
     enum class Payload : int {
         Image,
         ImageWithChunks, ///< type 0x4001: the image, then chunks
-        ExtendedChunks,  ///< type 0x0005: the same, with the image as a chunk of its own
-        Chunks,          ///< type 0x0004: chunks, without a word about the image in the leader
+        ExtendedChunks,  ///< type 0x0005: likewise, with the image as a chunk
+        Chunks,          ///< type 0x0004: chunks, without image information in the leader
         Raw,             ///< type 0x0002
         Multipart,       ///< type 0x000A: the image and a second part of half its height
     };
     std::atomic<Payload> payload{Payload::Image};
-    /// Lines that are really sent, as the trailer says; 0: all. Line-scan cameras do that.
+    /// The number of lines actually sent, as the trailer states; 0: all. Line scan cameras do this.
     std::atomic<unsigned> realHeight{0};
 };
 

@@ -13,7 +13,7 @@
 
 namespace genicamtest {
 
-/// Bootstrap registers of the standard and those of the rig's own features.
+/// Addresses of the standard's bootstrap registers and of the rig's own features.
 namespace RigAddress {
 constexpr std::uint32_t address = 0x0024;
 constexpr std::uint32_t capability = 0x0934;
@@ -25,7 +25,7 @@ constexpr std::uint32_t hostAddress = 0x0D18;
 constexpr std::uint32_t width = 0x8000;
 constexpr std::uint32_t height = 0x8004;
 constexpr std::uint32_t pixelFormat = 0x8008; ///< PFNC code
-constexpr std::uint32_t payloadSize = 0x800C; ///< follows the others
+constexpr std::uint32_t payloadSize = 0x800C; ///< depends on the others
 constexpr std::uint32_t acquisitionStart = 0x8010;
 constexpr std::uint32_t acquisitionStop = 0x8014;
 constexpr std::uint32_t frameRate = 0x8018;    ///< float, Hz
@@ -34,35 +34,35 @@ constexpr std::uint32_t parametersLocked = 0x8020;
 constexpr std::uint32_t description = 0x20000000; ///< the XML
 } // namespace RigAddress
 
-/// Words of 32 bits at any address, 0 where nothing was written; counts accesses. Any thread.
+/// 32-bit words at any address, initially 0; counts accesses. Any thread.
 class RigMemory {
 public:
-    /// By the test: nothing is counted and no callback runs.
+    /// For the test: does not count and runs no callback.
     void set(std::uint32_t address, std::uint32_t value);
     void setFloat(std::uint32_t address, float value);
     void setText(std::uint32_t address, const std::string &text);
     std::uint32_t at(std::uint32_t address) const;
     float floatAt(std::uint32_t address) const;
 
-    /// By the camera's user.
+    /// For the program that uses the camera.
     std::uint32_t read(std::uint32_t address);
     std::vector<std::uint8_t> readBytes(std::uint32_t address, std::size_t size);
     void write(std::uint32_t address, std::uint32_t value);
 
-    /// A register that reads 0 again when `milliseconds` have passed since it was written.
+    /// Makes a register read 0 again `milliseconds` after a write.
     void clearAfterWrite(std::uint32_t address);
     void setClearDelay(unsigned milliseconds);
-    /// Runs on the camera's thread after each write of the user to `address`.
+    /// Runs `callback` on the camera's thread after each write by the program to `address`.
     void onWrite(std::uint32_t address, std::function<void(std::uint32_t value)> callback);
 
-    /// Runs on the camera's thread before each read of the user that begins at `address`, for a
-    /// register that follows others: the callback calls set().
+    /// Runs `callback` on the camera's thread before each read by the program that begins at
+    /// `address`. For a register that depends on others: the callback calls set().
     void onRead(std::uint32_t address, std::function<void()> callback);
 
-    /// How often the user has read or written the word at `address`.
+    /// Number of reads or writes by the program of the word at `address`.
     std::uint64_t reads(std::uint32_t address) const;
     std::uint64_t writes(std::uint32_t address) const;
-    /// All of the user's reads or writes outside of bootstrap registers and description.
+    /// Number of all reads or writes by the program outside bootstrap registers and description.
     std::uint64_t reads() const;
     std::uint64_t writes() const;
     void resetCounts();
@@ -79,7 +79,7 @@ private:
     mutable std::mutex mutex_; // guards everything below
     std::unordered_map<std::uint32_t, std::uint32_t> words_;
     std::map<std::uint32_t, Count> counts_;
-    std::map<std::uint32_t, Moment> commands_; ///< when they are done
+    std::map<std::uint32_t, Moment> commands_; ///< completion times
     std::chrono::milliseconds clearDelay_{0};
     std::map<std::uint32_t, std::function<void(std::uint32_t)>> callbacks_;
     std::map<std::uint32_t, std::function<void()>> readCallbacks_;

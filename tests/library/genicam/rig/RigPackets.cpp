@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A frame of a rig camera, cut into packets of the GigE Vision stream protocol.
+// Splits a frame of a rig camera into packets of the GigE Vision stream protocol.
 #include "tests/library/genicam/rig/RigPackets.h"
 
 #include <algorithm>
@@ -41,7 +41,7 @@ unsigned payloadType(Payload payload)
     return 0;
 }
 
-/// `info` has a place of its own among extended IDs.
+/// Builds a packet header; `info` has a separate field in extended headers.
 Bytes header(const RigFrame &frame, unsigned kind, std::size_t packet, unsigned info = 0)
 {
     Bytes bytes;
@@ -69,7 +69,7 @@ void appendImageInfo(Bytes &bytes, const RigFrame &frame, std::uint32_t height)
     append(bytes, 0, 2);
 }
 
-/// Of 48 bytes, one for each part.
+/// Appends the information about a part, 48 bytes.
 void appendPartInfo(Bytes &bytes, const RigFrame &frame, std::uint32_t height, std::size_t size,
                     unsigned purpose)
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stream of a rig camera: makes frames and sends them.
+// The stream of a rig camera: creates and sends frames.
 #include "tests/library/genicam/rig/RigStream.h"
 
 #include <sys/socket.h>
@@ -13,7 +13,7 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t mostKept = 8; // frames
+constexpr std::size_t maxKeptFrames = 8; // frames
 
 } // namespace
 
@@ -62,7 +62,7 @@ void RigStream::sendFrame(unsigned count)
     changed_.notify_all();
 }
 
-/// Of the next frame: exposure and rate limit it, and something else may delay the first one.
+/// The time until the next frame: limited by exposure and rate; a fault may delay the first frame.
 std::chrono::nanoseconds RigStream::period() const
 {
     const double rate = std::max(double{memory_.floatAt(RigAddress::frameRate)}, 0.001);
@@ -72,7 +72,7 @@ std::chrono::nanoseconds RigStream::period() const
     return std::chrono::nanoseconds(static_cast<std::int64_t>(seconds * 1e9));
 }
 
-/// False if the camera does not acquire any more.
+/// False if acquisition has ended.
 bool RigStream::waitForFrame()
 {
     std::unique_lock lock(mutex_);
@@ -140,7 +140,7 @@ void RigStream::sendOne()
     }
     const std::lock_guard lock(mutex_);
     kept_.emplace_back(frame.number, std::move(packets));
-    if (kept_.size() > mostKept) {
+    if (kept_.size() > maxKeptFrames) {
         kept_.pop_front();
     }
     ++framesSent_;
@@ -148,7 +148,7 @@ void RigStream::sendOne()
     const unsigned every = faults_.skipsFrameEvery;
     number_ += every != 0 && framesSent_ % every == 0 ? 2 : 1;
     if (!frame.extendedIds && number_ > 0xFFFF) {
-        number_ = 1; // 0 is no block ID
+        number_ = 1; // 0 is not a valid block ID
     }
 }
 
@@ -184,7 +184,7 @@ void RigStream::sendTestPacket(std::uint32_t packetSize)
 
 void RigStream::resend(std::uint64_t block, std::uint32_t first, std::uint32_t last)
 {
-    constexpr std::uint8_t sentAgain = 0x01; // second byte of a status of 0x0100
+    constexpr std::uint8_t sentAgain = 0x01; // second byte of status 0x0100
     const std::lock_guard lock(mutex_);
     for (const auto &[number, packets] : kept_) {
         const std::uint64_t known =

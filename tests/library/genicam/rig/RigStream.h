@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stream of a rig camera: makes frames and sends them.
+// The stream of a rig camera: creates and sends frames.
 #pragma once
 
 #include "tests/library/genicam/rig/RigFaults.h"
@@ -15,8 +15,8 @@
 
 namespace genicamtest {
 
-/// Sends frames while the camera acquires, on a thread of its own, to where the stream channel's
-/// registers say. All registers and faults are looked at again for each frame.
+/// Sends frames during acquisition, on its own thread, to the destination in the stream channel
+/// registers. Reads all registers and faults again for each frame.
 class RigStream {
 public:
     RigStream(in_addr address, RigMemory &memory, RigFaults &faults);
@@ -34,7 +34,7 @@ public:
     std::uint64_t packetsSent() const { return packetsSent_; }
     std::uint64_t packetsLost() const { return packetsLost_; }
     std::uint64_t testPackets() const { return testPackets_; }
-    /// What the next frame will be.
+    /// The description of the next frame.
     RigFrame nextFrame() const;
 
 private:
@@ -60,9 +60,9 @@ private:
     bool runs_ = false;
     bool ends_ = false;
     bool isFirst_ = true;
-    unsigned asked_ = 0; ///< frames by sendFrame()
+    unsigned asked_ = 0; ///< frames requested by sendFrame()
     std::uint64_t number_ = 1;
-    std::deque<std::pair<std::uint64_t, Packets>> kept_; ///< to be sent again
+    std::deque<std::pair<std::uint64_t, Packets>> kept_; ///< for resending
     std::thread thread_;
 };
 
