@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every entry point does around its one line: resolve the handle, keep exceptions inside.
+// Helpers for entry points: resolve the handle, catch exceptions.
 #pragma once
 
 #include "library/core/Library.h"
@@ -12,7 +12,7 @@
 
 namespace orvalis::api {
 
-/// Runs `body`; whatever it throws becomes a result code.
+/// Runs `body` and converts exceptions to result codes.
 template <class Body> std::int32_t guarded(Body body) noexcept
 {
     try {
@@ -24,8 +24,8 @@ template <class Body> std::int32_t guarded(Body body) noexcept
     }
 }
 
-/// Runs `body(camera)` for a call that leaves the camera as it is. `complete` tells whether all
-/// pointers are there.
+/// Runs `body(camera)` for a call that does not change the camera. `complete` is false if the
+/// caller passed a null pointer.
 template <class Body> std::int32_t reading(OCameraHandle handle, bool complete, Body body) noexcept
 {
     return guarded([&]() -> OResult {
@@ -46,7 +46,7 @@ template <class Body> std::int32_t reading(OCameraHandle handle, bool complete, 
     });
 }
 
-/// Marks the time of a change of the camera: lists that were read before or meanwhile may be old.
+/// Marks a change of the camera: lists read before or during it may be out of date.
 class ChangeScope {
 public:
     explicit ChangeScope(Camera &camera) : camera_(camera) { camera_.lists().changed(); }
@@ -58,7 +58,7 @@ private:
     Camera &camera_;
 };
 
-/// The same for a call that changes the camera: a grab under way is given up for it.
+/// Likewise for a call that changes the camera: cancels a running idle grab.
 template <class Body> std::int32_t writing(OCameraHandle handle, bool complete, Body body) noexcept
 {
     return reading(handle, complete, [&](Camera &camera) {
@@ -68,7 +68,7 @@ template <class Body> std::int32_t writing(OCameraHandle handle, bool complete, 
     });
 }
 
-/// A text of the caller, at most ORVALIS_TEXT_SIZE bytes of it: it may lack its NUL.
+/// The caller's text, at most ORVALIS_TEXT_SIZE bytes of it: its NUL may be missing.
 inline std::string_view boundedText(const char *text)
 {
     return {text, strnlen(text, ORVALIS_TEXT_SIZE)};
@@ -115,7 +115,7 @@ inline std::int32_t choose(OCameraHandle handle, Choice choice, const char *name
     });
 }
 
-/// Reads a part of a number and passes what was read to `use`.
+/// Reads a part of a number and passes it to `use`.
 template <class Use>
 std::int32_t readNumber(OCameraHandle handle, Number number, NumberPart part, bool complete,
                         Use use) noexcept

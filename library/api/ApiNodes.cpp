@@ -8,7 +8,7 @@ using namespace orvalis::api;
 
 namespace {
 
-/// Reads a node with one of NodeMap's getters and copies what it gave to the record.
+/// Reads a node with a getter of NodeMap and fills the record.
 template <class Value, class Record>
 std::int32_t readNode(OCameraHandle handle, const char *name, Record *record,
                       OResult (NodeMap::*read)(std::string_view, Value &)) noexcept
@@ -41,7 +41,7 @@ OResult writeInteger(NodeMap &nodes, std::string_view name, std::int32_t bits)
     if (result == ORVALIS_OK)
         result = fromInt32(bits, present, number);
     else if (result == ORVALIS_ERROR_ACCESS_DENIED)
-        result = ORVALIS_OK; // a node that is only written has no bounds to look at
+        result = ORVALIS_OK; // a write-only node has no readable bounds
     return result == ORVALIS_OK ? nodes.setInteger(name, number) : result;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From a colour mosaic to full colour, with OpenCV; its edges are made here.
+// Converts a colour mosaic to full colour with OpenCV, except for the edges.
 #include "library/convert/Bayer.h"
 
 #include <opencv2/imgproc.hpp>
@@ -10,7 +10,7 @@
 namespace orvalis {
 namespace {
 
-/// The 2 x 2 pixels at the upper left of a mosaic, by where its red pixel is.
+/// The position of the red pixel in the 2 x 2 pixels at the upper left of a mosaic.
 struct RedAt {
     int x;
     int y;
@@ -30,7 +30,7 @@ RedAt redOf(PixelKind order)
     }
 }
 
-/// OpenCV names a mosaic by the second and third pixels of its second row.
+/// OpenCV names a mosaic after the second and third pixels of its second row.
 int conversionOf(RedAt red)
 {
     constexpr std::array<int, 4> codes{cv::COLOR_BayerBG2RGB, cv::COLOR_BayerGB2RGB,
@@ -38,8 +38,9 @@ int conversionOf(RedAt red)
     return codes[static_cast<std::size_t>(red.y * 2 + red.x)];
 }
 
-/// Converts `edge`, one row or column, with the pixels around it; beyond the image the mosaic is
-/// mirrored, which keeps every pixel's colour. OpenCV alone repeats the result of the neighbour.
+/// Converts `edge`, one row or column, including neighbouring pixels. Beyond the image the mosaic
+/// is mirrored, which preserves the colour of every pixel; OpenCV alone would repeat the
+/// neighbour's result.
 void demosaicEdge(const cv::Mat &mosaic, RedAt red, const cv::Rect &edge, cv::Mat &out)
 {
     const cv::Rect wanted(edge.x - 1, edge.y - 1, edge.width + 2, edge.height + 2);

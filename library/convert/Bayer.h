@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From a colour mosaic to full colour.
+// Converts a colour mosaic to full colour.
 #pragma once
 
 #include "library/convert/PixelFormat.h"
@@ -10,8 +10,8 @@ namespace orvalis {
 
 /// Bilinear interpolation of an 8-bit mosaic. Each missing colour is the rounded mean of the
 /// samples of that colour among the eight neighbours. Beyond its edges the mosaic is mirrored about
-/// the outermost pixels, so that each colour meets its own; in images with a single row or column
-/// that pixel is repeated. `out` has width x height x 3 bytes (R, G, B).
+/// the outermost pixels, which preserves the colours; images with a single row or column repeat
+/// that pixel. `out` has width x height x 3 bytes (R, G, B).
 void demosaic(PixelKind order, const std::uint8_t *mosaic, int width, int height,
               std::uint8_t *out);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Images of any format that is not packed to RGB and to brightness.
+// Converts unpacked formats to RGB and to luminance.
 #include "library/convert/Bayer.h"
 #include "library/convert/Image.h"
 
@@ -13,17 +13,17 @@
 namespace orvalis {
 namespace {
 
-/// One row of an image, or all of its rows as one.
+/// One row of an image, or all rows as one.
 cv::Mat pixels(std::size_t count, int type, const std::uint8_t *data)
 {
     return {1, static_cast<int>(count), type, const_cast<std::uint8_t *>(data)};
 }
 
-/// OpenCV's conversions for a kind whose pixels are their colours in some order.
+/// OpenCV's conversions for a kind with interleaved colours.
 struct Interleaved {
     PixelKind kind;
     int channels;
-    int toRgb; ///< -1: it is RGB
+    int toRgb; ///< -1: already RGB
     int toGray;
 };
 
@@ -49,7 +49,7 @@ template <class Row> void forRows(const ImageView &image, const Row &row)
     });
 }
 
-/// Eight bits of each sample of a row: the row itself, or made in `scratch`.
+/// The upper eight bits of each sample of a row: the row itself, or a copy in `scratch`.
 const std::uint8_t *rowOf8(const ImageView &image, int channels, std::size_t y,
                            std::vector<std::uint8_t> &scratch)
 {
@@ -75,7 +75,7 @@ void interleavedToRgb(const ImageView &image, const Interleaved &kind, std::uint
     });
 }
 
-/// One row of three planes as R, G, B.
+/// Merges one row of three planes to R, G, B.
 void mergeRow(const ImageView &image, std::size_t y, cv::Mat &rgb)
 {
     const std::size_t plane = pixelCount(image);
@@ -125,8 +125,8 @@ bool directToRgb(const ImageView &image, std::uint8_t *out)
     return true;
 }
 
-/// The 8-bit samples of a monochrome or Bayer image: its own bytes, or made in `scratch`. Null
-/// if they cannot be had.
+/// The 8-bit samples of a monochrome or Bayer image: its own bytes, or a copy in `scratch`. Null if
+/// the format has none.
 const std::uint8_t *samples8(const ImageView &image, std::uint8_t *scratch)
 {
     if (image.format->packing == PixelPacking::Bytes) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Packed samples to 16-bit words, and words to their upper 8 bits.
+// Unpacks samples to 16-bit words, and extracts the upper 8 bits of words.
 #include "library/convert/Image.h"
 
 #include <opencv2/core/utility.hpp>
@@ -13,8 +13,8 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little, "samples are little-endian on the wire");
 
-// Each of these takes the bytes of four pixels as one little-endian number and spreads them over
-// four 16-bit words: a handful of masks and shifts, which the compiler vectorises.
+// Each of these reads the bytes of four pixels as one little-endian number and spreads them over
+// four 16-bit words with a few masks and shifts, which the compiler vectorises.
 struct Lsb10 {
     static constexpr std::size_t bytes = 5;
     static std::uint64_t spread(std::uint64_t x)
@@ -72,7 +72,7 @@ void unpackGroups(const std::uint8_t *in, std::size_t groups, std::uint16_t *out
     }
 }
 
-/// As unpackGroups(), but each read takes 8 bytes: the caller sees to it that they are there.
+/// Like unpackGroups(), but each read takes 8 bytes, which the caller must guarantee.
 template <typename Packing>
 void unpackGroupsWide(const std::uint8_t *in, std::size_t groups, std::uint16_t *out)
 {
@@ -84,13 +84,13 @@ void unpackGroupsWide(const std::uint8_t *in, std::size_t groups, std::uint16_t 
     }
 }
 
-/// A part of an image that one thread works on.
+/// A part of an image for one thread.
 struct Stripe {
     std::size_t first;
     std::size_t count;
 };
 
-/// Pixels of a stripe: enough that small images do not pay for threads.
+/// Pixels of a stripe: large enough that small images do not pay for threads.
 constexpr std::size_t stripePixels = 32768;
 
 int stripes(std::size_t pixels)
@@ -129,9 +129,9 @@ void unpackAll(const std::uint8_t *in, std::size_t size, std::size_t pixels, std
     }
 }
 
-/// `out` gets the upper 8 bits. Some cameras leave noise above the significant bits: better white
-/// than wrapped around. The shift is a constant, as the compiler widens words to shift them by
-/// anything else.
+/// Writes the upper 8 bits to `out`. Some cameras leave noise above the significant bits: saturate
+/// to white instead of wrapping around. The shift is a constant because the compiler widens words
+/// for variable shifts.
 template <unsigned shift>
 void shiftDown(const std::uint8_t *__restrict in, std::size_t count, std::uint8_t *__restrict out)
 {
@@ -143,7 +143,7 @@ void shiftDown(const std::uint8_t *__restrict in, std::size_t count, std::uint8_
     }
 }
 
-/// shiftDown() for samples of `depth` bits: 10, 12, 14 or 16.
+/// Selects shiftDown() for samples of `depth` bits: 10, 12, 14 or 16.
 auto shiftFrom(unsigned depth)
 {
     switch (depth) {

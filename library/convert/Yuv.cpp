@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Images whose pixels are brightness and colour, to RGB and to brightness: OpenCV puts the samples
-// in order and multiplies, tables say how.
+// Converts YUV images to RGB and to luminance: OpenCV reorders and multiplies the samples as the
+// tables define.
 #include "library/convert/Image.h"
 
 #include <opencv2/core.hpp>
@@ -13,7 +13,7 @@
 namespace orvalis {
 namespace {
 
-/// Where the samples of a group of pixels lie that share one U and one V.
+/// The positions of the samples in a group of pixels that share one U and one V.
 struct Layout {
     PixelKind kind;
     int pixels;
@@ -37,14 +37,14 @@ const Layout &layoutOf(const PixelFormat &format)
     return *std::ranges::find(layouts, format.kind, &Layout::kind);
 }
 
-/// Weights of red and blue in brightness, and where black, white and full colour are.
+/// Weights of red and blue in the luminance, and the levels of black, white and full colour.
 struct Coding {
     YuvCoding coding;
     double red;
     double blue;
     double black;
     double lumaSteps;  ///< from black to white
-    double colorSteps; ///< of U and V, from one end to the other
+    double colorSteps; ///< range of U and V
 };
 
 constexpr std::array codings{
@@ -58,8 +58,8 @@ const Coding &codingOf(const PixelFormat &format)
     return *std::ranges::find(codings, format.coding, &Coding::coding);
 }
 
-/// What Y, U, V, 1 are multiplied by to give R, G, B. U is (B - Y) / (2 (1 - blue)), V alike with
-/// red, and Y is the weighted sum of the three.
+/// The matrix from Y, U, V, 1 to R, G, B. U is (B - Y) / (2 (1 - blue)), V likewise with red, and Y
+/// is the weighted sum of R, G and B.
 cv::Matx34f matrixOf(const Coding &c)
 {
     const double luma = 255 / c.lumaSteps;
@@ -75,7 +75,8 @@ cv::Matx34f matrixOf(const Coding &c)
     return {matrix};
 }
 
-/// The group that a row ends within: V, and what else is missing, is that of the group before.
+/// The incomplete last group of a row; V, and anything else that is missing, comes from the
+/// previous group.
 std::array<std::uint8_t, 6> lastGroup(const Layout &layout, const std::uint8_t *row,
                                       std::size_t rowBytes)
 {
@@ -89,7 +90,7 @@ std::array<std::uint8_t, 6> lastGroup(const Layout &layout, const std::uint8_t *
     return group;
 }
 
-/// Puts samples of each group in the order that `pairs` tells; `in` has whole groups.
+/// Reorders the samples of each group according to `pairs`; `in` has whole groups.
 void reorder(const Layout &layout, const std::uint8_t *in, int groups, int samplesOut,
              std::uint8_t *out, const std::vector<int> &pairs)
 {
@@ -100,7 +101,7 @@ void reorder(const Layout &layout, const std::uint8_t *in, int groups, int sampl
     cv::mixChannels(&from, 1, &to, 1, pairs.data(), pairs.size() / 2);
 }
 
-/// Samples of a row, one pixel after the other: Y, U, V each, or Y alone.
+/// Reads a row pixel by pixel: Y, U, V each, or only Y.
 class RowReader {
 public:
     RowReader(const ImageView &image, int samples)
@@ -138,7 +139,7 @@ private:
     std::vector<int> pairs_; ///< for cv::mixChannels(): from, to, from, to ...
 };
 
-/// False where a row would end within a byte.
+/// False if rows do not end at byte boundaries.
 bool hasWholeRows(const ImageView &image)
 {
     return std::size_t{image.width} * image.format->bitsPerPixel % 8 == 0;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Addresses of the registers that the simulated cameras' own program looks at.
+// Addresses of the registers that the simulation itself reads.
 #pragma once
 
 #include <cstdint>
@@ -50,7 +50,7 @@ constexpr std::uint32_t kReadOutTime = 0x1120;
 constexpr std::uint32_t kTriggerSelector = 0x1130;
 constexpr std::uint32_t kTriggerSoftware = 0x1144;
 constexpr std::uint32_t kBurstFrameCount = 0x1148;
-constexpr std::uint32_t kTriggerMode = 0x1150; ///< one for each trigger, as those below
+constexpr std::uint32_t kTriggerMode = 0x1150; ///< one for each trigger; so are those below
 constexpr std::uint32_t kTriggerSource = 0x1158;
 constexpr std::uint32_t kTriggerActivation = 0x1160;
 constexpr std::uint32_t kTriggerDelay = 0x1168;
@@ -139,6 +139,6 @@ constexpr std::uint32_t kPayload = 0x1D40;
 constexpr std::uint32_t kStallDuration = 0x1D44;
 constexpr std::uint32_t kStall = 0x1D48;
 
-constexpr std::uint32_t kExtraNodes = 0x10000; ///< nodes that are there for load tests
+constexpr std::uint32_t kExtraNodes = 0x10000; ///< additional nodes for load tests
 
 } // namespace orvalis::simulated::address

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
-// The steps that automatic exposure, gain and white balance take from frame to frame.
+// One control step of automatic exposure, gain and white balance for each frame.
 #pragma once
 
 #include <array>
 
 namespace orvalis::simulated {
 
-/// What automatic exposure and gain know when a frame is complete.
+/// The input of automatic exposure and gain after a frame.
 struct BrightnessState {
-    double mean = 0;      ///< of the picture, 0 to 1
+    double mean = 0;      ///< of the image, 0 to 1
     double target = 0;    ///< 0 to 1
-    double steepness = 1; ///< how strongly the mean follows the light: gamma, contrast
+    double steepness = 1; ///< slope of the mean over the light: gamma, contrast
     bool exposureAuto = false;
     bool gainAuto = false;
     double exposure = 0; ///< microseconds
@@ -26,12 +26,12 @@ struct Brightness {
     double gain = 0;
 };
 
-/// The next exposure and gain. With both automatic, gain starts where exposure ends. Unchanged when
-/// the picture is as bright as it should be within a hundredth.
+/// The next exposure and gain. If both are automatic, gain covers only what exposure cannot.
+/// Unchanged if the mean is within a hundredth of the target.
 Brightness nextBrightness(const BrightnessState &state);
 
 /// The next ratios of white balance: half of the way to those that make the mean of the scene grey,
-/// all of it with `atOnce`.
+/// or all of it if `atOnce`.
 std::array<double, 3> nextBalance(const std::array<double, 3> &ratio,
                                   const std::array<double, 3> &meanLight, bool atOnce);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The four built-in cameras: what is fixed about each of them.
+// The fixed properties of the four built-in cameras.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +30,7 @@ constexpr bool isDeep(std::uint32_t code)
     return code == format::kMono12 || code == format::kBayerGR12;
 }
 
-/// Bytes of one pixel: PFNC codes carry the bits in their third byte.
+/// Bytes of one pixel: the third byte of a PFNC code is the number of bits.
 constexpr std::uint32_t bytesPerPixel(std::uint32_t code) { return ((code >> 16) & 0xFF) / 8; }
 
 /// Smallest region and its steps, in pixels.
@@ -38,10 +38,11 @@ constexpr std::uint32_t kSmallestWidth = 64;
 constexpr std::uint32_t kSmallestHeight = 8;
 constexpr std::uint32_t kRegionStep = 8;
 
-/// Most pixels of the sensor, in a row or a column, that binning and decimation make into one.
+/// The maximum number of sensor pixels, in a row or a column, that binning and decimation reduce to
+/// one.
 constexpr std::uint32_t kLargestReduction = 8;
 
-/// One built-in camera. A value given here is the usual one.
+/// One built-in camera. The values here are defaults.
 struct CameraModel {
     std::string_view id;
     std::string_view displayName;
@@ -52,17 +53,17 @@ struct CameraModel {
     std::uint32_t width;                    ///< pixels of the sensor
     std::uint32_t height;                   ///< rows of the sensor
     std::span<const std::uint32_t> formats; ///< PFNC codes, the default one first
-    double lineTime;                        ///< microseconds that the read-out of a row takes
+    double lineTime;                        ///< read-out time of a row in microseconds
     double overhead = 50;                   ///< microseconds between two read-outs
-    double linkRate = 450;                  ///< bytes per microsecond that the link carries
-    double maximumRate = 2000;              ///< frames per second that no region exceeds
+    double linkRate = 450;                  ///< bandwidth of the link in bytes per microsecond
+    double maximumRate = 2000;              ///< maximum frames per second of any region
     double exposureMinimum = 50;            ///< microseconds
-    double exposureDefault = 10000;         ///< microseconds; gives a well exposed picture at 0 dB
+    double exposureDefault = 10000;         ///< microseconds; a good exposure at 0 dB
     double rateDefault = 30;                ///< frames per second
     double gammaMaximum = 1;                ///< the exponent's upper bound
 };
 
-/// The built-in cameras, in the order in which they are found on the bus.
+/// The built-in cameras, in the order of discovery.
 std::span<const CameraModel> cameraModels();
 
 /// Shortest time between two frames of a region, in microseconds.

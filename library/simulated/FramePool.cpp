@@ -15,9 +15,9 @@ struct FramePool::State {
     }
 
     mutable std::mutex mutex; // guards all below
-    std::vector<Memory> idle; ///< has room for all buffers: giving one back allocates nothing
+    std::vector<Memory> idle; ///< capacity for all buffers: returning one does not allocate
     std::size_t size = 0;
-    std::size_t count = 0; ///< idle ones and those that are held
+    std::size_t count = 0; ///< idle buffers and buffers in use
 };
 
 FramePool::FramePool() : state_(std::make_shared<State>()) {}

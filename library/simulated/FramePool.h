@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Frame buffers that are used again, and again.
+// A pool of reusable frame buffers.
 #pragma once
 
 #include <cstddef>
@@ -10,18 +10,18 @@
 
 namespace orvalis::simulated {
 
-/// Hands out buffers of one size and takes them back when nobody holds them any more: no pixels are
-/// allocated once as many buffers exist as are held at the same time. Buffers may outlive the pool.
+/// Provides buffers of one size and reuses them after the last reference is released: allocates no
+/// pixels once as many buffers exist as are used at the same time. Buffers may outlive the pool.
 /// Any thread.
 class FramePool {
 public:
     FramePool();
 
-    /// A buffer of that many bytes with unknown content. Buffers of another size are given up as
-    /// they come back. @throws std::bad_alloc
+    /// Returns an uninitialised buffer. Frees buffers of another size when they are returned.
+    /// @throws std::bad_alloc
     std::shared_ptr<std::uint8_t> take(std::size_t bytes);
 
-    /// Buffers that exist.
+    /// Number of existing buffers.
     std::size_t size() const;
 
 private:

@@ -10,8 +10,8 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-constexpr int kBacklogFrames = 4; ///< frames that a late host still gets
-constexpr nanoseconds kBacklogTime = std::chrono::milliseconds(200); // and never less than this
+constexpr int kBacklogFrames = 4; ///< frames that a late host still receives
+constexpr nanoseconds kBacklogTime = std::chrono::milliseconds(200); // or this time, if longer
 constexpr std::size_t kTriggerQueue = 64;
 
 nanoseconds backlog(nanoseconds period) { return std::max(kBacklogFrames * period, kBacklogTime); }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Packs light into the pixel formats.
+// Converts light to the pixel formats.
 #include "library/simulated/Mosaic.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Puts one camera's node table together from the common rows.
+// Builds one camera's node table from the common rows.
 #include "library/simulated/NodeTable.h"
 
 #include "library/simulated/NodeRows.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The feature nodes of the simulated cameras as a table, and the look-ups in it.
+// The feature nodes of the simulated cameras as a table with look-up functions.
 #pragma once
 
 #include "library/simulated/CameraModel.h"
@@ -15,38 +15,38 @@
 
 namespace orvalis::simulated {
 
-/// An entry of an enumeration; the value is what stands in the register.
+/// An entry of an enumeration; `value` is the register's content.
 struct EntrySpec {
     std::string_view name;
     std::uint32_t value;
 };
 
-/// Which selector chooses among several registers of one node.
+/// The selector that selects among the registers of one node.
 enum class Selector : std::uint8_t {
     None,
     Balance,
     Line,
     Timer,
-    Trigger, ///< only where SimulationTriggerPerSelector is on
-    Strobe   ///< LineSelector, only where SimulationStrobePerLine is on
+    Trigger, ///< only if SimulationTriggerPerSelector is on
+    Strobe   ///< LineSelector, only if SimulationStrobePerLine is on
 };
 
-/// How many registers a selector chooses among.
+/// The number of registers that a selector selects among.
 constexpr std::uint32_t selectorCount(Selector selector)
 {
     constexpr std::uint32_t kCounts[] = {1, 3, 3, 2, 2, 3};
     return kCounts[static_cast<std::size_t>(selector)];
 }
 
-/// Properties of a node, to be combined.
+/// Properties of a node; a bit mask.
 enum NodeFlag : std::uint32_t {
-    kLockable = 1,  ///< may not change while the camera streams
+    kLockable = 1,  ///< read-only while the camera streams
     kColorOnly = 2, ///< only on colour cameras; not available in monochrome formats
     kThermalOnly = 4,
     kKept = 8,    ///< not part of the user sets
     kAlias = 16,  ///< a second name for registers of another node
-    kExpert = 32, ///< for experts
-    kGuru = 64    ///< for those who know
+    kExpert = 32, ///< visibility "Expert"
+    kGuru = 64    ///< visibility "Guru"
 };
 
 /// Bounds, increment and factory value of a number.
@@ -57,12 +57,12 @@ struct Range {
     double initial = 0;
 };
 
-/// Bytes that a string node takes.
+/// The size of a string node in bytes.
 constexpr std::uint32_t kTextBytes = 64;
 
-/// One node. Numbers, booleans, enumerations and commands take one 32-bit word at `address` (floats
-/// as IEEE 754 single precision), with a selector one word for each of its choices; strings take
-/// kTextBytes bytes, filled up with NUL.
+/// One node. Numbers, booleans, enumerations and commands occupy one 32-bit word at `address`
+/// (floats as IEEE 754 single precision), or one word for each choice of a selector; strings occupy
+/// kTextBytes bytes, padded with NUL.
 struct NodeSpec {
     std::string_view name;
     std::string_view category;
@@ -79,13 +79,13 @@ struct NodeSpec {
 
     /// True if the flag is set.
     bool has(NodeFlag flag) const { return (flags & flag) != 0; }
-    /// True for a node that holds others.
+    /// True for a category.
     bool isCategory() const { return type == ORVALIS_NODE_CATEGORY; }
-    /// Words from `address` on.
+    /// Number of words from `address` on.
     std::uint32_t words() const;
 };
 
-/// The rows that all cameras' tables are made of, by subject.
+/// The common rows of all cameras' tables, by subject.
 std::span<const NodeSpec> deviceNodes();
 std::span<const NodeSpec> acquisitionNodes();
 std::span<const NodeSpec> pictureNodes();
@@ -93,7 +93,7 @@ std::span<const NodeSpec> automaticNodes();
 std::span<const NodeSpec> connectionNodes();
 std::span<const NodeSpec> simulationNodes();
 
-/// The nodes of one camera. Immutable once made.
+/// The nodes of one camera. Immutable.
 class NodeTable {
 public:
     /// @param extraNodes additional integer nodes for load tests
@@ -103,13 +103,13 @@ public:
 
     /// All nodes, the category "Root" first.
     std::span<const NodeSpec> nodes() const { return nodes_; }
-    /// Null for a name that the camera does not have.
+    /// Null if the camera has no such node.
     const NodeSpec *find(std::string_view name) const;
-    /// The node that a word belongs to (never an alias); null where there is none.
+    /// The node that owns a word (never an alias); null if there is none.
     const NodeSpec *at(std::uint32_t address) const;
-    /// Names below a category, in order.
+    /// Names below a category, in table order.
     std::vector<std::string> children(std::string_view category) const;
-    /// Words that a memory needs for these nodes.
+    /// The memory size of these nodes in words.
     std::size_t memoryWords() const { return memoryWords_; }
 
 private:

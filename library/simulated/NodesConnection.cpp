@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Node tables: the way to the host.
+// Node tables: the connection to the host.
 #include "library/simulated/NodeRows.h"
 
 #include <array>
@@ -10,8 +10,7 @@ namespace {
 constexpr std::string_view kTransport = "TransportLayerControl";
 constexpr std::string_view kStatistics = "StreamStatistics";
 
-/// An IPv4 address as cameras have it: a number of 32 bits without sign, most significant byte
-/// first.
+/// An IPv4 address as cameras store it: an unsigned 32-bit number, most significant byte first.
 constexpr Range ipAddress(std::uint32_t value) { return {0, 4294967295.0, 1, double(value)}; }
 constexpr Range kCounter{0, 2147483647, 1, 0};
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Node tables: what changes the look of the picture.
+// Node tables: settings that change the image.
 #include "library/simulated/NodeRows.h"
 
 #include <array>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Random numbers and the loops that weight them; the loops are written to be vectorised.
+// Random numbers, and the vectorised loops that weight them.
 #include "library/simulated/Noise.h"
 
 #include "library/simulated/Vectorised.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The rules between a simulated camera's registers.
+// The dependencies between a simulated camera's registers.
 #include "library/simulated/RegisterFile.h"
 
 #include "library/simulated/Addresses.h"
@@ -20,7 +20,7 @@ constexpr std::uint32_t kOutputLine = 2;
 constexpr std::uint32_t kBurstTrigger = 1;
 constexpr double kLongestExposure = 3e7; ///< microseconds, with SimulationLongExposure
 
-/// The number that people mean by a single-precision value: 0.1f is 0.1, not 0.100000001.
+/// The shortest decimal number with this single-precision value: 0.1f gives 0.1, not 0.100000001.
 double shortest(float value)
 {
     char text[32];
@@ -30,7 +30,7 @@ double shortest(float value)
     return number;
 }
 
-/// A word with or without sign, as the node's bounds ask for.
+/// The signed or unsigned value of a word, according to the node's bounds.
 double wholeNumber(const NodeSpec &spec, std::uint32_t word)
 {
     const bool isUnsigned = spec.range.maximum > std::numeric_limits<std::int32_t>::max();
@@ -51,7 +51,7 @@ struct Axis {
     {
         return address == binning || address == decimation;
     }
-    /// Pixels of the sensor for one of the picture; at first the registers are empty.
+    /// Sensor pixels for each image pixel. The registers are empty at first.
     std::uint32_t step(const RegisterFile &registers) const
     {
         return std::max(1u, registers.word(binning)) * std::max(1u, registers.word(decimation));
@@ -91,7 +91,7 @@ void RegisterFile::setFactoryValues()
                 setNumber(spec, spec.address + 4 * i, spec.range.initial);
     }
     setWord(address::kLineMode + 4 * kOutputLine, 1);
-    if (model_.color) { // the sensor sees green best
+    if (model_.color) { // the sensor is most sensitive to green
         for (std::uint32_t c = 0; c < 3; ++c)
             setReal(address::kBalanceRatio + 4 * c, kNeutralRatio[c]);
     }
@@ -127,7 +127,7 @@ Range RegisterFile::bounds(const NodeSpec &spec, std::uint32_t address) const
             range.maximum = word(axis.largest) - word(axis.offset);
         else if (address == axis.offset)
             range.maximum = word(axis.largest) - word(axis.size);
-        else if (axis.reducesBy(address)) // of both together, word(address) is this one's share
+        else if (axis.reducesBy(address)) // word(address) is this node's part of the product
             range.maximum = std::min<double>(range.maximum,
                                              kLargestReduction /
                                                  (axis.step(*this) / std::max(1u, word(address))));
@@ -313,7 +313,7 @@ void RegisterFile::followReduction(std::uint32_t address, std::uint32_t previous
     const auto followed = [&](std::uint32_t pixels) {
         return wholeSteps(pixels * previousStep / step);
     };
-    // A whole sensor stays whole, whatever was rounded off.
+    // A region of the whole sensor stays whole despite rounding.
     const std::uint32_t size =
         word(axis->size) == word(axis->largest)
             ? largest

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The memory of a simulated camera: what all its nodes, and its raw registers, are views of.
+// The memory of a simulated camera, which its nodes and raw registers share.
 #pragma once
 
 #include "library/simulated/NodeTable.h"
@@ -11,41 +11,41 @@
 
 namespace orvalis::simulated {
 
-/// All settings of a camera in 32-bit words, with the rules that hold between them. Not
-/// synchronised: its owner holds a lock around every call.
+/// All settings of a camera in 32-bit words, and the dependencies between them. Not synchronised:
+/// the owner holds a lock around every call.
 class RegisterFile {
 public:
     RegisterFile(const CameraModel &model, std::size_t extraNodes);
 
-    /// What the words mean.
+    /// The nodes of the words.
     const NodeTable &table() const { return table_; }
 
-    /// Address of the word that a node shows at present (its selector decides).
+    /// The address of the word that a node refers to at present (its selector decides).
     std::uint32_t addressOf(const NodeSpec &spec) const;
     /// Bounds at present.
     Range bounds(const NodeSpec &spec, std::uint32_t address) const;
-    /// What may be done with a node at present. Commands that may not run while the camera streams
-    /// keep their access mode: see mayExecute().
+    /// The present access mode of a node. Commands that may not run while the camera streams keep
+    /// their access mode: see mayExecute().
     OAccessMode access(const NodeSpec &spec, bool streaming) const;
     /// The entries that an enumeration offers at present.
     std::span<const EntrySpec> entries(const NodeSpec &spec) const { return spec.entries; }
 
-    /// The word at an address that the table has, as for all below.
+    /// The word at an address, which must be in the table; so for all functions below.
     std::uint32_t word(std::uint32_t address) const { return words_[address / 4]; }
-    /// Writes without any rule: for what the camera itself measures and finds.
+    /// Writes without applying any rules: for values that the camera itself measures.
     void setWord(std::uint32_t address, std::uint32_t value) { words_[address / 4] = value; }
 
     /// The word as IEEE 754 single precision.
     float real(std::uint32_t address) const;
-    /// As setWord(), in single precision.
+    /// Like setWord(), in single precision.
     void setReal(std::uint32_t address, double value);
     /// True unless the word is 0.
     bool flag(std::uint32_t address) const { return word(address) != 0; }
 
-    /// The number that stands at an address, read as the node says.
+    /// The number at an address, interpreted according to the node.
     double number(const NodeSpec &spec, std::uint32_t address) const;
-    /// Writes a number under the rules: ORVALIS_ERROR_OUT_OF_RANGE, or done, with everything that
-    /// follows from it. Does not look at access modes.
+    /// Writes a number and applies the rules, or returns ORVALIS_ERROR_OUT_OF_RANGE. Does not check
+    /// access modes.
     OResult setNumber(const NodeSpec &spec, std::uint32_t address, double value);
 
     /// A string, up to its first NUL.
@@ -53,25 +53,25 @@ public:
     /// ORVALIS_ERROR_OUT_OF_RANGE for a text that does not fit.
     OResult setText(const NodeSpec &spec, std::string_view value);
 
-    /// A 32-bit value as the raw register calls write it, under the same rules as setNumber().
+    /// Writes a 32-bit value, as the raw register calls do, with the same rules as setNumber().
     OResult writeWord(const NodeSpec &spec, std::uint32_t address, std::uint32_t value);
 
-    /// All words that belong to a user set, in an order of their own.
+    /// All words of a user set, in an internal order.
     std::vector<std::uint32_t> userSet() const;
-    /// Takes what userSet() gave.
+    /// Restores the result of userSet().
     void loadUserSet(const std::vector<std::uint32_t> &words);
-    /// What leaves the factory.
+    /// The factory settings.
     const std::vector<std::uint32_t> &factorySet() const { return factorySet_; }
 
-    /// The trigger that frames wait for, by its number in TriggerSelector; of several that are on
-    /// the one that all others wait for.
+    /// The trigger that frames wait for, by its number in TriggerSelector; if several are on, the
+    /// one that the others depend on.
     std::uint32_t activeTrigger() const;
-    /// True if the software trigger is that of activeTrigger().
+    /// True if TriggerSelector selects activeTrigger().
     bool selectsActiveTrigger() const;
 
-    /// Shortest time between two frames at present, in microseconds.
+    /// The minimum time between two frames at present, in microseconds.
     double shortestPeriod() const;
-    /// Time between two frames as set, in microseconds.
+    /// The configured time between two frames, in microseconds.
     double framePeriod() const;
 
 private:
@@ -85,7 +85,7 @@ private:
     const CameraModel &model_;
     NodeTable table_;
     std::vector<std::uint32_t> words_;
-    std::vector<std::uint32_t> saved_; ///< indices of the words that user sets hold
+    std::vector<std::uint32_t> saved_; ///< indices of the words in user sets
     std::vector<std::uint32_t> factorySet_;
 };
 

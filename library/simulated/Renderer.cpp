@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Draws stills and frames.
+// Renders stills and frames.
 #include "library/simulated/Renderer.h"
 
 #include "library/simulated/Mosaic.h"
@@ -12,7 +12,8 @@
 namespace orvalis::simulated {
 namespace {
 
-/// Light of one row: weighted sum of the planes, plus detail. Written to be vectorised.
+/// Light of one row: weighted sum of the planes, plus detail. Written so that the compiler
+/// vectorises it.
 void weigh(const std::uint16_t *__restrict red, const std::uint16_t *__restrict green,
            const std::uint16_t *__restrict blue, const std::array<float, 3> &weights,
            std::uint16_t *__restrict light, std::size_t count)
@@ -46,7 +47,7 @@ void sharpen(const std::int16_t *__restrict detail, float weight, std::uint16_t 
     }
 }
 
-/// Unevenness of a column of an uncorrected thermal sensor, in steps of light.
+/// The offset of a column of an uncorrected thermal sensor, in light steps.
 int columnError(std::uint32_t x)
 {
     const std::uint32_t hash = (x * 2654435761u) >> 16;
@@ -91,7 +92,7 @@ void Renderer::prepare(const SensorSettings &settings)
             drawStill<std::uint8_t>(settings);
         }
         findDiscColor(settings);
-    } catch (...) { // out of memory: what is there belongs to no settings
+    } catch (...) { // out of memory: the still is invalid
         settings_.reset();
         throw;
     }
@@ -247,7 +248,7 @@ const Sample *Renderer::withDisc(const Disc &disc, std::uint32_t y, const Sample
         return row;
     const double half = std::sqrt(disc.radius * disc.radius - dy * dy);
     const double width = settings_->region.width;
-    // whole pairs of pixels, since some formats share colour between two
+    // whole pairs of pixels: some formats share colour between two
     const auto first =
         static_cast<std::uint32_t>(std::clamp((disc.x - half) / reduction.stepX, 0.0, width)) & ~1u;
     const auto last =
@@ -308,7 +309,7 @@ double Renderer::meanBrightness(const Region &area) const
     const Region &region = settings_->region;
     const bool deep = isDeep(settings_->pixelFormat);
     const std::size_t perPixel = samplesPerPixel();
-    // brightness is every other sample of YUV; all samples otherwise
+    // luminance is every second sample of YUV, every sample of other formats
     const std::size_t step = settings_->pixelFormat == format::kYuv422 ? 2 : 1;
     double sum = 0;
     std::size_t count = 0;

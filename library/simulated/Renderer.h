@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Turns scene and settings into pictures, fast: what stays the same from frame to frame is kept.
+// Renders images from scene and settings, reusing what does not change between frames.
 #pragma once
 
 #include "library/simulated/Noise.h"
@@ -15,33 +15,33 @@
 
 namespace orvalis::simulated {
 
-/// Draws a camera's pictures. The scene without noise and motion (the "still") is drawn once for
+/// Renders a camera's images. The scene without noise and motion (the "still") is rendered once for
 /// each change of the settings; a frame is the still, plus the moving disc, plus noise. Any thread;
-/// pictures are drawn one after the other.
+/// renders one image at a time.
 class Renderer {
 public:
     explicit Renderer(const CameraModel &model);
 
-    /// Draws one picture of region.width x region.height pixels. `out` has room for their bytes and
-    /// is aligned for 16-bit words.
+    /// Renders one image of region.width x region.height pixels. `out` has enough bytes and is
+    /// aligned for 16-bit words.
     void render(const SensorSettings &settings, const FrameStamp &stamp, std::uint8_t *out);
 
-    /// Mean sample, 0 to 1, of part of the last picture, without its noise. `area` in pixels of the
-    /// picture.
+    /// Mean sample, 0 to 1, of a part of the last image, without its noise. `area` is in pixels of
+    /// the image.
     double meanBrightness(const Region &area) const;
-    /// Mean light on the red, green and blue pixels of a region, before any balance.
+    /// Mean light on the red, green and blue pixels of a region, before white balance.
     std::array<double, 3> meanLight(const SensorSettings &settings);
 
 private:
-    /// A picture without noise, and how much noise its samples have.
+    /// An image without noise, and the standard deviation of the noise for each sample.
     template <class Sample> struct Still {
         std::vector<Sample> values;
         std::vector<typename NoiseTypes<Sample>::Sigma> sigma;
     };
-    /// The moving disc in this picture: its colour in samples, its place in the region,
-    /// in pixels of the sensor.
+    /// The moving disc in this image: its colour in samples, its position in the region, in pixels
+    /// of the sensor.
     struct Disc {
-        std::array<std::uint16_t, 3> samples{}; ///< R, G, B; Y, U, V; or brightness thrice
+        std::array<std::uint16_t, 3> samples{}; ///< R, G, B; Y, U, V; or luminance three times
         double x = 0;
         double y = 0;
         double radius = 0;
@@ -72,9 +72,9 @@ private:
     std::optional<Scene> scene_;
     std::optional<SensorSettings> settings_; ///< of the still
     ToneCurve curve_;
-    std::array<std::vector<std::uint16_t>, 3> light_; ///< one row, in steps of light
-    std::vector<std::uint16_t> sensorLight_;          ///< one row before it is reduced
-    std::vector<std::uint32_t> sums_;                 ///< of the pixels that become one
+    std::array<std::vector<std::uint16_t>, 3> light_; ///< one row, in light steps
+    std::vector<std::uint16_t> sensorLight_;          ///< one row before reduction
+    std::vector<std::uint32_t> sums_; ///< sums of the pixels that are reduced to one
     Still<std::uint8_t> still8_;
     Still<std::uint16_t> still12_;
     std::array<std::uint16_t, 3> discSamples_{};

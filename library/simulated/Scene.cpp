@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Draws the scenes of the simulated cameras.
+// Renders the scenes of the simulated cameras.
 #include "library/simulated/Scene.h"
 
 #include <algorithm>
@@ -68,7 +68,7 @@ Color gray(double value)
     return {v, v, v};
 }
 
-/// Colour of a hue in degrees: light between `low` and `high`.
+/// The colour of a hue in degrees, with light between `low` and `high`.
 Color fromHue(double degrees, double low, double high)
 {
     Color color;
@@ -80,8 +80,8 @@ Color fromHue(double degrees, double low, double high)
     return color;
 }
 
-/// Six columns and four rows: strong, muted and light hues, and greys. The hues go once round the
-/// circle in each row, so that the chart as a whole is grey.
+/// Six columns and four rows: strong, muted and light hues, and greys. Each row covers the whole
+/// circle of hues, so that the mean of the chart is grey.
 void paintPatches(Painter &painter)
 {
     constexpr double kLeft = 0.04, kTop = 0.06, kWidth = 0.48, kHeight = 0.42, kGap = 0.008;
@@ -144,7 +144,7 @@ std::vector<Plane> paintVisible(const CameraModel &model)
     return painter.take();
 }
 
-/// Something warm: a soft spot.
+/// A warm object: a soft spot.
 struct Warmth {
     double u, v, width, height, amount;
 };
@@ -177,7 +177,7 @@ std::uint16_t brightnessAt(const std::vector<Plane> &planes, std::size_t i)
         (77u * planes[0].values[i] + 150u * planes[1].values[i] + 29u * planes[2].values[i]) >> 8);
 }
 
-/// What a blur over 3 x 3 pixels takes away. Edge pixels of the sensor have none.
+/// The detail that a blur over 3 x 3 pixels removes; 0 for edge pixels of the sensor.
 std::vector<std::int16_t> makeDetail(const std::vector<Plane> &planes, std::size_t width,
                                      std::size_t height)
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What stands in front of a simulated camera: reflected light for every pixel of its sensor.
+// The scene before a simulated camera: reflected light for every pixel of its sensor.
 #pragma once
 
 #include "library/simulated/CameraModel.h"
@@ -25,28 +25,28 @@ struct Plane {
     }
 };
 
-/// A disc that runs to and fro in a lane of the scene; places in pixels of the sensor.
+/// A disc that moves back and forth in a lane of the scene; positions in pixels of the sensor.
 struct MovingDisc {
-    double left = 0;  ///< x of the centre at its leftmost
-    double right = 0; ///< and at its rightmost
+    double left = 0;  ///< smallest x of the centre
+    double right = 0; ///< largest x of the centre
     double y = 0;
     double radius = 0;
     double speed = 0; ///< pixels per second
     std::array<std::uint16_t, 3> color{};
 
-    /// x of the centre at a time.
+    /// The x of the centre at a time.
     double positionAt(double seconds) const;
 };
 
-/// A still scene and one thing that moves. Visible light: a chart of colour patches, a resolution
-/// star, line pairs, a lamp, a grey ramp. Thermal: warm things before a cool wall.
+/// A still scene and one moving object. Visible light: a chart of colour patches, a resolution
+/// star, line pairs, a lamp, a grey ramp. Thermal: warm objects before a cool wall.
 struct Scene {
-    std::vector<Plane> planes; ///< red, green, blue; a camera without colour has brightness only
-    std::vector<std::int16_t> detail; ///< brightness less the mean of its neighbourhood
+    std::vector<Plane> planes;        ///< red, green, blue; only luminance for a monochrome camera
+    std::vector<std::int16_t> detail; ///< luminance minus the mean of its neighbourhood
     MovingDisc disc;
 };
 
-/// Draws the scene for a camera's sensor.
+/// Renders the scene for a camera's sensor.
 Scene makeScene(const CameraModel &model);
 
 } // namespace orvalis::simulated

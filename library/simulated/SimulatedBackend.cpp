@@ -12,7 +12,7 @@ namespace {
 
 using simulated::SimulatedCamera;
 
-/// Nodes that ORVALIS_SIMULATED_EXTRA_NODES asks for; at most 10,000.
+/// The number of nodes that ORVALIS_SIMULATED_EXTRA_NODES requests; at most 10,000.
 std::size_t extraNodes()
 {
     const char *const text = std::getenv("ORVALIS_SIMULATED_EXTRA_NODES");
@@ -22,7 +22,7 @@ std::size_t extraNodes()
     return count < 0 ? 0 : count > 10000 ? 10000 : static_cast<std::size_t>(count);
 }
 
-/// One session with a camera.
+/// One session of a camera.
 class SimulatedDevice final : public Device {
 public:
     SimulatedDevice(std::shared_ptr<SimulatedCamera> camera, SimulatedCamera::Session session)
@@ -73,7 +73,7 @@ private:
     DeviceIdentity identity_;
 };
 
-/// The bus with the built-in cameras, which are switched on with it.
+/// The bus with the built-in cameras, which power on with it.
 class SimulatedBackend final : public Backend {
 public:
     SimulatedBackend()

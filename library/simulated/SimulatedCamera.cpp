@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A simulated camera's life on the bus, its registers and its commands.
+// A simulated camera on the bus: presence, registers and commands.
 #include "library/simulated/SimulatedCamera.h"
 
 #include "library/simulated/Addresses.h"
@@ -62,7 +62,7 @@ void SimulatedCamera::close(Session session)
 
 void SimulatedCamera::waitUntil(Lock &lock, Clock::time_point when)
 {
-    // far deadlines overflow the operating system's clock
+    // distant deadlines overflow the operating system's clock
     changed_.wait_until(lock, std::min(when, Clock::now() + std::chrono::hours(1)));
 }
 
@@ -184,7 +184,7 @@ OResult SimulatedCamera::run(std::uint32_t command)
     case address::kAlarmReset:
         registers_.setWord(address::kAlarmStatus, 0);
         break;
-    default: // commands whose effect cannot be seen
+    default: // commands without a visible effect
         break;
     }
     return ORVALIS_OK;
@@ -216,7 +216,7 @@ OResult SimulatedCamera::saveUserSet()
 {
     const std::uint32_t number = registers_.word(address::kUserSetSelector);
     if (number == 0)
-        return ORVALIS_ERROR_ACCESS_DENIED; // the maker's settings stay as they are
+        return ORVALIS_ERROR_ACCESS_DENIED; // factory settings are read-only
     UserSets::of(model_.id).save(number, registers_.userSet());
     return ORVALIS_OK;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One simulated camera: what goes on inside of its housing, whether or not somebody has it open.
+// One simulated camera: its state, whether or not a program has opened it.
 #pragma once
 
 #include "library/core/Device.h"
@@ -16,30 +16,30 @@
 namespace orvalis::simulated {
 
 /// A camera on the simulated bus. Every function may be called from any thread. Functions that take
-/// a session report ORVALIS_ERROR_CONNECTION_LOST when the camera has left the bus since that
-/// session was opened.
+/// a session return ORVALIS_ERROR_CONNECTION_LOST if the camera has left the bus since that session
+/// was opened.
 class SimulatedCamera {
 public:
-    /// 0 is never the number of a session.
+    /// 0 is not a valid session.
     using Session = std::uint64_t;
 
-    /// Switches the camera on.
+    /// Powers on the camera.
     SimulatedCamera(const CameraModel &model, std::size_t extraNodes);
 
-    /// What is fixed about the camera.
+    /// The fixed properties of the camera.
     const CameraModel &model() const { return model_; }
     /// Its nodes.
     const NodeTable &table() const { return table_; }
 
-    /// False while a restart or a fault holds it away.
+    /// False during a restart or a simulated fault.
     bool isOnBus() const;
-    /// ORVALIS_ERROR_NOT_FOUND while it is away, ORVALIS_ERROR_BUSY while anybody has it open,
-    /// ORVALIS_ERROR_DEVICE on demand.
+    /// ORVALIS_ERROR_NOT_FOUND while it is off the bus, ORVALIS_ERROR_BUSY while a program has it
+    /// open, ORVALIS_ERROR_DEVICE on demand.
     OResult open(Session &session);
-    /// Ends the session and its stream; nothing if it has ended already.
+    /// Ends the session and its stream. Idempotent.
     void close(Session session);
 
-    /// Runs `action(registers, streaming)` under the lock, when the camera gets round to it.
+    /// Runs `action(registers, streaming)` under the lock, after the simulated access time.
     template <class Action> OResult look(Session session, Action action)
     {
         std::unique_lock lock(mutex_);
@@ -47,8 +47,8 @@ public:
             return result;
         return action(static_cast<const RegisterFile &>(registers_), streaming());
     }
-    /// Runs `action(registers)`, which changes what stands at `address` and nothing if it fails,
-    /// unless the node may not be written.
+    /// Runs `action(registers)`, which writes the node or fails without an effect.
+    /// ORVALIS_ERROR_ACCESS_DENIED if the node is not writable.
     template <class Action> OResult change(Session session, const NodeSpec &spec, Action action)
     {
         std::unique_lock lock(mutex_);
@@ -63,7 +63,7 @@ public:
     /// Executes a command.
     OResult execute(Session session, const NodeSpec &spec);
 
-    /// This one and those below are as in Device, for the session that is open.
+    /// This function and those below are as in Device, for an open session.
     OResult startStream(Session session);
     /// @copydoc startStream
     OResult stopStream(Session session);
@@ -78,7 +78,7 @@ private:
     enum class Acquisition { None, Stream, Snapshot };
     using Lock = std::unique_lock<std::mutex>;
 
-    // All of these are called with the lock held.
+    // Call these with the lock held.
     bool streaming() const { return acquisition_ == Acquisition::Stream; }
     OResult answer(Lock &lock, Session session);
     OResult pass(Lock &lock, Session session, std::uint32_t duration);
@@ -117,10 +117,10 @@ private:
     RegisterFile registers_;
     const NodeTable &table_;
     FrameScheduler scheduler_;
-    Session session_ = 0; ///< of who has it open; 0: nobody
+    Session session_ = 0; ///< the open session; 0: none
     Session lastSession_ = 0;
     Clock::time_point awayUntil_;
-    Clock::time_point heldUntil_; ///< by another program
+    Clock::time_point heldUntil_; ///< end of the simulated use by another program
     Clock::time_point stalledUntil_;
     Clock::time_point poweredOn_;
     Clock::time_point timestampZero_;

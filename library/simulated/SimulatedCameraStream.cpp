@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How a simulated camera takes frames.
+// Streams and single images of a simulated camera.
 #include "library/simulated/Addresses.h"
 #include "library/simulated/AutoControl.h"
 #include "library/simulated/SimulatedCamera.h"
@@ -15,13 +15,13 @@ namespace {
 
 using std::chrono::nanoseconds;
 
-constexpr std::uint32_t kSingleFrame = 1, kMultiFrame = 2; ///< of AcquisitionMode
-constexpr std::uint32_t kBurst = 1;                        ///< of TriggerSelector
-constexpr std::uint32_t kContinuous = 2;                   ///< of the automatic controls
+constexpr std::uint32_t kSingleFrame = 1, kMultiFrame = 2; ///< values of AcquisitionMode
+constexpr std::uint32_t kBurst = 1;                        ///< entry of TriggerSelector
+constexpr std::uint32_t kContinuous = 2;                   ///< entry of automatic controls
 
 enum class Payload : std::uint32_t { Image, TrailingData, MissingRows, UnknownFormat };
 constexpr std::uint32_t kTrailingBytes = 64;
-constexpr std::uint32_t kUnknownFormat = 0x810800FF; ///< PFNC: codes of their makers begin with 8
+constexpr std::uint32_t kUnknownFormat = 0x810800FF; ///< PFNC: vendor-specific codes begin with 8
 
 nanoseconds fromMicroseconds(double us)
 {
@@ -156,7 +156,7 @@ OResult SimulatedCamera::exposeFrame(Lock &lock, Clock::time_point due, Clock::t
         return ORVALIS_OK;
     }
     const std::uint32_t bytes = registers_.word(address::kPayloadSize);
-    lock.unlock(); // nodes can be read while the picture is drawn
+    lock.unlock(); // nodes stay accessible while the image is rendered
     std::shared_ptr<std::uint8_t> buffer;
     try {
         buffer = pool_.take(bytes + kTrailingBytes);
@@ -256,7 +256,7 @@ void SimulatedCamera::adjustBrightness(double mean)
         .gain = r.real(address::kGain),
         .gainMaximum = r.real(address::kAutoGainUpper)};
     if (!state.exposureAuto && !state.gainAuto)
-        return; // switched off meanwhile
+        return; // automatic control switched off meanwhile
     state.exposureMaximum = std::max(state.exposureMaximum, state.exposureMinimum);
     const Brightness next = nextBrightness(state);
     registers_.setNumber(*table_.at(address::kExposureTime), address::kExposureTime,

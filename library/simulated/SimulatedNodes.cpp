@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Feature nodes over registers.
+// Implements feature nodes with registers.
 #include "library/simulated/SimulatedNodes.h"
 
 #include <algorithm>

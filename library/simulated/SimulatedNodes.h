@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A simulated camera's registers, seen as feature nodes.
+// A simulated camera's registers as feature nodes.
 #pragma once
 
 #include "library/core/NodeMap.h"
@@ -9,7 +9,7 @@
 
 namespace orvalis::simulated {
 
-/// The node map of one session with a camera.
+/// The node map of one session of a camera.
 class SimulatedNodes final : public NodeMap {
 public:
     SimulatedNodes(SimulatedCamera &camera, SimulatedCamera::Session session)
@@ -31,14 +31,14 @@ public:
     OResult setText(std::string_view name, std::string_view value) override;
     OResult execute(std::string_view name) override;
 
-    /// The same memory without names. ORVALIS_ERROR_BAD_ARGUMENT for an address that is no multiple
-    /// of 4, ORVALIS_ERROR_NOT_FOUND for one that has no register.
+    /// Reads the same memory by address. ORVALIS_ERROR_BAD_ARGUMENT for an address that is not a
+    /// multiple of 4, ORVALIS_ERROR_NOT_FOUND for one without a register.
     OResult readRegister(std::uint32_t address, std::uint32_t &value);
-    /// As readRegister(), and ORVALIS_ERROR_ACCESS_DENIED for a register that is locked or fixed.
+    /// Like readRegister(); also ORVALIS_ERROR_ACCESS_DENIED for a read-only or locked register.
     OResult writeRegister(std::uint32_t address, std::uint32_t value);
 
 private:
-    /// A node of that name and type. `result` says what is wrong where there is none.
+    /// Finds a node by name and type; null with the reason in `result` if there is none.
     const NodeSpec *find(std::string_view name, ONodeType type, OResult &result);
     template <class Action> OResult read(std::string_view name, ONodeType type, Action action);
     OResult writeNumber(std::string_view name, ONodeType type, double value);

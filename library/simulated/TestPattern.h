@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures that need no light: every pixel is known beforehand.
+// Computed images with known pixels.
 #pragma once
 
 #include <array>
@@ -21,10 +21,10 @@ enum class TestPattern : std::uint32_t {
     ColorBar
 };
 
-/// True for patterns that differ from frame to frame.
+/// True for patterns that change from frame to frame.
 bool moves(TestPattern pattern);
 
-/// Red, green, blue, 0 to 255, of a pixel of a picture of that size. Patterns that move have moved
+/// Red, green, blue, 0 to 255, of one pixel of an image of this size. Moving patterns are displaced
 /// by `shift` pixels.
 std::array<std::uint8_t, 3> patternAt(TestPattern pattern, std::uint32_t x, std::uint32_t y,
                                       std::uint32_t width, std::uint32_t height,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The optics of the simulated sensors.
+// The response of the simulated sensors.
 #include "library/simulated/ToneCurve.h"
 
 #include "library/simulated/Noise.h"
@@ -35,7 +35,7 @@ double tone(double light, const SensorSettings &s)
     return std::clamp((y - 0.5) * s.contrast + 0.5, 0.0, 1.0);
 }
 
-/// Shot noise of the electrons and noise of the read-out, as shares of full scale.
+/// Shot noise and read-out noise as fractions of full scale.
 double noiseAt(double light, const SensorSettings &s)
 {
     const double shot = light * s.gain / kFullWell;
@@ -55,7 +55,7 @@ Matrix multiply(const Matrix &a, const Matrix &b)
     return product;
 }
 
-/// Turns and stretches the plane of colour differences; brightness stays.
+/// Rotates and scales the plane of colour differences; luminance stays unchanged.
 Matrix colorPlane(double hue, double saturation)
 {
     constexpr Matrix kToDifferences{{{kRed, kGreen, kBlue},
@@ -88,7 +88,7 @@ ToneCurve makeToneCurve(const SensorSettings &settings, int maximum, int sigmaMa
         tones[i] = tone(i / double(kLightSteps - 1), settings);
     ToneCurve curve{.value = std::vector<std::uint16_t>(kLightSteps),
                     .sigma = std::vector<std::uint16_t>(kLightSteps)};
-    constexpr std::uint32_t kReach = 32; // the slope is taken over this many steps on each side
+    constexpr std::uint32_t kReach = 32; // the slope is measured over this many steps on each side
     for (std::uint32_t i = 0; i < kLightSteps; ++i) {
         const std::uint32_t low = i < kReach ? 0 : i - kReach;
         const std::uint32_t high = std::min(i + kReach, kLightSteps - 1);

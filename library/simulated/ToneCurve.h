@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// From light to sample values: black level, gamma, contrast, and the noise at each brightness.
+// Converts light to sample values: black level, gamma, contrast, and the noise at each level.
 #pragma once
 
 #include "library/simulated/SensorSettings.h"
@@ -10,34 +10,34 @@
 
 namespace orvalis::simulated {
 
-/// Steps of light that a curve distinguishes; the last one is full scale.
+/// The number of light steps; the last one is full scale.
 constexpr std::uint32_t kLightSteps = 16384;
 
-/// Tables from light to sample.
+/// Tables indexed by light step.
 struct ToneCurve {
     std::vector<std::uint16_t> value; ///< sample
     std::vector<std::uint16_t> sigma; ///< standard deviation of its noise, see kSigmaSteps
 };
 
-/// Makes the tables for samples up to `maximum` with sigmas up to `sigmaMaximum`.
+/// Computes the tables for samples up to `maximum` and standard deviations up to `sigmaMaximum`.
 ToneCurve makeToneCurve(const SensorSettings &settings, int maximum, int sigmaMaximum);
 
-/// The tables that take light as it is: step 0 to 0, the last one to `maximum`, without noise.
+/// Linear tables: step 0 gives 0, the last one `maximum`, without noise.
 ToneCurve makeStraightCurve(int maximum);
 
-/// What the sensor's colours are multiplied by, rows and columns red, green, blue: exposure, gain,
-/// light, white balance, saturation, hue. Light of value kWhite at the default exposure becomes
-/// 0.85 of full scale, in steps of light.
+/// Factors for the sensor's colours, rows and columns red, green, blue: exposure, gain, light,
+/// white balance, saturation, hue. Light of value kWhite at the default exposure becomes 0.85 of
+/// full scale, in light steps.
 using ColorMatrix = std::array<std::array<float, 3>, 3>;
 ColorMatrix makeColorMatrix(const SensorSettings &settings, double exposureDefault);
 
-/// The ratios that balance the sensor in daylight.
+/// The white balance ratios for daylight.
 constexpr std::array<double, 3> kNeutralRatio{1.4, 1.0, 1.6};
 
-/// Brightness of a colour: what a monochrome format of a colour camera shows.
+/// The luminance of a colour: the value in a monochrome format of a colour camera.
 std::array<float, 3> brightnessRow(const ColorMatrix &matrix);
 
-/// What one step of white light from the scene is to the sensor, without any balance.
+/// The sensor's response to one step of white light from the scene, before white balance.
 std::array<double, 3> sensorResponse(std::uint32_t illuminant);
 
 } // namespace orvalis::simulated

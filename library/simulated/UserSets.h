@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a simulated camera remembers when it is switched off.
+// The non-volatile memory of a simulated camera.
 #pragma once
 
 #include <array>
@@ -11,22 +11,22 @@
 
 namespace orvalis::simulated {
 
-/// The user sets of one model, kept for the life of the process: also when the library is ended and
-/// started again. Any thread.
+/// The user sets of one camera. Valid until the process ends, even if the library is terminated and
+/// initialised again. Any thread.
 class UserSets {
 public:
-    static constexpr std::uint32_t kCount = 4; ///< "Default" and three of the user's own
+    static constexpr std::uint32_t kCount = 4; ///< "Default" and three writable sets
 
-    /// The memory of a camera.
+    /// The memory of one camera.
     static UserSets &of(std::string_view cameraId);
 
-    /// Keeps `words` as that set, to the end of the process.
+    /// Stores `words` as this set until the process ends.
     void save(std::uint32_t number, std::vector<std::uint32_t> words);
-    /// Nothing if that set was never saved.
+    /// Empty if this set was never saved.
     std::optional<std::vector<std::uint32_t>> load(std::uint32_t number) const;
-    /// The set that the camera loads when it is switched on.
+    /// Selects the set that the camera loads when it powers on.
     void setPowerOn(std::uint32_t number);
-    /// 0, the factory's, unless another was chosen.
+    /// The selected set; 0, the factory settings, by default.
     std::uint32_t powerOn() const;
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Loops that use the vector units of the processor that they meet.
+// Loops that use the processor's vector units.
 #pragma once
 
 #ifdef __has_feature
@@ -8,9 +8,9 @@
 #define ORVALIS_HAS_FEATURE(feature) 0
 #endif
 
-/// In front of a function: the compiler makes two of it, one for processors with AVX2 and one for
-/// all others, and the dynamic linker takes the right one. The choice is made before the thread
-/// sanitizer is ready to watch it.
+/// Attribute of a function: the compiler generates one version for processors with AVX2 and one for
+/// all others, and the dynamic linker selects the right one. Not with the thread sanitizer, which
+/// is not initialised yet when the dynamic linker selects.
 #if defined(__x86_64__) && defined(__gnu_linux__) && !defined(__SANITIZE_THREAD__) &&              \
     !ORVALIS_HAS_FEATURE(thread_sanitizer)
 #define ORVALIS_VECTORISED __attribute__((target_clones("avx2", "default")))
