@@ -5,7 +5,8 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-/* Grabs into memory of this program: large enough for the whole sensor, whatever the region. */
+/* A grab writes to the caller's memory: allocate enough for the whole sensor, whatever the region.
+ */
 static int grab(OCameraHandle camera, OImageFrame *frame)
 {
     OSizeInfo size;

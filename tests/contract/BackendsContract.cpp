@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What works on which camera is what docs/backends.md says. ORVALIS_CONTRACT_COLUMN names the
-// column of the camera under test; with ORVALIS_UPDATE_DOCUMENT=1 in the environment that column is
-// written anew.
+// Compares what works on each camera with docs/backends.md. ORVALIS_CONTRACT_COLUMN names the
+// column of the camera under test; ORVALIS_UPDATE_DOCUMENT=1 in the environment writes that column.
 #include "tests/contract/Contract.h"
 #include "tests/contract/EntryPoints.h"
 #include "tests/contract/Probes.h"
@@ -17,7 +16,7 @@ using namespace contract;
 namespace {
 
 using Row = std::vector<std::string>;
-using Results = std::vector<std::pair<std::string, std::string>>; // entry point, what it did
+using Results = std::vector<std::pair<std::string, std::string>>; // entry point, result
 
 constexpr const char *kWorks = "works";
 constexpr const char *kNotSupported = "not supported by this device";
@@ -44,7 +43,7 @@ std::string lineOf(const Row &cells)
     return line;
 }
 
-/// The document with one column of its table replaced. Rows that are missing are left missing.
+/// Replaces one column of the document's table. Does not add missing rows.
 std::string withColumn(const std::string &text, const std::string &column, const Results &results)
 {
     std::istringstream in(text);
@@ -74,7 +73,7 @@ std::string meaning(std::int32_t result)
                                                  : "fails: " + std::to_string(result);
 }
 
-/// The calls that need no camera have been made for it when a test has one.
+/// Results of the calls without a handle: they have succeeded if a test has a camera.
 Results withoutHandle()
 {
     Results results;
@@ -88,7 +87,7 @@ class BackendTable : public CameraTest {};
 
 } // namespace
 
-TEST_F(BackendTable, probesAreOfEveryEntryPoint)
+TEST_F(BackendTable, probesCoverEveryEntryPoint)
 {
     std::set<std::string> all;
     std::set<std::string> probed;
@@ -99,7 +98,7 @@ TEST_F(BackendTable, probesAreOfEveryEntryPoint)
     EXPECT_EQ(probed, all);
 }
 
-TEST_F(BackendTable, isTheOneOfTheDocument)
+TEST_F(BackendTable, matchesTheDocument)
 {
     const char *column = std::getenv("ORVALIS_CONTRACT_COLUMN");
     if (!column)
@@ -111,7 +110,7 @@ TEST_F(BackendTable, isTheOneOfTheDocument)
             << probe.name << ": " << result;
         results.emplace_back(probe.name, meaning(result));
     }
-    handle_ = nullptr; // the last probe closes it
+    handle_ = nullptr; // the last probe has closed it
     std::ifstream in(ORVALIS_DOCUMENT);
     std::stringstream text;
     text << in.rdbuf();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every contract test stands on.
+// Fixtures of the contract tests.
 #include "tests/contract/Contract.h"
 
 #include <algorithm>
@@ -14,14 +14,14 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Far more than a camera needs: only a broken one makes a test wait for so long.
+/// Much longer than a camera needs: only a defective one makes a test wait so long.
 constexpr auto kPatience = 30s;
 
 std::mutex g_mutex; // guards g_frames
 Frames *g_frames = nullptr;
 
-/// The camera under test among those on the bus: the first one whose ID holds the text in the
-/// environment, or the first one.
+/// Finds the camera under test: the first one whose ID contains the text in the environment, or the
+/// first one.
 std::string findCamera()
 {
     const char *wanted = std::getenv("ORVALIS_CONTRACT_CAMERA");
@@ -100,7 +100,7 @@ std::string LibraryTest::cameraId()
     const auto deadline = std::chrono::steady_clock::now() + kPatience;
     std::string id = findCamera();
     while (id.empty() && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(50ms); // nothing but another look tells
+        std::this_thread::sleep_for(50ms); // there is no notification: poll
         id = findCamera();
     }
     EXPECT_FALSE(id.empty()) << "no camera to test with";

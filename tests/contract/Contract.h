@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What every contract test stands on: the library as a program sees it, and one camera of whatever
-// back end ORVALIS_BACKENDS chooses.
+// Fixtures of the contract tests: the library as a program sees it, and one camera of the back end
+// that ORVALIS_BACKENDS selects.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -16,7 +16,7 @@
 
 namespace contract {
 
-/// Skips a test for a feature that this camera really does not have.
+/// Skips a test for a feature that this camera does not have.
 #define CONTRACT_NEEDS(call)                                                                       \
     do {                                                                                           \
         const std::int32_t needed = (call);                                                        \
@@ -25,7 +25,8 @@ namespace contract {
         ASSERT_EQ(needed, ORVALIS_OK) << #call;                                                    \
     } while (false)
 
-/// Frames of the running stream. One at a time; made before the start, gone after the stop.
+/// Counts frames of the running stream. One object at a time; create it before the start and
+/// destroy it after the stop.
 class Frames {
 public:
     Frames();
@@ -35,10 +36,10 @@ public:
 
     static void callback(OImageFrame *frame);
     int count();
-    /// False if so many do not come within half a minute.
+    /// False if the frames do not arrive within half a minute.
     bool waitFor(int count);
 
-    std::function<void(OImageFrame *)> onFrame; ///< runs in the callback
+    std::function<void(OImageFrame *)> onFrame; ///< called from the callback
 
 private:
     std::mutex mutex_; // guards count_ and inside_
@@ -47,16 +48,16 @@ private:
     bool inside_ = false;
 };
 
-/// The library in use, nothing open.
+/// The initialised library, without an open camera.
 class LibraryTest : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
-    /// The ID of the camera under test; empty, with a failure, if it does not come.
+    /// The ID of the camera under test; empty, with a test failure, if it does not appear.
     static std::string cameraId();
 };
 
-/// One open camera with the maker's settings as far as it has any, free-running.
+/// One open camera with factory settings, if it has any, free-running.
 class CameraTest : public LibraryTest {
 protected:
     void SetUp() override;
@@ -64,7 +65,7 @@ protected:
     void start();
 
     OSizeInfo size();
-    /// Memory for a grab of `bytes` bytes a pixel, with a guard behind it.
+    /// Memory for a grab of `bytes` bytes for each pixel, followed by a guard.
     std::vector<std::uint8_t> grabBuffer(std::size_t bytes);
 
     static constexpr std::uint8_t kGuard = 0xAB;
@@ -72,7 +73,7 @@ protected:
     Frames frames_;
 };
 
-/// Nodes of a camera below `category`, categories included, each once, parents first.
+/// All nodes of a camera below `category`, including categories, each once, parents first.
 std::vector<std::string> allNodes(OCameraHandle handle, const std::string &category = "Root");
 
 } // namespace contract

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which results OrvalisAPI.h documents for which function.
+// Finds the results that OrvalisAPI.h documents for each function.
 #include "tests/contract/Documented.h"
 
 #include <fstream>
@@ -56,8 +56,8 @@ private:
                 [&](const std::smatch &name) { codes.insert(values_.at(name[0])); });
         return codes;
     }
-    /// Comments and functions in the order of the header. A function without a comment of its own
-    /// is told about by the one before it.
+    /// Reads comments and functions in the order of the header. The previous comment applies to a
+    /// function without its own.
     void readFunctions(const std::string &text)
     {
         std::string group;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which results OrvalisAPI.h documents for which function.
+// Finds the results that OrvalisAPI.h documents for each function.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@
 
 namespace contract {
 
-/// True for a code that the header names at `function`, at its group, at the function that it
-/// refers to, or in the conventions that hold for every function.
+/// True if the header lists the code at `function`, at its group, at the function that it refers
+/// to, or in the conventions of all functions.
 bool isDocumented(const std::string &function, std::int32_t result);
 
 } // namespace contract

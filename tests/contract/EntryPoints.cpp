@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every entry point that takes a handle, called with arguments made up for its signature.
+// All entry points with a handle, called with arguments generated from the signature.
 #include "tests/contract/EntryPoints.h"
 
 #include <cstring>
@@ -17,7 +17,7 @@ constexpr std::size_t kPlaneBytes = std::size_t{96} << 20;
 
 void ignoreFrame(OImageFrame *) {}
 
-/// Makes one argument after the other; the n-th pointer is null if it should be.
+/// Generates arguments one after the other; the n-th pointer is null if requested.
 class Arguments {
 public:
     explicit Arguments(std::size_t nullPointer) : nullPointer_(nullPointer) {}
@@ -67,7 +67,7 @@ std::int32_t callIt(std::int32_t (*function)(OCameraHandle, Args...), OCameraHan
                     std::size_t nullPointer)
 {
     Arguments arguments(nullPointer);
-    // Braces: made from left to right.
+    // Braces guarantee evaluation from left to right.
     std::tuple<OCameraHandle, Args...> all{handle, arguments.make<Args>()...};
     return std::apply(function, all);
 }

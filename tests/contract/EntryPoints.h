@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every entry point that takes a handle, called with arguments made up for its signature.
+// All entry points with a handle, called with arguments generated from the signature.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -13,11 +13,11 @@ namespace contract {
 
 struct EntryPoint {
     const char *name;
-    /// Calls it with good arguments of no special meaning.
+    /// Calls it with valid arguments of no special meaning.
     std::function<std::int32_t(OCameraHandle)> call;
-    /// Calls it with null for its n-th pointer and good arguments else.
+    /// Calls it with null for its n-th pointer and valid arguments otherwise.
     std::function<std::int32_t(OCameraHandle, std::size_t)> callWithNull;
-    std::size_t pointers; ///< arguments that are pointers, the handle not counted
+    std::size_t pointers; ///< number of pointer arguments, without the handle
 };
 
 const std::vector<EntryPoint> &entryPoints();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Typed features that have the same kinds of entry points, by kind.
+// Typed features, grouped by the kind of their entry points.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"

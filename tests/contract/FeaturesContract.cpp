@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Typed features: what was set is read back, bounds hold, lists are complete.
+// Typed features: values read back, bounds, complete lists.
 #include "tests/contract/Contract.h"
 #include "tests/contract/FeatureTables.h"
 
@@ -15,8 +15,7 @@ class Integers : public CameraTest, public testing::WithParamInterface<IntegerFe
 class Lists : public CameraTest, public testing::WithParamInterface<ListFeature> {};
 class Numbers : public CameraTest, public testing::WithParamInterface<NumberFeature> {
 protected:
-    /// Sets a value near `value` and returns what was read back, which is the one that was set;
-    /// `value` if the camera takes none.
+    /// Sets a value near `value` and returns it; `value` if the camera accepts none.
     std::int32_t acceptedOther(const NumberFeature &feature, std::int32_t value)
     {
         for (const std::int32_t step : {1, 10, 100, 1000, -1, -10, -100}) {
@@ -46,7 +45,7 @@ TEST_P(Integers, boundsCanBeSetAndHold)
     EXPECT_GE(value, minimum);
     EXPECT_LE(value, maximum);
     if (feature.set(handle_, value) == ORVALIS_ERROR_ACCESS_DENIED)
-        GTEST_SKIP() << "the camera does not let it be written";
+        GTEST_SKIP() << "the camera does not permit writing it";
     ASSERT_EQ(feature.set(handle_, minimum), ORVALIS_OK);
     EXPECT_EQ(feature.get(handle_, &value), ORVALIS_OK);
     EXPECT_EQ(value, minimum);
@@ -78,7 +77,7 @@ TEST_P(Lists, everyEntryCanBeNamedAndSet)
         char present[ORVALIS_NAME_SIZE] = "";
         ASSERT_EQ(feature.at(handle_, i, name), ORVALIS_OK);
         if (std::string(name) == "Once")
-            continue; // goes back to "Off" of its own
+            continue; // returns to "Off" by itself
         const std::int32_t result = feature.set(handle_, name);
         if (result == ORVALIS_ERROR_ACCESS_DENIED)
             continue;
@@ -89,7 +88,7 @@ TEST_P(Lists, everyEntryCanBeNamedAndSet)
     feature.set(handle_, before);
 }
 
-TEST_P(Lists, whatIsNotOfferedIsRefused)
+TEST_P(Lists, unavailableEntryIsRefused)
 {
     const ListFeature &feature = GetParam();
     std::int32_t count = 0;
@@ -109,7 +108,7 @@ TEST_P(Numbers, isReadAndWritten)
     std::int32_t value = 0;
     CONTRACT_NEEDS(feature.get(handle_, &value));
     if (feature.set(handle_, value) == ORVALIS_ERROR_ACCESS_DENIED)
-        GTEST_SKIP() << "the camera does not let it be written";
+        GTEST_SKIP() << "the camera does not permit writing it";
     const std::int32_t other = acceptedOther(feature, value);
     EXPECT_NE(other, value) << "no other value is taken";
     EXPECT_EQ(feature.set(handle_, -1), ORVALIS_ERROR_OUT_OF_RANGE);
@@ -234,13 +233,13 @@ TEST_F(Features, softwareTriggerTakesAFrame)
     CONTRACT_NEEDS(OrvalisSetTriggerEnable(handle_, true));
     if (OrvalisSetTriggerSourceStr(handle_, "Software") != ORVALIS_OK)
         GTEST_SKIP() << "the camera has no software trigger";
-    CONTRACT_NEEDS(OrvalisRunSoftwareTrigger(handle_)); // ignored: no stream
+    CONTRACT_NEEDS(OrvalisRunSoftwareTrigger(handle_)); // has no effect without a stream
     start();
     while (frames_.count() == 0)
         ASSERT_EQ(OrvalisRunSoftwareTrigger(handle_), ORVALIS_OK);
 }
 
-TEST_F(Features, defaultsComeBack)
+TEST_F(Features, defaultsAreRestored)
 {
     std::int32_t before = 0;
     std::int32_t minimum = 0;

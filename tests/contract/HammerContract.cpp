@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Many threads at once: nothing crashes, nothing hangs, the camera is of use afterwards.
+// Many concurrent threads: no crash, no deadlock, and the camera works afterwards.
 #include "tests/contract/Contract.h"
 #include "tests/contract/Documented.h"
 #include "tests/contract/EntryPoints.h"
@@ -31,8 +31,7 @@ bool isUniform(const OImageFrame &frame)
                        [&](std::uint8_t byte) { return byte == frame.raw[0]; });
 }
 
-/// Looks at frames as they come: whether each fits its record and stays as it came
-/// while eight more come.
+/// Checks that each frame fits its record and stays unchanged while eight more arrive.
 class OldFrames {
 public:
     void check(const OImageFrame &frame)
@@ -55,7 +54,7 @@ private:
 
 class Hammer : public CameraTest {
 protected:
-    /// Calls every entry point but the disruptive ones, over and over, until told to end.
+    /// Calls all entry points except the disruptive ones repeatedly until stopped.
     void hammer()
     {
         const auto isLeft = [](std::string_view name) {
@@ -69,7 +68,7 @@ protected:
                         !isDocumented(entry.name, result))
                         ADD_FAILURE() << entry.name << ": " << result;
     }
-    /// The hammer leaves any exposure behind, a few microseconds for instance.
+    /// The hammer may leave an exposure of a few microseconds: set a good one.
     void exposeWell()
     {
         if (OrvalisSetUserDefault(handle_) == ORVALIS_OK)
@@ -84,12 +83,12 @@ protected:
         OrvalisSetShutter(handle_, 10000, false);
     }
     std::atomic<bool> done_{false};
-    std::atomic<int> uses_{0}; // that went well
+    std::atomic<int> uses_{0}; // number of successful calls
 };
 
 } // namespace
 
-TEST_F(Hammer, callsBesideAStreamThatStartsAndStops)
+TEST_F(Hammer, callsDuringStartsAndStops)
 {
     OldFrames frames;
     frames_.onFrame = [&](OImageFrame *frame) { frames.check(*frame); };
@@ -99,7 +98,7 @@ TEST_F(Hammer, callsBesideAStreamThatStartsAndStops)
         EXPECT_EQ(OrvalisStartAcquisition(handle_, &Frames::callback), ORVALIS_OK);
         EXPECT_TRUE(frames_.waitFor(frames_.count() + 10));
         EXPECT_EQ(OrvalisStopAcquisition(handle_), ORVALIS_OK);
-        frames.forget(); // the next start ends them
+        frames.forget(); // the next start invalidates them
     }
     done_ = true;
     first.join();
@@ -110,10 +109,10 @@ TEST_F(Hammer, callsBesideAStreamThatStartsAndStops)
     start();
     EXPECT_TRUE(frames_.waitFor(frames_.count() + 1));
     EXPECT_EQ(OrvalisStopAcquisition(handle_), ORVALIS_OK);
-    EXPECT_TRUE(sees) << "the camera still takes pictures";
+    EXPECT_TRUE(sees) << "the camera still sends frames";
 }
 
-TEST_F(Hammer, enumerationAndCallsBesideCloseAndOpen)
+TEST_F(Hammer, callsDuringOpenAndClose)
 {
     const std::string id = cameraId();
     std::atomic<OCameraHandle> handle{handle_};
@@ -141,7 +140,7 @@ TEST_F(Hammer, enumerationAndCallsBesideCloseAndOpen)
             result = OrvalisOpenCamera(id.c_str(), &handle_);
         ASSERT_EQ(result, ORVALIS_OK);
         handle = handle_;
-        // Each time the other thread has had the camera in its hands.
+        // Wait until the other thread has used the camera.
         for (const int before = uses_; uses_ == before && !HasFailure();)
             std::this_thread::yield();
     }

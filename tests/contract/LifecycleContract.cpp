@@ -15,7 +15,7 @@ namespace {
 class Library : public LibraryTest {};
 class Connection : public CameraTest {};
 
-/// The cameras in their order, with other back ends than those of the environment.
+/// The camera IDs in their order, with the given back ends.
 std::vector<std::string> idsOn(const char *backends)
 {
     const char *variable = std::getenv("ORVALIS_BACKENDS");
@@ -52,7 +52,7 @@ TEST(LibraryUnused, everythingElseIsRefused)
     EXPECT_STREQ(name, "unchanged");
 }
 
-TEST_F(Library, countsItsUsers)
+TEST_F(Library, initIsCounted)
 {
     EXPECT_EQ(OrvalisInit(), ORVALIS_OK);
     EXPECT_EQ(OrvalisUninit(), ORVALIS_OK);
@@ -91,7 +91,7 @@ TEST(LibraryOrder, realCamerasComeBeforeSimulatedOnesAndEachKindKeepsItsOrder)
     EXPECT_EQ(idsOn("simulated"), simulated);
 }
 
-TEST_F(Library, refusesWhatIsNotThere)
+TEST_F(Library, refusesMissingCameras)
 {
     ASSERT_FALSE(cameraId().empty());
     std::uint32_t count = 0;

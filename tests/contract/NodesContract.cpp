@@ -52,7 +52,7 @@ bool isReadable(const ONodeInfo &info) { return info.accessMode >= ORVALIS_ACCES
 
 } // namespace
 
-TEST_F(Nodes, everyNodeOfTheTreeTellsWhatItIs)
+TEST_F(Nodes, everyNodeOfTheTreeIsDescribed)
 {
     const std::vector<std::string> names = allNodes(handle_);
     EXPECT_GT(names.size(), 10u);
@@ -126,7 +126,7 @@ TEST_F(Nodes, unknownNodesAreNotFound)
     EXPECT_EQ(OrvalisSetNodeCommand(handle_, name), ORVALIS_ERROR_NOT_FOUND);
 }
 
-TEST_F(Nodes, listsKeepToTheCapacity)
+TEST_F(Nodes, listsRespectTheCapacity)
 {
     auto list = std::make_unique<ONodeList>();
     std::memset(list.get(), 0, sizeof *list);
@@ -198,7 +198,7 @@ TEST_F(Nodes, registersAreChecked)
         EXPECT_EQ(OrvalisReadRegister(handle_, address, &data), ORVALIS_ERROR_BAD_ARGUMENT);
         EXPECT_EQ(OrvalisWriteRegiser(handle_, address, 0), ORVALIS_ERROR_BAD_ARGUMENT);
     }
-    // The GigE Vision test camera ends itself when it is asked for memory that it does not have.
+    // The GigE Vision test camera crashes on a read of memory that it does not have.
     const char *backends = std::getenv("ORVALIS_BACKENDS");
     if (backends && std::string(backends) == "simulated") {
         EXPECT_EQ(OrvalisReadRegister(handle_, 0xFFFFFFFCu, &data), ORVALIS_ERROR_NOT_FOUND);

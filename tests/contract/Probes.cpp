@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every entry point, called the way that a program would use it on a camera that it does not know.
+// All entry points, called as a program would call them on an unknown camera.
 #include "tests/contract/Probes.h"
 
 #include "tests/contract/Contract.h"
@@ -19,7 +19,7 @@ using Probes = std::vector<Probe>;
 constexpr std::uint32_t kGrabPatience = 30000;
 constexpr std::uint32_t kRegistersTried = 0x1000;
 
-/// First failure of several calls, else the result of the last one.
+/// The first failure of several calls, else the last result.
 template <class... Calls> std::int32_t inTurn(Calls... calls)
 {
     std::int32_t result = ORVALIS_OK;
@@ -30,7 +30,7 @@ template <class... Calls> std::int32_t inTurn(Calls... calls)
 template <class Value> using Get = std::int32_t (*)(OCameraHandle, Value *);
 template <class Value> using Set = std::int32_t (*)(OCameraHandle, Value);
 
-/// Values that are not `value`, the nearest first.
+/// Values other than `value`, the nearest first.
 template <class Value> std::vector<Value> othersThan(const Value &value)
 {
     if constexpr (std::is_same_v<Value, bool>) {
@@ -55,7 +55,7 @@ bool same(const OSizeInfo &a, const OSizeInfo &b)
 }
 template <class Value> bool same(Value a, Value b) { return !(a < b) && !(b < a); }
 
-/// Sets `wanted` and reads what the camera holds then.
+/// Sets `wanted` and checks that the camera reports it.
 template <class Value>
 std::int32_t setAndGet(OCameraHandle handle, Get<Value> get, Set<Value> set, const Value &wanted,
                        Value &now)
@@ -63,8 +63,8 @@ std::int32_t setAndGet(OCameraHandle handle, Get<Value> get, Set<Value> set, con
     return inTurn([&] { return set(handle, wanted); }, [&] { return get(handle, &now); });
 }
 
-/// Sets another value than the present one, sees that the camera holds another one then, and puts
-/// the old one back. A camera that takes no other one has to take that.
+/// Sets another value than the present one, checks that the camera reports a changed value, and
+/// restores the old one. If the camera accepts no other value, it must accept the present one.
 template <class Value> std::int32_t change(OCameraHandle handle, Get<Value> get, Set<Value> set)
 {
     Value before{};
@@ -159,7 +159,7 @@ void addLists(Probes &all)
     }
 }
 
-/// A node of that type that may be read and written; empty if the camera has none.
+/// A readable and writable node of this type; empty if the camera has none.
 std::string nodeOf(OCameraHandle handle, std::int32_t type)
 {
     for (const std::string &name : allNodes(handle)) {
@@ -242,7 +242,7 @@ void addNodes(Probes &all)
     all.push_back({"OrvalisSetNodeCommand", trigger});
 }
 
-/// Reads registers until there is one, and writes to the first one that takes its own value back.
+/// Finds a register to read, or to write: the first one that accepts its own value.
 std::int32_t useRegister(OCameraHandle handle, bool andWrite)
 {
     std::int32_t result = ORVALIS_ERROR_NOT_SUPPORTED;

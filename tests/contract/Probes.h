@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every entry point, called the way that a program would use it on a camera that it does not know.
+// All entry points, called as a program would call them on an unknown camera.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -11,15 +11,16 @@
 
 namespace contract {
 
-/// Uses one entry point in earnest: reads, or sets another value, reads it back and puts the old
-/// one back; names, nodes and registers are written as they were read, so that every camera can say
-/// yes. Returns ORVALIS_ERROR_NOT_SUPPORTED if the camera has nothing that it is for.
+/// Uses one entry point: reads, or sets another value, reads it back and restores the old one.
+/// Names, nodes and registers are written unchanged, so that every camera can succeed. Returns
+/// ORVALIS_ERROR_NOT_SUPPORTED if the camera lacks the feature.
 struct Probe {
     std::string name; ///< of the entry point
     std::function<std::int32_t(OCameraHandle)> use;
 };
 
-/// Of everything that needs a handle, in the order of OrvalisAPI.h, but what ends the camera last.
+/// Probes of all entry points with a handle, in the order of OrvalisAPI.h, except that those that
+/// disconnect the camera are last.
 std::vector<Probe> probes();
 
 } // namespace contract

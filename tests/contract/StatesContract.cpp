@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Every entry point in every state that a library and a camera can be in.
+// All entry points in all states of library and camera.
 #include "tests/contract/Contract.h"
 #include "tests/contract/Documented.h"
 #include "tests/contract/EntryPoints.h"
@@ -11,7 +11,7 @@ using namespace contract;
 
 namespace {
 
-/// These two work in every state, these two would change what the other calls are tested on.
+/// Stop and close work in every state, and would change the state for the other calls.
 bool isStopOrClose(std::string_view name)
 {
     return name == "OrvalisStopAcquisition" || name == "OrvalisCloseCamera";
@@ -100,7 +100,7 @@ TEST_F(WithCamera, everyCallAnswersWhileStreaming)
         }
     }
     EXPECT_EQ(OrvalisStartAcquisition(handle_, &Frames::callback), ORVALIS_ERROR_BUSY);
-    EXPECT_TRUE(frames_.waitFor(frames_.count() + 1)) << "the stream goes on";
+    EXPECT_TRUE(frames_.waitFor(frames_.count() + 1)) << "the stream continues";
 }
 
 TEST_F(WithCamera, everyCallAnswersInsideTheCallback)
@@ -114,7 +114,7 @@ TEST_F(WithCamera, everyCallAnswersInsideTheCallback)
                 results.emplace_back(entry.name, entry.call(handle_));
     };
     start();
-    ASSERT_TRUE(frames_.waitFor(3)) << "the stream goes on";
+    ASSERT_TRUE(frames_.waitFor(3)) << "the stream continues";
     OrvalisStopAcquisition(handle_);
     for (const auto &[name, result] : results)
         EXPECT_TRUE(isDocumented(name, result)) << name << ": " << result;

@@ -15,13 +15,13 @@ namespace {
 class Stream : public CameraTest {};
 class Grab : public CameraTest {
 protected:
-    /// From now on a frame comes only when a program asks for it.
+    /// Makes the camera send frames only for software triggers.
     std::int32_t waitForSoftwareTrigger()
     {
         const char *backends = std::getenv("ORVALIS_BACKENDS");
         if (backends && std::string(backends) == "fake")
-            return ORVALIS_ERROR_NOT_SUPPORTED;          // it has the nodes, but never waits
-        OrvalisSetTriggerModeStr(handle_, "FrameStart"); // where there are several
+            return ORVALIS_ERROR_NOT_SUPPORTED;          // it has the nodes, but ignores them
+        OrvalisSetTriggerModeStr(handle_, "FrameStart"); // if there are several modes
         const std::int32_t result = OrvalisSetTriggerEnable(handle_, true);
         if (result != ORVALIS_OK)
             return result;
@@ -30,7 +30,7 @@ protected:
     }
 };
 
-constexpr std::uint32_t kLong = 30000; // milliseconds; no result depends on it
+constexpr std::uint32_t kLong = 30000; // milliseconds; no result depends on this
 
 } // namespace
 
@@ -42,7 +42,7 @@ TEST_F(Stream, framesHaveTheSizeOfTheRegion)
     frames_.onFrame = [&](OImageFrame *frame) {
         seen = *frame;
         for (std::uint32_t i = 0; i < frame->rawSize; ++i)
-            sum += frame->raw[i]; // all of it can be read
+            sum += frame->raw[i]; // all of it is readable
     };
     start();
     ASSERT_TRUE(frames_.waitFor(2));
@@ -93,7 +93,7 @@ TEST_F(Stream, closeFromTheCallback)
     ASSERT_EQ(OrvalisStartAcquisition(handle, &Frames::callback), ORVALIS_OK);
     ASSERT_TRUE(frames_.waitFor(1));
     EXPECT_EQ(OrvalisStopAcquisition(handle), ORVALIS_ERROR_BAD_HANDLE);
-    // The camera is free again soon.
+    // The camera becomes available again soon.
     const std::string id = cameraId();
     std::int32_t result = ORVALIS_ERROR_BUSY;
     while (result == ORVALIS_ERROR_BUSY)
@@ -102,7 +102,7 @@ TEST_F(Stream, closeFromTheCallback)
     EXPECT_EQ(frames_.count(), 1);
 }
 
-TEST_F(Stream, framesStayForEightMoreAndAfterStop)
+TEST_F(Stream, framesStayValidForEightMoreAndAfterStop)
 {
     struct Kept {
         OImageFrame *frame;
@@ -136,7 +136,7 @@ TEST_F(Stream, regionAndFormatAreLocked)
     EXPECT_EQ(size().height, before.height);
 }
 
-TEST_F(Stream, singleFrameIsOne)
+TEST_F(Stream, singleFrameModeSendsOneFrame)
 {
     if (OrvalisSetNodeEnum(handle_, "AcquisitionMode", "SingleFrame") != ORVALIS_OK)
         GTEST_SKIP() << "the camera has no single frame mode";
@@ -191,7 +191,7 @@ TEST_F(Grab, rawAndRgbWhileIdle)
     EXPECT_EQ(frame.mono8, nullptr);
 }
 
-TEST_F(Grab, nothingIsWrittenBehindASmallerRegion)
+TEST_F(Grab, nothingIsWrittenBeyondASmallerRegion)
 {
     if (OrvalisSetSizeInfo(handle_, {0, 0, 64, 64, 0, 0}) != ORVALIS_OK)
         GTEST_SKIP() << "the camera has one region only";
@@ -205,7 +205,7 @@ TEST_F(Grab, nothingIsWrittenBehindASmallerRegion)
         ASSERT_EQ(rgb[i], kGuard) << i;
 }
 
-TEST_F(Grab, streamGoesOnBesideIt)
+TEST_F(Grab, streamContinuesDuringAGrab)
 {
     std::vector<std::uint8_t> rgb = grabBuffer(3);
     OImageFrame frame{};
@@ -217,13 +217,13 @@ TEST_F(Grab, streamGoesOnBesideIt)
     EXPECT_TRUE(frames_.waitFor(frames_.count() + 1));
 }
 
-TEST_F(Grab, waitsForATriggerNoLongerThanItMay)
+TEST_F(Grab, waitForATriggerEndsAtTheTimeout)
 {
     CONTRACT_NEEDS(waitForSoftwareTrigger());
     std::vector<std::uint8_t> rgb = grabBuffer(3);
     OImageFrame frame{};
     frame.rgb = rgb.data();
-    // A trigger that an earlier test fired last may still be in the camera.
+    // The camera may still have a pending trigger from an earlier test.
     std::int32_t result = ORVALIS_OK;
     for (int i = 0; i < 3 && result == ORVALIS_OK; ++i) {
         frame.width = 0;
@@ -244,7 +244,7 @@ TEST_F(Grab, startAndWritesEndIt)
         EXPECT_EQ(OrvalisGrabRGBData(handle_, &frame, kLong), ORVALIS_ERROR_ABORTED);
         ended = true;
     });
-    // The grab may not have begun at the first write.
+    // The grab may begin after the first write.
     while (!ended)
         EXPECT_EQ(OrvalisSetTriggerSourceStr(handle_, "Software"), ORVALIS_OK);
     grabber.join();

@@ -1,16 +1,16 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
-# Runs a command in a network of its own, in which GigE Vision test cameras answer, so that no packet
-# leaves the machine:
+# Runs a command in a separate network with GigE Vision test cameras, so that no packet leaves the
+# machine:
 #
 #   run_gige.sh [--cameras N] [--lose N] [--cable] [--] command [argument...]
 #
-# N cameras (0 to 2, default 1): serial numbers GV01 at 127.0.0.1 and GV02 at 127.0.0.2; --lose: of a
-# thousand packets they lose N; --cable: a second network at the other end of a cable, "cable0" here,
-# "cable1" there, which the process ORVALIS_CABLE_PID is in. The command finds
-# ORVALIS_BACKENDS=genicam, ORVALIS_GIGE_NETWORK=1 and, of each camera, ORVALIS_GIGE_PID_1, _2. Ends
-# with the command's status, or with 77 and a reason if the machine does not permit any of this.
-# Everything that was started ends with it.
+# N cameras (0 to 2, default 1): serial numbers GV01 at 127.0.0.1 and GV02 at 127.0.0.2; --lose: they
+# lose N of a thousand packets; --cable: a second network at the other end of a cable, "cable0" here,
+# "cable1" there; the process ORVALIS_CABLE_PID runs in it. Sets ORVALIS_BACKENDS=genicam,
+# ORVALIS_GIGE_NETWORK=1 and, for each camera, ORVALIS_GIGE_PID_1, _2. Exits with the command's
+# status, or with 77 and a reason if the machine does not permit this. Ends all processes that it
+# started.
 set -u
 
 skip() {
@@ -25,7 +25,7 @@ outside() {
     done
     local user=()
     [ "$(id -u)" -eq 0 ] || user=(--map-root-user)
-    # A process namespace too, where possible: it takes all that was started with it when it ends.
+    # A process namespace too, if possible: all processes in it end with it.
     local all=(--net --mount --pid --fork --kill-child --mount-proc)
     unshare "${user[@]}" "${all[@]}" true 2>/dev/null || all=(--net)
     unshare "${user[@]}" "${all[@]}" true 2>/dev/null ||

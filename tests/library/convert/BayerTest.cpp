@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Each Bayer order and depth against a scene that was seen through our own mosaic, and against an
-// interpolation that is written from its definition.
+// Tests each Bayer order and depth with a mosaic of a known scene, and with a reference
+// interpolation written from its definition.
 #include "tests/library/convert/Encode.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 
 using Rgb = std::array<unsigned, 3>;
 
-/// A scene in which every colour has a slope of its own, so that a swapped order shows.
+/// A scene in which every colour has its own slope, to detect a swapped order.
 Rgb sceneAt(unsigned x, unsigned y)
 {
     return {200 + 3 * x, 20 + 5 * y + x, (90 + 2 * x + 4 * y) % 256};
@@ -49,15 +49,15 @@ Seen mosaicOf(std::string_view order, unsigned width, unsigned height)
     return seen;
 }
 
-/// Where a mosaic goes on beyond its edges: mirrored about the outermost pixel.
+/// Mirrors a coordinate beyond the edges about the outermost pixel.
 unsigned mirrored(int i, unsigned count)
 {
     const int last = static_cast<int>(count) - 1;
     return static_cast<unsigned>(last == 0 ? 0 : i < 0 ? -i : i > last ? 2 * last - i : i);
 }
 
-/// Rounded mean of the samples of a colour in the 3 x 3 pixels around, the pixel's own if it is of
-/// that colour.
+/// Rounded mean of the samples of a colour in the surrounding 3 x 3 pixels; the pixel's own sample
+/// if it has that colour.
 unsigned expectedAt(const Seen &seen, unsigned x, unsigned y, std::size_t channel)
 {
     if (channelAt(seen.order, x, y) == channel) {
@@ -155,7 +155,7 @@ INSTANTIATE_TEST_SUITE_P(All, BayerFormat,
                                     std::string(std::get<1>(row.param));
                          });
 
-// A smooth scene does not round in every way that there is.
+// A smooth scene does not cover all cases of rounding.
 TEST(Bayer, noiseIsInterpolatedToTheBit)
 {
     for (const std::string_view order : {"GR", "RG", "GB", "BG"}) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// RGB, BGR, YUV and monochrome images to RGB and to brightness.
+// Converts RGB, BGR, YUV and monochrome images to RGB and to luminance.
 #include "tests/library/convert/Encode.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +45,7 @@ protected:
     std::size_t pixels_ = std::size_t{width_} * height_;
 };
 
-TEST_P(Size, rgbIsCopiedAndBgrIsTurnedRound)
+TEST_P(Size, rgbIsCopiedAndBgrIsReordered)
 {
     const Exact<std::uint8_t> bytes(noise(pixels_ * 3));
     EXPECT_EQ(rgbOf("RGB8", bytes, width_, height_), bytes.values());
@@ -64,7 +64,7 @@ TEST_P(Size, planesAreInterleaved)
     }
 }
 
-TEST_P(Size, brightnessOfColourIsItsLuminance)
+TEST_P(Size, grey8OfColourIsItsLuminance)
 {
     const Exact<std::uint8_t> rgb(noise(pixels_ * 3));
     const std::vector<std::uint8_t> ofRgb = brightnessOf("RGB8", rgb, width_, height_);
@@ -81,7 +81,7 @@ TEST_P(Size, brightnessOfColourIsItsLuminance)
     }
 }
 
-/// R, G, B where they stand in a pixel of each kind of RGB.
+/// Positions of R, G, B in a pixel of each RGB kind.
 struct Order {
     std::string_view prefix;
     std::array<std::size_t, 3> at;
@@ -90,7 +90,7 @@ struct Order {
 constexpr std::array orders{Order{"RGB", {0, 1, 2}, 3}, Order{"BGR", {2, 1, 0}, 3},
                             Order{"RGBa", {0, 1, 2}, 4}, Order{"BGRa", {2, 1, 0}, 4}};
 
-TEST_P(Size, opacityIsLeftOut)
+TEST_P(Size, opacityIsIgnored)
 {
     const Exact<std::uint8_t> bytes(noise(pixels_ * 4));
     for (const Order &order : {orders[2], orders[3]}) {
@@ -124,7 +124,7 @@ TEST_P(Size, deepColourKeepsItsUpperEightBits)
     }
 }
 
-TEST_P(Size, brightnessOfDeepColourHasItsDepth)
+TEST_P(Size, luminanceOfDeepColourHasItsDepth)
 {
     for (const Order &order : orders) {
         const std::string name = std::string(order.prefix) + "12";
@@ -159,8 +159,8 @@ struct Yuv {
     double y, u, v;
 };
 
-/// A format, the order of the samples of a group, and what the standards that the PFNC refers to
-/// make of them, in the numbers that these give.
+/// A format, the order of the samples of a group, and the coefficients of the standards that the
+/// PFNC refers to.
 struct YuvFormat {
     std::string_view name;
     std::string_view order;
@@ -216,7 +216,7 @@ std::size_t pixelsOfGroup(std::string_view order)
     return static_cast<std::size_t>(std::count(order.begin(), order.end(), 'Y'));
 }
 
-/// A pixel of a row; where the row ends before V, V is that of the group before, or none.
+/// A pixel of a row; if the row ends before V, the V of the previous group, or none.
 Yuv yuvAt(const Exact<std::uint8_t> &bytes, std::size_t rowAt, std::size_t rowBytes, std::size_t x,
           std::string_view order)
 {
@@ -234,7 +234,7 @@ Yuv yuvAt(const Exact<std::uint8_t> &bytes, std::size_t rowAt, std::size_t rowBy
     return p;
 }
 
-TEST_P(Size, yuvFollowsTheStandardThatItsNameSays)
+TEST_P(Size, yuvFollowsTheStandardInItsName)
 {
     for (const YuvFormat &f : yuvFormats) {
         if (pixelsOfGroup(f.order) == 4 && width_ % 2 != 0) {
@@ -287,7 +287,7 @@ constexpr Bar bars[] = {
     {{0, 0, 0}, {0, 128, 128}, {16, 128, 128}, {16, 128, 128}},
 };
 
-TEST(Yuv, theColourBarsOfEachStandardComeOutPure)
+TEST(Yuv, colourBarsOfEachStandardArePure)
 {
     for (const Bar &bar : bars) {
         for (const auto &[format, code] :
@@ -315,7 +315,7 @@ TEST(Yuv, fourToOneToOneOfAnOddWidthIsRefused)
     }
 }
 
-TEST(Color, onlyDeepRgbHasBrightnessInWords)
+TEST(Color, onlyDeepRgbHasLuminanceInWords)
 {
     const Exact<std::uint8_t> bytes(noise(96));
     Exact<std::uint16_t> out(16);

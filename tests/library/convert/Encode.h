@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The reverse of what is tested, written the slow way: samples put bit by bit into each packing.
+// Reference encoder: packs samples bit by bit.
 #pragma once
 
 #include "library/convert/Convert.h"
@@ -12,7 +12,7 @@ namespace converttest {
 using orvalis::PixelFormat;
 using orvalis::PixelPacking;
 
-/// Memory of exactly the size asked for, so that AddressSanitizer sees the first byte beyond.
+/// Memory of exactly the requested size, so that AddressSanitizer detects any access beyond it.
 template <typename T> class Exact {
 public:
     explicit Exact(std::size_t count) : data_(new T[count]()), count_(count) {}

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The table of pixel formats: found by code and by name, and consistent with what the codes say.
+// The table of pixel formats: found by code and by name, and consistent with the codes.
 #include "library/convert/Convert.h"
 
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ TEST_P(KnownFormat, isFoundByNameAndCode)
     EXPECT_EQ(findPixelFormat(GetParam().code), format);
 }
 
-TEST_P(KnownFormat, takesTheBitsThatItsCodeTells)
+TEST_P(KnownFormat, hasTheSizeInItsCode)
 {
     const PixelFormat *format = findPixelFormat(GetParam().code);
     ASSERT_NE(format, nullptr);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Unpacking and the way down to 8 bits, against samples that were packed bit by bit.
+// Unpacking and conversion to 8 bits, with samples that were packed bit by bit.
 #include "tests/library/convert/Encode.h"
 
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ TEST_P(PackedFormat, unpacksEverySmallSize)
     }
 }
 
-TEST_P(PackedFormat, unpacksImagesThatAreSharedAmongThreads)
+TEST_P(PackedFormat, unpacksImagesOnSeveralThreads)
 {
     expectUnpacked(format_, 643, 481);
     expectUnpacked(format_, 8192 * 4, 3);
@@ -57,7 +57,7 @@ TEST_P(PackedFormat, refusesAnImageThatIsTooShort)
     EXPECT_FALSE(unpackToWords(image, words.data()));
 }
 
-TEST_P(PackedFormat, isNotConvertedWithoutBeingUnpacked)
+TEST_P(PackedFormat, isNotConvertedWhilePacked)
 {
     const std::size_t count = 16 * samplesPerPixel(format_);
     const Exact<std::uint8_t> bytes(encode(format_, testSamples(count, format_.depth)));
@@ -127,7 +127,7 @@ TEST(ToGray8, readsWordsAtOddAddresses)
     EXPECT_EQ(out.values(), (std::vector<std::uint8_t>{255, 8}));
 }
 
-TEST(ToGray8, refusesColourAndWhatDoesNotFit)
+TEST(ToGray8, refusesColourAndShortImages)
 {
     const Exact<std::uint8_t> bytes(24);
     Exact<std::uint8_t> out(24);

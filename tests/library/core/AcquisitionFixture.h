@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A scripted camera and its acquisition, as the tests of stream and grab use them.
+// A scripted camera and its acquisition, for the tests of stream and grab.
 #pragma once
 
 #include "library/core/Acquisition.h"
@@ -25,7 +25,7 @@ protected:
         server_.join();
         onFrame = nullptr;
     }
-    /// The result of `call`, made inside of the frame callback.
+    /// Runs `call` inside the frame callback and returns its result.
     template <typename Call> OResult fromTheCallback(Call call)
     {
         OResult result = ORVALIS_OK;
@@ -43,7 +43,7 @@ protected:
     std::shared_ptr<Script> script_ = std::make_shared<Script>();
     ScriptedDevice device_{script_};
     std::atomic<bool> lost_{false};
-    Counter frames_; ///< seen by the callback
+    Counter frames_; ///< received by the callback
     Acquisition acquisition_{device_, lost_};
     std::thread server_{[this] { acquisition_.serve(); }}; ///< the camera's thread
 };

@@ -82,7 +82,7 @@ TEST_F(AcquisitionTest, stopWaitsForTheCallback)
         acquisition_.stop();
         EXPECT_TRUE(left);
     });
-    script_->wakes.waitFor(1); // the stop is under way
+    script_->wakes.waitFor(1); // stop() is waiting
     leave.open();
     stopper.join();
 }
@@ -119,7 +119,7 @@ TEST_F(AcquisitionTest, startAfterAStopFromTheCallback)
     for (int i = 1; i <= 3; ++i) {
         ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
         script_->pushFrame(monoImage(1));
-        frames_.waitFor(i); // start() waits for the rest
+        frames_.waitFor(i); // start() waits for the end of the old stream
     }
     acquisition_.stop();
     EXPECT_EQ(script_->stops.value(), 3);
@@ -147,7 +147,7 @@ TEST_F(AcquisitionTest, stopsFromSeveralThreadsAtOnce)
     EXPECT_EQ(script_->stops.value(), 50);
 }
 
-TEST_F(AcquisitionTest, closedOneDoesNotStart)
+TEST_F(AcquisitionTest, startAfterCloseFails)
 {
     acquisition_.close();
     EXPECT_EQ(acquisition_.start(frameCallback), ORVALIS_ERROR_BAD_HANDLE);
@@ -207,7 +207,7 @@ TEST_F(AcquisitionTest, framesStayAfterStopUntilTheNextStart)
     EXPECT_TRUE(memory.expired());
 }
 
-TEST_F(AcquisitionTest, bayerConversionCountsFromTheNextFrame)
+TEST_F(AcquisitionTest, bayerConversionTakesEffectWithTheNextFrame)
 {
     std::vector<bool> converted;
     onFrame = [&](OImageFrame *frame) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A frame callback that runs whatever a test gives it.
+// A frame callback that runs a test's function.
 #pragma once
 
 #include "sdk/OrvalisAPI.h"
@@ -8,7 +8,7 @@
 
 namespace orvalis::test {
 
-/// Set only while nothing streams.
+/// Set it only while no camera streams.
 inline std::function<void(OImageFrame *)> onFrame;
 
 inline void frameCallback(OImageFrame *frame)

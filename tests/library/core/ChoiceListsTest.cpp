@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Lists that are read name by name: once from the camera, and never an old one.
+// Cached lists of names: read once from the camera, never out of date.
 #include "tests/library/core/LibraryFixture.h"
 
 #include <atomic>
@@ -52,7 +52,7 @@ TEST_F(Lists, areReadOnceForAllTheirNames)
     script_->nodes.beforeAccess = nullptr;
 }
 
-TEST_F(Lists, areTheOnesThatWereCounted)
+TEST_F(Lists, areThoseOfTheLastCount)
 {
     EXPECT_EQ(count(), 3);
     offer({"Other"});
@@ -61,7 +61,7 @@ TEST_F(Lists, areTheOnesThatWereCounted)
     EXPECT_EQ(name(0), "Other");
 }
 
-TEST_F(Lists, needNotBeCounted) { EXPECT_EQ(name(1), "Two"); }
+TEST_F(Lists, canBeReadWithoutACount) { EXPECT_EQ(name(1), "Two"); }
 
 TEST_F(Lists, areReadAgainAfterAWrite)
 {
@@ -86,9 +86,9 @@ TEST_F(Lists, areReadAgainAfterAWrite)
     }
 }
 
-TEST_F(Lists, thatWereReadDuringAWriteAreNotKept)
+TEST_F(Lists, readDuringAWriteAreNotCached)
 {
-    // The write begins, the list is read, the write ends.
+    // Read the list between the beginning and the end of a write.
     const std::shared_ptr<Camera> camera = Library::instance().find(handle_);
     camera->lists().changed();
     EXPECT_EQ(count(), 3);
@@ -97,7 +97,7 @@ TEST_F(Lists, thatWereReadDuringAWriteAreNotKept)
     EXPECT_EQ(name(0), "New");
 }
 
-TEST_F(Lists, thatCannotBeReadLeaveThePresentOne)
+TEST_F(Lists, areKeptWhenReadingFails)
 {
     EXPECT_EQ(count(), 3);
     script_->nodes.with([&] { script_->nodes.failure = ORVALIS_ERROR_DEVICE; });

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// When discovery answers, when it waits, and whose snapshot names come from.
+// When discovery returns, when it waits, and which snapshot names come from.
 #include "library/core/Discovery.h"
 #include "tests/library/core/ScriptedCamera.h"
 
@@ -36,7 +36,7 @@ std::vector<std::string> idsOf(const Snapshot &snapshot)
     return ids;
 }
 
-/// A back end that shows what it is told, and counts how often it was asked.
+/// A back end that lists what a test sets, and counts calls.
 struct Shown {
     void show(Cameras now)
     {
@@ -53,7 +53,7 @@ struct Shown {
     std::mutex mutex; // guards cameras
     Cameras cameras;
     Counter asked;
-    Latch gate; // closed: discover() does not come back
+    Latch gate; // closed: discover() does not return
 };
 
 std::unique_ptr<Backend> backendOf(const std::shared_ptr<Shown> &shown, bool atOnce)
@@ -86,7 +86,7 @@ protected:
 
 } // namespace
 
-TEST_F(DiscoveryTest, quickBackEndIsAskedInTheCall)
+TEST_F(DiscoveryTest, fastBackEndIsQueriedDuringTheCall)
 {
     Discovery discovery(bus(true, false));
     EXPECT_THAT(idsOf(discovery.take()), IsEmpty());
@@ -94,7 +94,7 @@ TEST_F(DiscoveryTest, quickBackEndIsAskedInTheCall)
     EXPECT_THAT(idsOf(discovery.take()), ElementsAre("A", "B"));
 }
 
-TEST_F(DiscoveryTest, knownCamerasAreTheAnswerWhileTheFirstPassRuns)
+TEST_F(DiscoveryTest, knownCamerasAreReturnedWhileTheFirstPassRuns)
 {
     quick_->show(cameras({"A"}));
     slow_->show(cameras({"B"}));
@@ -104,18 +104,18 @@ TEST_F(DiscoveryTest, knownCamerasAreTheAnswerWhileTheFirstPassRuns)
     slow_->gate.open();
 }
 
-TEST_F(DiscoveryTest, firstPassIsWaitedForWhileNothingIsKnown)
+TEST_F(DiscoveryTest, callWaitsForTheFirstPassWhileNoCameraIsKnown)
 {
     slow_->show(cameras({"B"}));
     Discovery discovery(bus(true, true));
     slow_->asked.waitFor(1);
-    // What the call waits for comes from a thread that starts after it; with luck after it waits.
+    // The result arrives from a thread that starts after the call, usually while the call waits.
     std::thread later([this] { slow_->gate.open(); });
     EXPECT_THAT(idsOf(discovery.take()), ElementsAre("B"));
     later.join();
 }
 
-TEST_F(DiscoveryTest, firstPassThatDoesNotEndIsGivenUp)
+TEST_F(DiscoveryTest, waitForTheFirstPassIsLimited)
 {
     Discovery discovery(bus(false, true));
     EXPECT_THAT(idsOf(discovery.take()), IsEmpty());
@@ -133,7 +133,7 @@ TEST_F(DiscoveryTest, stopEndsAWait)
     discovery.waitUntilStopped(Clock::time_point::max());
 }
 
-TEST_F(DiscoveryTest, slowBackEndIsAskedAgainAndAgain)
+TEST_F(DiscoveryTest, slowBackEndIsQueriedPeriodically)
 {
     slow_->gate.open();
     Discovery discovery(bus(false, true));
@@ -148,11 +148,11 @@ TEST_F(DiscoveryTest, camerasKeepTheirPlacesWhileOthersComeAndGo)
     slow_->asked.waitFor(1);
     EXPECT_THAT(idsOf(discovery.take()), ElementsAre("B", "A"));
     slow_->show(cameras({"C", "A", "B"}));
-    slow_->asked.waitFor(3); // the second pass has ended
+    slow_->asked.waitFor(3); // the second pass is complete
     EXPECT_THAT(idsOf(discovery.take()), ElementsAre("B", "A", "C"));
 }
 
-TEST_F(DiscoveryTest, cameraThatTwoBackEndsShowIsListedOnce)
+TEST_F(DiscoveryTest, cameraOnTwoBackEndsIsListedOnce)
 {
     quick_->show(cameras({"A", "", "A"}));
     slow_->show(cameras({"A", "B"}));
@@ -162,7 +162,7 @@ TEST_F(DiscoveryTest, cameraThatTwoBackEndsShowIsListedOnce)
     EXPECT_THAT(idsOf(discovery.take()), ElementsAre("A", "B"));
 }
 
-TEST_F(DiscoveryTest, failingBackEndLeavesWhatWasKnown)
+TEST_F(DiscoveryTest, failingBackEndKeepsItsKnownCameras)
 {
     auto backend = std::make_unique<ScriptedBackend>();
     backend->atOnce = false;
@@ -178,7 +178,7 @@ TEST_F(DiscoveryTest, failingBackEndLeavesWhatWasKnown)
     EXPECT_THAT(idsOf(discovery.take()), ElementsAre("A"));
 }
 
-TEST_F(DiscoveryTest, namesAreThoseOfTheThreadsSnapshotForHalfASecond)
+TEST_F(DiscoveryTest, threadReadsItsOwnSnapshotForHalfASecond)
 {
     quick_->show(cameras({"A"}));
     Discovery discovery(bus(true, false), now_);
@@ -208,7 +208,7 @@ TEST_F(DiscoveryTest, namesCanBeReadBeforeAnyCount)
     EXPECT_THAT(idsOf(discovery.present()), ElementsAre("A"));
 }
 
-TEST_F(DiscoveryTest, snapshotOfAnEarlierDiscoveryIsForgotten)
+TEST_F(DiscoveryTest, snapshotOfAnEarlierDiscoveryIsIgnored)
 {
     quick_->show(cameras({"A"}));
     {
@@ -239,7 +239,7 @@ TEST(Bus, realCamerasComeBeforeSimulatedOnes)
 }
 #endif
 
-TEST(Bus, cameraIsOpenedWhereItIs)
+TEST(Bus, cameraIsOpenedOnItsBackEnd)
 {
     Backends backends;
     backends.push_back(std::make_unique<ScriptedBackend>());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Typed features on a camera that fails once, at any point on the way.
+// Typed features on a camera that fails once, at any access.
 #include "library/core/Features.h"
 #include "tests/library/core/ScriptedNodes.h"
 
@@ -13,7 +13,7 @@ using namespace orvalis::test;
 
 namespace {
 
-/// A camera with every selector that a typed feature turns. None stands where it is needed.
+/// A camera with every selector that typed features set, each on another entry than needed.
 class FailingCamera {
 public:
     explicit FailingCamera(int accessThatFails) : left_(accessThatFails)
@@ -39,7 +39,7 @@ public:
 
     Features &features() { return features_; }
     bool hasFailed() const { return left_ <= 0; }
-    /// Names of selectors that do not stand where they stood.
+    /// Names of selectors that are not at their original entry.
     std::vector<std::string> turned()
     {
         std::vector<std::string> names;
@@ -112,8 +112,8 @@ private:
 
 using Call = std::function<OResult(FailingCamera &)>;
 
-/// Makes the call on cameras that fail at their first access, their second and so on, until one
-/// gets through; `check` runs after each.
+/// Makes the call on cameras that fail at the first access, the second and so on, until it
+/// succeeds; runs `check` after each call.
 void failEverywhere(const Call &call, const std::function<void(FailingCamera &, OResult)> &check)
 {
     for (int access = 1; access < 500; ++access) {
@@ -125,7 +125,7 @@ void failEverywhere(const Call &call, const std::function<void(FailingCamera &, 
         if (!failed)
             return;
     }
-    ADD_FAILURE() << "the call never ends";
+    ADD_FAILURE() << "the call never succeeds";
 }
 
 void expectSelectorsPutBack(const Call &call)
@@ -143,7 +143,7 @@ template <class Feature, class Use> void forEach(Feature last, Use use)
     }
 }
 
-TEST(FeatureFailures, numbersThatFailHalfWayPutTheirSelectorsBack)
+TEST(FeatureFailures, failedNumbersRestoreTheirSelectors)
 {
     forEach(Number::StrobeDuration, [](Number number) {
         expectSelectorsPutBack(
@@ -155,7 +155,7 @@ TEST(FeatureFailures, numbersThatFailHalfWayPutTheirSelectorsBack)
     });
 }
 
-TEST(FeatureFailures, namesThatFailHalfWayPutTheirSelectorsBack)
+TEST(FeatureFailures, failedChoicesRestoreTheirSelectors)
 {
     forEach(Choice::StrobePolarity, [](Choice choice) {
         expectSelectorsPutBack([&](FailingCamera &camera) {
@@ -163,7 +163,7 @@ TEST(FeatureFailures, namesThatFailHalfWayPutTheirSelectorsBack)
             return camera.features().list(choice, names);
         });
         if (choice == Choice::TriggerMode)
-            return; // it is a selector itself
+            return; // the feature is a selector itself
         expectSelectorsPutBack([&](FailingCamera &camera) {
             std::string name;
             const OResult result = camera.features().get(choice, name);
@@ -172,7 +172,7 @@ TEST(FeatureFailures, namesThatFailHalfWayPutTheirSelectorsBack)
     });
 }
 
-TEST(FeatureFailures, switchesThatFailHalfWayPutTheirSelectorsBack)
+TEST(FeatureFailures, failedSwitchesRestoreTheirSelectors)
 {
     forEach(Switch::StrobeEnable, [](Switch which) {
         for (const bool on : {false, true})
@@ -184,7 +184,7 @@ TEST(FeatureFailures, switchesThatFailHalfWayPutTheirSelectorsBack)
     expectSelectorsPutBack([](FailingCamera &camera) { return camera.features().loadDefaults(); });
 }
 
-TEST(FeatureFailures, triggerThatCannotBeSwitchedStaysAsItWas)
+TEST(FeatureFailures, failedTriggerSwitchRestoresTheTrigger)
 {
     const auto set = [](FailingCamera &camera) {
         return camera.features().set(Switch::TriggerEnable, true);
@@ -195,7 +195,7 @@ TEST(FeatureFailures, triggerThatCannotBeSwitchedStaysAsItWas)
     });
 }
 
-TEST(FeatureFailures, triggerModeThatIsRefusedStaysAsItWas)
+TEST(FeatureFailures, refusedTriggerModeIsRestored)
 {
     const auto set = [](FailingCamera &camera) {
         return camera.features().set(Choice::TriggerMode, "AcquisitionStart");
@@ -208,7 +208,7 @@ TEST(FeatureFailures, triggerModeThatIsRefusedStaysAsItWas)
     });
 }
 
-TEST(FeatureFailures, numbersThatAreRefusedLeaveSwitchAndAutomaticAsTheyWere)
+TEST(FeatureFailures, refusedNumbersRestoreSwitchAndAutomatic)
 {
     const auto setRate = [](FailingCamera &camera) {
         return camera.features().set(Number::FrameRate, 50);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The names that typed features have on cameras, in order of preference, and their units.
+// The node names of typed features, in order of preference, and their units.
 #include "library/core/Features.h"
 #include "tests/library/core/ScriptedNodes.h"
 
@@ -12,7 +12,7 @@ using namespace orvalis::test;
 
 namespace {
 
-/// A node name, the feature that it stands for, and what 1 of it is in the interface's units.
+/// A node name, its feature, and the interface's value of node value 1.
 struct NamedNode {
     Number number;
     const char *node;
@@ -108,7 +108,7 @@ class FeatureNames : public NamesInOrder, public testing::WithParamInterface<Nam
 
 } // namespace
 
-TEST_P(FeatureNames, nodeIsFoundInItsUnits)
+TEST_P(FeatureNames, nodeIsFoundAndItsUnitConverted)
 {
     const NamedNode &row = GetParam();
     nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
@@ -141,7 +141,7 @@ TEST_F(NamesInOrder, everyNameOfTheTableIsTestedInItsOrder)
     EXPECT_EQ(next, std::size(kNames));
 }
 
-TEST_F(NamesInOrder, theFirstNameOfTheTableCounts)
+TEST_F(NamesInOrder, firstNameOfTheTableIsUsed)
 {
     nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
     const NamedNode *first = nullptr;
@@ -154,7 +154,7 @@ TEST_F(NamesInOrder, theFirstNameOfTheTableCounts)
     }
 }
 
-TEST_F(NamesInOrder, rawTimesAreInStepsThatTheCameraTells)
+TEST_F(NamesInOrder, rawTimesAreMultipliedByTheCamerasTimeBase)
 {
     const struct {
         Number number;

@@ -62,7 +62,7 @@ TEST_F(FeaturesTest, unavailableNodeIsNotSupported)
     EXPECT_EQ(resultOf(Number::Hue), ORVALIS_ERROR_NOT_SUPPORTED);
 }
 
-TEST_F(FeaturesTest, unavailableNodeGivesWayToTheNextName)
+TEST_F(FeaturesTest, nextNameIsUsedIfANodeIsUnavailable)
 {
     nodes_.nodes["Gain"] = floatNode(1, 0, 10);
     nodes_.nodes["Gain"].access = ORVALIS_ACCESS_NOT_IMPLEMENTED;
@@ -91,7 +91,7 @@ TEST_F(FeaturesTest, roundedBoundsCanBeSet)
     EXPECT_EQ(features_.set(Number::RedGain, 63), ORVALIS_ERROR_OUT_OF_RANGE);
 }
 
-TEST_F(FeaturesTest, everyRatioComesBackAsItWasSet)
+TEST_F(FeaturesTest, everyRatioIsReadBackAsSet)
 {
     nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
     nodes_.nodes["BalanceRatio"] = floatNode(1, 0.0625, 3.999);
@@ -184,7 +184,7 @@ TEST_F(FeaturesTest, frameRateSwitchesItsAutomaticOff)
     EXPECT_THAT(writes(), ElementsAre("AcquisitionFrameRateAuto=Off", "AcquisitionFrameRate=50"));
 }
 
-TEST_F(FeaturesTest, frameRateThatIsHiddenUntilSwitchedOn)
+TEST_F(FeaturesTest, frameRateIsReadWhileItsSwitchHidesIt)
 {
     nodes_.nodes["AcquisitionFrameRate"] = floatNode(10, 1, 100);
     nodes_.nodes["AcquisitionFrameRate"].access = ORVALIS_ACCESS_NOT_AVAILABLE;
@@ -204,7 +204,7 @@ TEST_F(FeaturesTest, refusedFrameRateSwitchesNothing)
     EXPECT_THAT(writes(), IsEmpty());
 }
 
-TEST_F(FeaturesTest, selectorIsTurnedForTheAccessAndPutBack)
+TEST_F(FeaturesTest, selectorIsSetForTheAccessAndRestored)
 {
     nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"}, 1);
     nodes_.nodes["BalanceRatio"] = floatNode(0, 0, 4);
@@ -219,7 +219,7 @@ TEST_F(FeaturesTest, selectorIsTurnedForTheAccessAndPutBack)
                                       "BalanceRatioSelector=Green"));
 }
 
-TEST_F(FeaturesTest, threadsDoNotTurnEachOthersSelectors)
+TEST_F(FeaturesTest, threadsDoNotChangeEachOthersSelectors)
 {
     nodes_.nodes["BalanceRatioSelector"] = enumNode({"Red", "Green", "Blue"});
     nodes_.nodes["BalanceRatio"] = floatNode(0, 0, 4);
@@ -242,7 +242,7 @@ TEST_F(FeaturesTest, gainIsThatOfTheWholeCamera)
     nodes_.nodes["Gain"].selector = "GainSelector";
     nodes_.nodes["Gain"].selected = {{"All", 6}, {"Red", 9}};
     EXPECT_EQ(read(Number::Gain).value, 6);
-    EXPECT_EQ(nodes_.nodes["GainSelector"].value, 1) << "put back";
+    EXPECT_EQ(nodes_.nodes["GainSelector"].value, 1) << "restored";
 }
 
 TEST_F(FeaturesTest, noiseFilterIsThatOfTheTriggersLine)
@@ -253,7 +253,7 @@ TEST_F(FeaturesTest, noiseFilterIsThatOfTheTriggersLine)
     nodes_.nodes["LineDebouncerTime"].selector = "LineSelector";
     nodes_.nodes["LineDebouncerTime"].selected = {{"Line0", 10}, {"Line1", 20}};
     EXPECT_EQ(read(Number::TriggerNoiseFilter).value, 20);
-    EXPECT_EQ(nodes_.nodes["LineSelector"].value, 2) << "put back";
+    EXPECT_EQ(nodes_.nodes["LineSelector"].value, 2) << "restored";
 }
 
 TEST_F(FeaturesTest, strobeIsOnTheOutputLine)
@@ -271,10 +271,10 @@ TEST_F(FeaturesTest, strobeIsOnTheOutputLine)
     EXPECT_EQ(features_.set(Choice::StrobePolarity, "ActiveLow"), ORVALIS_OK);
     EXPECT_EQ(nodes_.nodes["LineInverter"].selected["Line1"], 1);
     EXPECT_EQ(nodes_.nodes["LineInverter"].selected["Line0"], 0);
-    EXPECT_EQ(nodes_.nodes["LineSelector"].value, 0) << "put back";
+    EXPECT_EQ(nodes_.nodes["LineSelector"].value, 0) << "restored";
 }
 
-TEST_F(FeaturesTest, strobeTimesAreThoseOfTheTimerBehindTheLine)
+TEST_F(FeaturesTest, strobeTimesAreThoseOfTheLinesTimer)
 {
     nodes_.nodes["LineSource"] = enumNode({"Off", "Timer0Active", "Timer1Active"}, 2);
     nodes_.nodes["TimerSelector"] = enumNode({"Timer0", "Timer1"});
@@ -282,7 +282,7 @@ TEST_F(FeaturesTest, strobeTimesAreThoseOfTheTimerBehindTheLine)
     nodes_.nodes["TimerDelay"].selector = "TimerSelector";
     nodes_.nodes["TimerDelay"].selected = {{"Timer0", 10}, {"Timer1", 20}};
     EXPECT_EQ(read(Number::StrobeDelay).value, 20);
-    EXPECT_EQ(nodes_.nodes["TimerSelector"].value, 0) << "put back";
+    EXPECT_EQ(nodes_.nodes["TimerSelector"].value, 0) << "restored";
 }
 
 TEST_F(FeaturesTest, strobeWithoutASwitchIsOffWhileNothingDrivesIt)
@@ -368,7 +368,7 @@ TEST_F(FeaturesTest, softwareTriggerThatIsNotSetUpIsIgnored)
     EXPECT_EQ(features_.fireSoftwareTrigger(true), ORVALIS_OK);
 }
 
-TEST_F(FeaturesTest, defaultsAreLoadedAndTheSelectorPutBack)
+TEST_F(FeaturesTest, defaultsAreLoadedAndTheSelectorRestored)
 {
     nodes_.nodes["UserSetSelector"] = enumNode({"Default", "UserSet1"}, 1);
     nodes_.nodes["UserSetLoad"] = commandNode();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How long delivered frames stay, and when their memory is used again.
+// How long delivered frames stay valid, and when their memory is reused.
 #include "library/core/FrameRing.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ TEST(FrameRing, slowFramesStayForEightFurtherOnes)
     const Frame *first = deliver(ring, kStart).get();
     for (int i = 1; i <= 8; ++i)
         EXPECT_NE(deliver(ring, kStart + i * 1s).get(), first) << i;
-    EXPECT_EQ(deliver(ring, kStart + 9s).get(), first) << "memory is used again";
+    EXPECT_EQ(deliver(ring, kStart + 9s).get(), first) << "memory is reused";
 }
 
 TEST(FrameRing, fastFramesStayForTwoHundredMilliseconds)
@@ -49,30 +49,30 @@ TEST(FrameRing, budgetEndsFramesSooner)
     EXPECT_EQ(ring.size(), 5u);
 }
 
-TEST(FrameRing, newestFrameOutlivesAnyBudget)
+TEST(FrameRing, newestFrameIsKeptWhateverTheBudget)
 {
     FrameRing ring(10);
     std::shared_ptr<Frame> before = deliver(ring, kStart);
     for (int i = 1; i < 5; ++i) {
         std::shared_ptr<Frame> next = ring.next(kStart + i * 1ms);
-        EXPECT_NE(next, before) << "still to be read while the next one is filled";
+        EXPECT_NE(next, before) << "still readable while the next one is filled";
         next->raw.reserve(1000);
         ring.deliver(next, kStart + i * 1ms);
         before = next;
     }
 }
 
-TEST(FrameRing, frameTakenByAGrabIsNotFilledAgain)
+TEST(FrameRing, frameUsedByAGrabIsNotReused)
 {
     FrameRing ring;
     const std::shared_ptr<Frame> first = deliver(ring, kStart);
     first->taken = true;
     for (int i = 1; i <= 20; ++i)
         EXPECT_NE(deliver(ring, kStart + i * 1s), first) << i;
-    EXPECT_EQ(first.use_count(), 1) << "the ring has let go of it";
+    EXPECT_EQ(first.use_count(), 1) << "the ring has released it";
 }
 
-TEST(FrameRing, cameraMemoryIsGivenBackWithTheFrame)
+TEST(FrameRing, cameraMemoryIsReleasedWithTheFrame)
 {
     FrameRing ring;
     auto memory = std::make_shared<int>(1);
@@ -85,7 +85,7 @@ TEST(FrameRing, cameraMemoryIsGivenBackWithTheFrame)
     EXPECT_EQ(memory.use_count(), 1);
 }
 
-TEST(FrameRing, frameGivenBackIsNextAgain)
+TEST(FrameRing, returnedFrameIsReused)
 {
     FrameRing ring;
     std::shared_ptr<Frame> frame = ring.next(kStart);
@@ -95,7 +95,7 @@ TEST(FrameRing, frameGivenBackIsNextAgain)
     EXPECT_EQ(ring.size(), 0u);
 }
 
-TEST(FrameRing, clearEndsAllFrames)
+TEST(FrameRing, clearReleasesAllFrames)
 {
     FrameRing ring;
     const std::weak_ptr<Frame> frame = deliver(ring, kStart);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which planes a frame gets for which format.
+// The planes of a frame in each format.
 #include "library/core/Frame.h"
 
 #include <gtest/gtest.h>
@@ -67,7 +67,7 @@ INSTANTIATE_TEST_SUITE_P(
         return std::string(row.param.format) + (row.param.bayerConversion ? "_on" : "_off");
     });
 
-TEST(Frame, holdsTheCamerasMemoryInsteadOfACopy)
+TEST(Frame, keepsTheCamerasMemoryInsteadOfACopy)
 {
     const RawImage image = imageOf("Mono8");
     Frame frame;
@@ -76,7 +76,7 @@ TEST(Frame, holdsTheCamerasMemoryInsteadOfACopy)
     EXPECT_EQ(frame.source.owner, image.owner);
 }
 
-TEST(Frame, copiesWhatItCannotHold)
+TEST(Frame, copiesAnImageWithoutAnOwner)
 {
     const RawImage image = imageOf("Mono8", false);
     Frame frame;

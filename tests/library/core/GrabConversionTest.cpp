@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What grabs write into memory of their caller.
+// What grabs write to the caller's memory.
 #include "library/core/GrabConversion.h"
 
 #include <gtest/gtest.h>
@@ -57,7 +57,7 @@ TEST_F(GrabConversion, rawOfTwelveBitsIsWords)
     }
 }
 
-TEST_F(GrabConversion, rawOfOtherFormatsIsBrightness)
+TEST_F(GrabConversion, rawOfOtherFormatsIsLuminance)
 {
     OImageFrame frame{};
     frame.raw = out_.data();
@@ -82,7 +82,7 @@ TEST_F(GrabConversion, rgbOfMonochromeIsGray)
     EXPECT_EQ(out_[kPixels * 3], kUntouched);
 }
 
-TEST_F(GrabConversion, rgbOfDeepFormatsNeedsNoMoreRoom)
+TEST_F(GrabConversion, rgbOfDeepFormatsFitsTheSameBuffer)
 {
     OImageFrame frame{};
     frame.rgb = out_.data();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Grabs beside a stream and without one.
+// Grabs with and without a stream.
 #include "tests/library/core/AcquisitionFixture.h"
 
 #include <thread>
@@ -10,12 +10,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Longer than any test may take: results never depend on it.
+/// Longer than any test may take; no result depends on it.
 Clock::time_point farAway() { return Clock::now() + 10min; }
 
 class GrabTest : public AcquisitionFixture {
 protected:
-    /// Runs a grab on a thread of its own.
+    /// Runs a grab on its own thread.
     void grabAside()
     {
         grabber_ = std::thread([this] { result_ = acquisition_.grab(image_, farAway()); });
@@ -26,7 +26,7 @@ protected:
         return result_;
     }
 
-    /// Sends frames until the grab has one: it may begin late.
+    /// Sends frames until the grab, which may begin late, has one.
     OResult feedUntilGrabbed()
     {
         std::atomic<bool> done{false};
@@ -55,7 +55,7 @@ TEST_F(GrabTest, idleCameraTakesAnImageForIt)
     ASSERT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_OK);
     EXPECT_EQ(image_.data[0], 9);
     EXPECT_EQ(image_.width, 64u);
-    EXPECT_EQ(script_->starts.value(), 0) << "no stream for it";
+    EXPECT_EQ(script_->starts.value(), 0) << "without a stream";
 }
 
 TEST_F(GrabTest, deadlineInThePastTimesOut)
@@ -82,7 +82,7 @@ TEST_F(GrabTest, startEndsAnIdleGrab)
     EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
 }
 
-TEST_F(GrabTest, aGrabLeavesTheCameraToAStreamThatStarts)
+TEST_F(GrabTest, waitingGrabDoesNotDelayAStart)
 {
     Latch begun;
     Latch go;
@@ -112,7 +112,7 @@ TEST_F(GrabTest, closeEndsAnIdleGrab)
     EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
 }
 
-TEST_F(GrabTest, writeEndsAnIdleGrabAndLetsNoneBegin)
+TEST_F(GrabTest, writeEndsAnIdleGrabAndDelaysNewOnes)
 {
     grabAside();
     script_->takes.waitFor(1);
@@ -144,7 +144,7 @@ TEST_F(GrabTest, wakeBeforeTheGrabReachesTheDeviceIsRepeated)
     writer.join();
 }
 
-TEST_F(GrabTest, wakeMeantForSomebodyElseDoesNotEndAGrab)
+TEST_F(GrabTest, unrelatedWakeDoesNotEndAGrab)
 {
     device_.wake();
     script_->pushShot(monoImage(4));
@@ -172,7 +172,7 @@ TEST_F(GrabTest, writeDoesNotEndAGrabFromTheStream)
     feeder.join();
 }
 
-TEST_F(GrabTest, twoIdleGrabsTakeTurns)
+TEST_F(GrabTest, idleGrabsAreSerialised)
 {
     std::atomic<int> inside{0};
     std::atomic<int> most{0};
@@ -197,7 +197,7 @@ TEST_F(GrabTest, grabInsideTheCallbackTimesOutAtOnce)
               ORVALIS_ERROR_TIMEOUT);
 }
 
-TEST_F(GrabTest, lostCameraSaysSo)
+TEST_F(GrabTest, lossIsReported)
 {
     script_->lose();
     EXPECT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_ERROR_CONNECTION_LOST);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What entry points add to the camera: exceptions kept inside, sizes kept to, texts bounded.
+// What entry points add to the camera: catching exceptions, checking sizes, bounding texts.
 #include "tests/library/core/LibraryFixture.h"
 
 #include <cstring>
@@ -18,7 +18,7 @@ protected:
         LibraryFixture::SetUp();
         open();
     }
-    /// Grabs raw into a buffer that is as large as the sensor, with a guard behind it.
+    /// Grabs raw into a buffer as large as the sensor, followed by a guard.
     std::int32_t grabRaw(OImageFrame &frame)
     {
         frame.raw = pixels_.data();
@@ -74,14 +74,14 @@ TEST_F(LibraryCalls, grabWithoutAPlaneIsABadArgument)
     EXPECT_EQ(OrvalisGrabRGBData(handle_, nullptr, 1), ORVALIS_ERROR_BAD_ARGUMENT);
 }
 
-TEST_F(LibraryCalls, pixelFormatThatIsUnknownDoesNotStart)
+TEST_F(LibraryCalls, unknownPixelFormatDoesNotStart)
 {
     script_->nodes.nodes["PixelFormat"] = enumNode({"Odd"});
     EXPECT_EQ(OrvalisStartAcquisition(handle_, frameCallback), ORVALIS_ERROR_NOT_SUPPORTED);
     EXPECT_EQ(script_->starts.value(), 0);
 }
 
-TEST_F(LibraryCalls, infoNamesTheFormatAsItIsDelivered)
+TEST_F(LibraryCalls, infoReportsTheDeliveredFormat)
 {
     struct Row {
         const char *name;
@@ -107,7 +107,7 @@ TEST_F(LibraryCalls, infoNamesTheFormatAsItIsDelivered)
 
 TEST_F(LibraryCalls, nameWithoutNulIsReadUpToItsBound)
 {
-    const std::vector<char> name(ORVALIS_TEXT_SIZE, 'x'); // not one byte more
+    const std::vector<char> name(ORVALIS_TEXT_SIZE, 'x'); // exactly this size
     OIntNode node{};
     EXPECT_EQ(OrvalisGetNodeInt(handle_, name.data(), &node), ORVALIS_ERROR_NOT_FOUND);
     EXPECT_EQ(OrvalisSetNodeEnum(handle_, "PixelFormat", name.data()), ORVALIS_ERROR_NOT_FOUND);
@@ -117,7 +117,7 @@ TEST_F(LibraryCalls, nameWithoutNulIsReadUpToItsBound)
     EXPECT_EQ(OrvalisSetNodeString(handle_, "Text", name.data()), ORVALIS_ERROR_OUT_OF_RANGE);
 }
 
-TEST_F(LibraryCalls, longTextsAreCutToTheirBuffers)
+TEST_F(LibraryCalls, longTextsAreTruncatedToTheirBuffers)
 {
     script_->nodes.nodes["Text"] = textNode(std::string(1000, 't'));
     std::vector<char> text(ORVALIS_TEXT_SIZE, 'x');
@@ -129,7 +129,7 @@ TEST_F(LibraryCalls, longTextsAreCutToTheirBuffers)
     EXPECT_EQ(std::strlen(name.data()), std::size_t{ORVALIS_NAME_SIZE} - 1);
 }
 
-TEST_F(LibraryCalls, otherSpellingOfAUserSetNodeIsTakenForTheSame)
+TEST_F(LibraryCalls, bothNamesOfAUserSetNodeAreAccepted)
 {
     script_->nodes.nodes["UserSetDefault"] = enumNode({"Default", "UserSet1"});
     EXPECT_EQ(OrvalisSetNodeEnum(handle_, "UserSetDefaultSelector", "UserSet1"), ORVALIS_OK);

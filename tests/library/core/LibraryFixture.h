@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The library over one scripted camera, reached through its entry points.
+// The library with one scripted camera, used through its entry points.
 #pragma once
 
 #include "library/core/Library.h"
@@ -32,7 +32,7 @@ protected:
     {
         ASSERT_EQ(OrvalisOpenCamera(script_->identity.id.c_str(), &handle_), ORVALIS_OK);
     }
-    /// Closes once more what the test closed itself: nothing is left for TearDown().
+    /// Returns the handle for a test that closes it itself; TearDown() does not close it then.
     OCameraHandle takeHandle() { return std::exchange(handle_, nullptr); }
 
     std::shared_ptr<Script> script_ = std::make_shared<Script>();

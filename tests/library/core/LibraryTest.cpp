@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Handles and lifetimes: who may still do what when cameras and library come and go.
+// Handles and lifetimes: which calls work before, during and after open, close, init and uninit.
 #include "tests/library/core/LibraryFixture.h"
 
 #include <thread>
@@ -25,7 +25,7 @@ TEST_F(LibraryTest, initIsCounted)
     EXPECT_EQ(OrvalisUninit(), ORVALIS_ERROR_NOT_INITIALIZED);
 }
 
-TEST_F(LibraryTest, handlesAreNeverGivenOutTwice)
+TEST_F(LibraryTest, handlesAreNeverReused)
 {
     std::vector<OCameraHandle> handles;
     for (int i = 0; i < 20; ++i) {
@@ -43,7 +43,7 @@ TEST_F(LibraryTest, handlesAreNeverGivenOutTwice)
     }
 }
 
-TEST_F(LibraryTest, foreignHandlesAreNotLookedAt)
+TEST_F(LibraryTest, invalidHandlesAreNotDereferenced)
 {
     int something = 0;
     OSizeInfo size{};
@@ -78,7 +78,7 @@ TEST_F(LibraryTest, callInFlightKeepsItsCameraAlive)
     std::uint32_t data = 0;
     std::thread caller([&] { EXPECT_EQ(OrvalisReadRegister(handle, 4, &data), ORVALIS_OK); });
     inside.wait();
-    EXPECT_EQ(OrvalisCloseCamera(handle), ORVALIS_OK) << "does not wait for it for ever";
+    EXPECT_EQ(OrvalisCloseCamera(handle), ORVALIS_OK) << "does not wait for it";
     EXPECT_EQ(script_->destroyed.value(), 0);
     EXPECT_EQ(OrvalisReadRegister(handle, 4, &data), ORVALIS_ERROR_BAD_HANDLE);
     leave.open();
@@ -108,7 +108,7 @@ TEST_F(LibraryTest, closeFromTheCallback)
         closed = OrvalisCloseCamera(handle);
         OSizeInfo size{};
         after = OrvalisGetSizeInfo(handle, &size);
-        value = frame->raw[0]; // the callback's own frame is there until it returns
+        value = frame->raw[0]; // the callback's frame is valid until it returns
         frames_.add();
     };
     ASSERT_EQ(OrvalisStartAcquisition(handle, frameCallback), ORVALIS_OK);
@@ -135,7 +135,7 @@ TEST_F(LibraryTest, closeFromTheCallbackWhileAnotherThreadStops)
     }
 }
 
-TEST_F(LibraryTest, uninitStopsStreamsAndLeavesStopAndClose)
+TEST_F(LibraryTest, stopAndCloseWorkAfterUninit)
 {
     OImageFrame *kept = nullptr;
     onFrame = [&](OImageFrame *frame) {
@@ -171,7 +171,7 @@ TEST_F(LibraryTest, uninitFromTheCallbackMakesItTheLast)
     EXPECT_EQ(frames_.value(), 1);
 }
 
-TEST_F(LibraryTest, startThatUninitOvertakesComesToNothing)
+TEST_F(LibraryTest, uninitAbortsAStart)
 {
     open();
     Latch inside;
@@ -195,7 +195,7 @@ TEST_F(LibraryTest, startThatUninitOvertakesComesToNothing)
         << "the next session is another one";
 }
 
-TEST_F(LibraryTest, handleIsGoodAgainAfterTheNextInit)
+TEST_F(LibraryTest, handleIsValidAgainAfterTheNextInit)
 {
     open();
     ASSERT_EQ(OrvalisUninit(), ORVALIS_OK);
@@ -251,7 +251,7 @@ TEST_F(LibraryTest, lostCameraAnswersFastAndCloses)
     EXPECT_EQ(OrvalisCloseCamera(takeHandle()), ORVALIS_OK);
 }
 
-TEST_F(LibraryTest, lossSeenByAnyCallCountsForAll)
+TEST_F(LibraryTest, lossDetectedByOneCallAppliesToAll)
 {
     open();
     script_->nodes.failure = ORVALIS_ERROR_CONNECTION_LOST;
@@ -269,7 +269,7 @@ TEST_F(LibraryTest, resetLosesTheCamera)
     EXPECT_EQ(OrvalisCameraReset(handle_), ORVALIS_ERROR_CONNECTION_LOST);
 }
 
-TEST_F(LibraryTest, deviceThatTakesLongToLeaveDoesNotHoldUpClose)
+TEST_F(LibraryTest, slowDisconnectDoesNotDelayClose)
 {
     Latch leave;
     script_->onDestroy = [&] { leave.wait(); };
@@ -280,7 +280,7 @@ TEST_F(LibraryTest, deviceThatTakesLongToLeaveDoesNotHoldUpClose)
     script_->destroyed.waitFor(1);
 }
 
-TEST_F(LibraryTest, threadsOpenUseAndCloseAtWill)
+TEST_F(LibraryTest, threadsOpenUseAndCloseConcurrently)
 {
     std::atomic<OCameraHandle> shared{nullptr};
     std::atomic<bool> done{false};
@@ -308,7 +308,7 @@ TEST_F(LibraryTest, threadsOpenUseAndCloseAtWill)
         used.waitFor(used.value() + 1);
         EXPECT_EQ(OrvalisCloseCamera(handle), ORVALIS_OK);
     }
-    EXPECT_GT(started, 0) << "all starts were overtaken by a stop";
+    EXPECT_GT(started, 0) << "a stop aborted all starts";
     done = true;
     first.join();
     second.join();

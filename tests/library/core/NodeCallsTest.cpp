@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Integer nodes in the 32 bits of the interface: as they are, as a bit pattern, or cut.
+// Integer nodes in the interface's 32 bits: unchanged, as a bit pattern, or clamped.
 #include "tests/library/core/LibraryFixture.h"
 
 #include <cstdint>
@@ -42,7 +42,7 @@ protected:
 
 } // namespace
 
-TEST_F(NodeCalls, unsignedNumbersTravelAsTheirBitPattern)
+TEST_F(NodeCalls, unsignedNumbersArePassedAsBitPatterns)
 {
     have(integerNode(3232235777.0, 0, kLargestUnsigned));
     const OIntNode node = read();
@@ -69,7 +69,7 @@ TEST_F(NodeCalls, patternsOutsideTheRealBoundsAreRefused)
     EXPECT_EQ(held(), 10);
 }
 
-TEST_F(NodeCalls, numbersOfThirtyOneBitsAndSignedOnesStayAsTheyAre)
+TEST_F(NodeCalls, signedAndThirtyOneBitNumbersAreUnchanged)
 {
     have(integerNode(5, 0, kLargest));
     EXPECT_EQ(read().minimum, 0);
@@ -81,7 +81,7 @@ TEST_F(NodeCalls, numbersOfThirtyOneBitsAndSignedOnesStayAsTheyAre)
     EXPECT_EQ(held(), -6);
 }
 
-TEST_F(NodeCalls, numbersBeyondThirtyTwoBitsAreCutAndNotWritten)
+TEST_F(NodeCalls, numbersBeyondThirtyTwoBitsAreClampedAndNotWritten)
 {
     for (const auto &[minimum, maximum] :
          {std::pair{0.0, kLargestUnsigned + 1}, std::pair{-1.0, kLargestUnsigned},

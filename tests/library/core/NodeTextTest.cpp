@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Node values as text and back.
+// Converting node values to text and back.
 #include "library/core/NodeText.h"
 #include "tests/library/core/ScriptedNodes.h"
 
@@ -47,7 +47,7 @@ TEST_F(NodeText, everyTypeReads)
     EXPECT_EQ(read("Text"), "abc");
 }
 
-TEST_F(NodeText, whatWasReadCanBeWritten)
+TEST_F(NodeText, textThatWasReadCanBeWritten)
 {
     for (const char *name : {"Int", "Float", "Bool", "Enum", "Text"})
         EXPECT_EQ(write(name, read(name)), ORVALIS_OK) << name;
@@ -67,7 +67,7 @@ TEST_F(NodeText, everyTypeWrites)
     EXPECT_EQ(read("Text"), "");
 }
 
-TEST_F(NodeText, whatIsNoNumberIsABadArgument)
+TEST_F(NodeText, invalidNumberIsABadArgument)
 {
     for (const char *text : {"", " ", "x", "1x", "1.5", "--1", "+-1", "0x10"})
         EXPECT_EQ(write("Int", text), ORVALIS_ERROR_BAD_ARGUMENT) << text;
@@ -77,7 +77,7 @@ TEST_F(NodeText, whatIsNoNumberIsABadArgument)
         EXPECT_EQ(write("Bool", text), ORVALIS_ERROR_BAD_ARGUMENT) << text;
 }
 
-TEST_F(NodeText, tooMuchIsOutOfRange)
+TEST_F(NodeText, tooLargeOrTooLongIsOutOfRange)
 {
     EXPECT_EQ(write("Int", "99999999999999999999"), ORVALIS_ERROR_OUT_OF_RANGE);
     EXPECT_EQ(write("Float", "nan"), ORVALIS_ERROR_OUT_OF_RANGE);

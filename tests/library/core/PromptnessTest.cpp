@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Stop, close and uninit return although the camera does not answer any more.
+// Stop, close and uninit return although the camera no longer answers.
 #include "tests/library/core/LibraryFixture.h"
 
 #include <atomic>
@@ -17,13 +17,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// The promise is one second. A slow machine may take many of them, a broken promise takes for
-/// ever.
+/// The interface promises one second. A slow machine may take longer; a defect waits forever.
 constexpr auto kGenerous = 20s;
 
 std::atomic<bool> noThreads{false};
 
-/// A camera that stops answering in the middle of a call, until answer().
+/// A camera that stops answering during a call, until answer().
 class Promptness : public LibraryFixture {
 protected:
     void TearDown() override
@@ -31,9 +30,9 @@ protected:
         noThreads = false;
         answer();
         LibraryFixture::TearDown();
-        waiting_.clear(); // before script_, which they use
+        waiting_.clear(); // before script_, which the waiting calls use
     }
-    /// For the hooks of script_: a thread that comes here stays.
+    /// A hook for script_ that blocks the calling thread.
     auto hangs()
     {
         return [inside = inside_, answer = answer_] {
@@ -43,7 +42,7 @@ protected:
     }
     void answer() { answer_->open(); }
 
-    /// Starts a call on a thread of its own. Its result is worth waiting for by ends() only.
+    /// Starts a call on its own thread. Wait for its result only with ends().
     template <typename Call> std::future<std::int32_t> &aside(Call call)
     {
         return waiting_.emplace_back(std::async(std::launch::async, call));
@@ -52,8 +51,7 @@ protected:
     {
         return call.wait_for(kGenerous) == std::future_status::ready;
     }
-    /// True if `call` returns ORVALIS_OK in time. If it does not return, the camera answers at
-    /// last.
+    /// True if `call` returns ORVALIS_OK in time. If it does not return, lets the camera answer.
     template <typename Call> bool isPrompt(Call call)
     {
         std::future<std::int32_t> &result = aside(call);
@@ -67,7 +65,7 @@ protected:
         return aside([handle = handle_] { return OrvalisStartAcquisition(handle, frameCallback); });
     }
 
-    // A thread that hung may outlive the test by a moment.
+    // A blocked thread may outlive the test for a moment.
     std::shared_ptr<Latch> inside_ = std::make_shared<Latch>();
     std::shared_ptr<Latch> answer_ = std::make_shared<Latch>();
     std::list<std::future<std::int32_t>> waiting_;
@@ -75,7 +73,7 @@ protected:
 
 } // namespace
 
-/// In front of the C library's own, for the standard library as well.
+/// Replaces the C library's function, also for the standard library.
 extern "C" int pthread_create(pthread_t *thread, const pthread_attr_t *attributes,
                               void *(*body)(void *), void *argument) noexcept
 {
@@ -103,7 +101,7 @@ TEST_F(Promptness, anOpenCameraNeedsNoFurtherThread)
     open();
 }
 
-TEST_F(Promptness, stopDoesNotWaitForALookAtTheCamera)
+TEST_F(Promptness, stopDoesNotWaitForAConnectionCheck)
 {
     open();
     script_->onNextImage = hangs();
@@ -125,8 +123,8 @@ TEST_F(Promptness, stopDoesNotWaitForTheCameraToStop)
     EXPECT_TRUE(isPrompt([this] { return OrvalisCloseCamera(takeHandle()); }));
 }
 
-/// The memory of an old frame is given back between the arrival of a new one and its callback.
-TEST_F(Promptness, aFrameThatWasOnItsWayIsNotDeliveredAfterTheStop)
+/// An old frame's memory is released between the arrival of a new frame and its callback.
+TEST_F(Promptness, pendingFrameIsNotDeliveredAfterTheStop)
 {
     open();
     ASSERT_EQ(OrvalisStartAcquisition(handle_, frameCallback), ORVALIS_OK);
@@ -136,7 +134,7 @@ TEST_F(Promptness, aFrameThatWasOnItsWayIsNotDeliveredAfterTheStop)
     script_->pushFrame(std::exchange(image, {}));
     for (int i = 1; !inside_->isOpen(); ++i) {
         script_->pushFrame(monoImage(2));
-        std::this_thread::sleep_for(1ms); // the memory is kept for 200 ms
+        std::this_thread::sleep_for(1ms); // frames are kept for 200 ms
     }
     EXPECT_TRUE(isPrompt([this] { return OrvalisStopAcquisition(handle_); }));
     const int seen = frames_.value();
@@ -171,7 +169,7 @@ TEST_F(Promptness, stopEndsAStartThatHangs)
     ASSERT_TRUE(ends(start));
     EXPECT_EQ(start.get(), ORVALIS_ERROR_ABORTED);
     answer();
-    script_->stops.waitFor(1); // what came up too late is taken down
+    script_->stops.waitFor(1); // a stream that starts too late is stopped
     EXPECT_EQ(frames_.value(), 0);
 }
 
@@ -187,7 +185,7 @@ TEST_F(Promptness, stopEndsAStartThatStillReadsTheCamera)
     answer();
     script_->nodes.beforeAccess = nullptr;
     EXPECT_EQ(OrvalisStartAcquisition(handle_, frameCallback), ORVALIS_OK);
-    EXPECT_EQ(script_->starts.value(), 1) << "the first one came to nothing";
+    EXPECT_EQ(script_->starts.value(), 1) << "the first start was aborted";
 }
 
 TEST_F(Promptness, closeEndsAStartThatHangs)
@@ -285,7 +283,7 @@ TEST_F(Promptness, uninitDoesNotWaitForAPassOfDiscovery)
     EXPECT_TRUE(isPrompt([] { return OrvalisUninit(); }));
 }
 
-/// One after the other they would take longer than the test waits.
+/// Sequential waits would exceed the test's limit.
 TEST_F(Promptness, uninitWaitsForAllCamerasAtOnce)
 {
     constexpr int kCameras = 60;

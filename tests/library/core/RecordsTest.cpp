@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Fixed-size records: cut, bounded, complete.
+// Fixed-size records: truncated, bounded, complete.
 #include "library/core/Records.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 
 using namespace orvalis;
 
-TEST(Records, textIsCutAndEndsWithNul)
+TEST(Records, textIsTruncatedAndEndsWithNul)
 {
     char out[4] = {'x', 'x', 'x', 'x'};
     copyText(out, "abcdef");
@@ -20,7 +20,7 @@ TEST(Records, textIsCutAndEndsWithNul)
     EXPECT_STREQ(out, "");
 }
 
-TEST(Records, numbersAreCutToTheNearest)
+TEST(Records, numbersAreClampedToTheNearest)
 {
     EXPECT_EQ(toInt32(1e12), std::numeric_limits<std::int32_t>::max());
     EXPECT_EQ(toInt32(-1e12), std::numeric_limits<std::int32_t>::min());

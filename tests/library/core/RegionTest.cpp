@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The region of interest on a camera whose bounds depend on each other.
+// The region of interest on a camera with interdependent bounds.
 #include "library/core/Features.h"
 #include "tests/library/core/ScriptedNodes.h"
 
@@ -16,7 +16,7 @@ namespace {
 constexpr int kSensorWidth = 1280;
 constexpr int kSensorHeight = 1024;
 
-/// Refuses every write that would leave the sensor, as cameras do.
+/// A camera that refuses every write that would extend beyond the sensor.
 class RegionTest : public testing::Test {
 protected:
     void SetUp() override
@@ -84,13 +84,13 @@ TEST_F(RegionTest, anyRegionFollowsAnyOther)
     }
 }
 
-TEST_F(RegionTest, maximumOfTheRecordIsNotLookedAt)
+TEST_F(RegionTest, maximumOfTheRecordIsIgnored)
 {
     EXPECT_EQ(set({0, 0, 640, 480, 0, 0}),
               (OSizeInfo{0, 0, 640, 480, kSensorWidth, kSensorHeight}));
 }
 
-TEST_F(RegionTest, sizesComeIntoBoundsAndDownToIncrements)
+TEST_F(RegionTest, sizesAreClampedAndRoundedDown)
 {
     EXPECT_EQ(set({0, 0, 645, 481, 0, 0}),
               (OSizeInfo{0, 0, 640, 480, kSensorWidth, kSensorHeight}));
@@ -117,7 +117,7 @@ TEST_F(RegionTest, extremeNumbersAreHarmless)
               (OSizeInfo{0, 0, kSensorWidth, kSensorHeight, kSensorWidth, kSensorHeight}));
 }
 
-TEST_F(RegionTest, cameraThatWouldReachBeyondItsSensorIsHeldOnIt)
+TEST_F(RegionTest, regionStaysOnTheSensorIfTheCameraPermitsMore)
 {
     nodes_.afterWrite = nullptr;
     nodes_.nodes["OffsetX"].maximum = kSensorWidth;
@@ -126,7 +126,7 @@ TEST_F(RegionTest, cameraThatWouldReachBeyondItsSensorIsHeldOnIt)
               (OSizeInfo{640, 544, 640, 480, kSensorWidth, kSensorHeight}));
 }
 
-TEST_F(RegionTest, nothingMovesWhileSizesAreLocked)
+TEST_F(RegionTest, nothingChangesWhileSizesAreLocked)
 {
     set({8, 8, 640, 480, 0, 0});
     nodes_.nodes["Width"].access = nodes_.nodes["Height"].access = ORVALIS_ACCESS_READ_ONLY;
@@ -135,7 +135,7 @@ TEST_F(RegionTest, nothingMovesWhileSizesAreLocked)
     EXPECT_EQ(nodes_.writes(), before);
 }
 
-TEST_F(RegionTest, failureOnTheWayPutsTheOldRegionBack)
+TEST_F(RegionTest, failureRestoresTheOldRegion)
 {
     const OSizeInfo before = set({8, 8, 640, 480, 0, 0});
     int failures = 0;
@@ -146,7 +146,7 @@ TEST_F(RegionTest, failureOnTheWayPutsTheOldRegionBack)
     };
     nodes_.beforeAccess = [this, &failures] {
         if (nodes_.failure != ORVALIS_OK && ++failures > 1)
-            nodes_.failure = ORVALIS_OK; // a camera that stumbles once
+            nodes_.failure = ORVALIS_OK; // the camera fails only once
     };
     EXPECT_EQ(features_.setRegion({0, 0, 320, 240, 0, 0}), ORVALIS_ERROR_DEVICE);
     EXPECT_EQ(get(), before);
@@ -160,7 +160,7 @@ TEST_F(RegionTest, lostCameraHasNoRegion)
     EXPECT_EQ(size, (OSizeInfo{1, 2, 3, 4, 5, 6})) << "unchanged";
 }
 
-TEST_F(RegionTest, sizesThatStayAreNotWritten)
+TEST_F(RegionTest, unchangedSizesAreNotWritten)
 {
     EXPECT_EQ(features_.setRegion({0, 0, kSensorWidth, kSensorHeight, 0, 0}), ORVALIS_OK);
     EXPECT_THAT(nodes_.writes(), testing::IsEmpty());
@@ -186,7 +186,7 @@ TEST_F(RegionTest, sensorSizeHasOtherNamesToo)
     EXPECT_EQ(get().maxHeight, 1000);
 }
 
-TEST_F(RegionTest, sensorWithoutAPresentMaximumIsDividedByBinningAndDecimation)
+TEST_F(RegionTest, sensorSizeIsDividedByBinningAndDecimation)
 {
     for (const char *name : {"WidthMax", "HeightMax"})
         nodes_.nodes.erase(name);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A camera and a bus that do what a test tells them, step by step.
+// A camera and a bus that a test controls step by step.
 #include "tests/library/core/ScriptedCamera.h"
 
 #include <utility>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A camera and a bus that do what a test tells them, step by step.
+// A camera and a bus that a test controls step by step.
 #pragma once
 
 #include "library/core/Bus.h"
@@ -16,7 +16,7 @@
 
 namespace orvalis::test {
 
-/// Opens once; whoever waits goes on then.
+/// Opens once and releases all waiting threads.
 class Latch {
 public:
     void open();
@@ -29,7 +29,7 @@ private:
     bool open_ = false;
 };
 
-/// Frames that a callback has seen, with waiting for their number.
+/// Counts frames, and waits for a count.
 class Counter {
 public:
     void add();
@@ -42,10 +42,10 @@ private:
     int count_ = 0;
 };
 
-/// An image of `width` x `height` Mono8 pixels of one value, which owns its memory.
+/// A Mono8 image of one value that owns its memory.
 RawImage monoImage(std::uint8_t value, std::uint32_t width = 64, std::uint32_t height = 48);
 
-/// What a scripted camera does, shared by the test and the device. Any thread.
+/// The behaviour of a scripted camera, shared by the test and the device. Any thread.
 class Script {
 public:
     ScriptedNodes nodes;
@@ -53,7 +53,7 @@ public:
 
     std::function<void()> onNextImage; ///< runs in nextImage(), e.g. to throw
     std::function<void()> onTakeImage; ///< runs at the beginning of takeImage()
-    std::function<OResult()> onStart;  ///< decides startStream()
+    std::function<OResult()> onStart;  ///< the result of startStream()
     std::function<void()> onStop;      ///< runs in stopStream()
     std::function<void()> onDestroy;   ///< runs in the device's destructor
     std::function<OResult(std::uint32_t)> onReadRegister;
@@ -61,12 +61,12 @@ public:
     Script();
     void pushFrame(RawImage image); ///< for the stream
     void pushShot(RawImage image);  ///< for takeImage()
-    void lose();                    ///< the camera leaves the bus
+    void lose();                    ///< makes the camera leave the bus
 
     Counter starts;
     Counter stops;
     Counter wakes;
-    Counter takes; ///< takeImage() that have begun
+    Counter takes; ///< number of takeImage() calls
     Counter destroyed;
 
 private:
@@ -114,7 +114,7 @@ public:
     OResult open(const std::string &id, std::unique_ptr<Device> &device) override;
 };
 
-/// A bus with the one camera that `script` describes.
+/// A bus with one camera, controlled by `script`.
 std::unique_ptr<ScriptedBackend> backendFor(std::shared_ptr<Script> script);
 Backends onlyBackend(std::unique_ptr<Backend> backend);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A node map that a test writes down.
+// A node map that a test defines.
 #include "tests/library/core/ScriptedNodes.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A node map that a test writes down.
+// A node map that a test defines.
 #pragma once
 
 #include "library/core/NodeMap.h"
@@ -12,7 +12,7 @@
 
 namespace orvalis::test {
 
-/// One node. Numbers of every type live in `value`; an enumeration's entries are numbered from 0.
+/// One node. `value` holds numbers of every type; enumeration entries are numbered from 0.
 struct ScriptedNode {
     ONodeType type = ORVALIS_NODE_INTEGER;
     double value = 0;
@@ -23,9 +23,9 @@ struct ScriptedNode {
     std::vector<std::string> children{};
     std::string text{};
     OAccessMode access = ORVALIS_ACCESS_READ_WRITE;
-    std::string selector{};                   ///< enumeration that chooses among `selected`
-    std::map<std::string, double> selected{}; ///< values by entry of the selector
-    std::vector<std::int64_t> entryValues{};  ///< numbers of the entries, if not 0, 1, 2 ...
+    std::string selector{};                   ///< enumeration that selects an entry of `selected`
+    std::map<std::string, double> selected{}; ///< values by selector entry
+    std::vector<std::int64_t> entryValues{};  ///< values of the entries, if not 0, 1, 2 ...
 };
 
 ScriptedNode integerNode(double value, double minimum, double maximum, double increment = 1);
@@ -35,15 +35,15 @@ ScriptedNode enumNode(std::vector<std::string> entries, int current = 0);
 ScriptedNode textNode(std::string text);
 ScriptedNode commandNode();
 
-/// Set `nodes` up before use; from then on reach them through with().
+/// Fill `nodes` before use; afterwards access them through with().
 class ScriptedNodes : public NodeMap {
 public:
     std::map<std::string, ScriptedNode, std::less<>> nodes;
-    /// Runs after every write, under the lock, to keep nodes that depend on others up to date.
+    /// Runs after every write, under the lock, to update dependent nodes.
     std::function<void()> afterWrite;
     /// Runs before every access, without the lock.
     std::function<void()> beforeAccess;
-    /// What every access returns while it is not ORVALIS_OK.
+    /// The result of every access while it is not ORVALIS_OK.
     OResult failure = ORVALIS_OK;
 
     void with(const std::function<void()> &change);

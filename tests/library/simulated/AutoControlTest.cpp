@@ -21,7 +21,7 @@ BrightnessState state(double mean, bool exposure, bool gain)
             .gainMaximum = 24};
 }
 
-TEST(AutoControl, leavesAGoodPictureAlone)
+TEST(AutoControl, keepsAGoodExposure)
 {
     const Brightness next = nextBrightness(state(0.505, true, true));
     EXPECT_EQ(next.exposure, 1000);
@@ -44,7 +44,7 @@ TEST(AutoControl, keepsItsLimits)
     EXPECT_EQ(nextBrightness(bright).exposure, 100);
 }
 
-TEST(AutoControl, amplifiesOnlyWhereExposureEnds)
+TEST(AutoControl, changesGainOnlyAtTheLimitOfTheExposure)
 {
     BrightnessState dark = state(0.1, true, true);
     EXPECT_EQ(nextBrightness(dark).gain, 0);
@@ -74,7 +74,7 @@ TEST(AutoControl, balancesToGray)
     EXPECT_EQ(nextBalance(once, light, false), once);
 }
 
-TEST(AutoControl, keepsTheBoundsOfTheRatiosInTheDark)
+TEST(AutoControl, boundsTheRatiosInTheDark)
 {
     const auto ratios = nextBalance({1, 1, 1}, {0, 1, 1000}, true);
     EXPECT_DOUBLE_EQ(ratios[0], 3.999);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A table with one simulated camera on it, for tests.
+// A fixture with one simulated camera.
 #pragma once
 
 #include "library/core/Device.h"
@@ -23,7 +23,7 @@ constexpr const char *kThermal = "OV-SIM-0640T-0004";
 inline Clock::time_point soon() { return Clock::now() + std::chrono::seconds(30); }
 inline Clock::time_point atOnce() { return Clock::now(); }
 
-/// Fresh cameras for each test, one of them open.
+/// New cameras for each test, one of them open.
 class Bench : public ::testing::Test {
 protected:
     void SetUp() override
@@ -34,7 +34,7 @@ protected:
     }
 
     void open(const char *id) { ASSERT_EQ(bus_->open(id, camera_), ORVALIS_OK); }
-    /// Opens a camera whose pictures are all alike.
+    /// Opens a camera whose images are all equal.
     void openStill(const char *id)
     {
         open(id);
@@ -111,7 +111,7 @@ protected:
     std::unique_ptr<Device> camera_;
 };
 
-/// Number that FrameNumberOverlay drew into an 8-bit monochrome picture.
+/// The number that FrameNumberOverlay has drawn into an 8-bit monochrome image.
 inline std::uint32_t frameNumber(const RawImage &image)
 {
     std::uint32_t number = 0;

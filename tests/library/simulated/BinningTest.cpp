@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Binning and decimation: what is left of the sensor, where the region goes, what the picture
-// shows.
+// Binning and decimation: effective sensor size, position of the region, image content.
 #include "tests/library/simulated/Bench.h"
 
 #include <cmath>
@@ -48,7 +47,7 @@ TEST_F(Binning, halvesTheSensorAndTheRegionWithIt)
     EXPECT_EQ(integer("SensorHeight"), 1024);
 }
 
-TEST_F(Binning, aWholeRegionStaysWholeThereAndBack)
+TEST_F(Binning, aFullRegionStaysFull)
 {
     open(kColor);
     for (const int factor : {2, 3, 4, 1}) {
@@ -92,7 +91,7 @@ TEST_F(Binning, boundsOfTheRegionFollow)
     EXPECT_EQ(nodes().setInteger("OffsetX", 520), ORVALIS_ERROR_OUT_OF_RANGE);
 }
 
-TEST_F(Binning, bothTogetherLeaveEnoughOfTheSensor)
+TEST_F(Binning, combinedReductionIsLimited)
 {
     open(kFast);
     set("BinningHorizontal", 4);
@@ -129,7 +128,7 @@ TEST_F(Binning, belongsToTheUserSets)
     EXPECT_EQ(sizes(), (Sizes{0, 0, 320, 480, 320, 480}));
 }
 
-TEST_F(Binning, lowersTheTimeOfReadOut)
+TEST_F(Binning, shortensTheReadOut)
 {
     open(kMono);
     const double before = real("SensorReadoutTime");
@@ -137,7 +136,7 @@ TEST_F(Binning, lowersTheTimeOfReadOut)
     EXPECT_LT(real("SensorReadoutTime"), before * 0.6);
 }
 
-TEST_F(Binning, streamAndGrabGiveThePictureOfTheRegion)
+TEST_F(Binning, streamAndGrabReturnTheRegion)
 {
     openStill(kFast);
     set("BinningHorizontal", 2);
@@ -167,7 +166,7 @@ protected:
         set("DecimationHorizontal", GetParam().decimateX);
         set("DecimationVertical", GetParam().decimateY);
     }
-    /// Mean of the pixels of the whole picture that belong to one of the small picture.
+    /// Mean of the pixels of the full image that one pixel of the reduced image represents.
     double expectedAt(const std::vector<std::uint8_t> &whole, std::uint32_t width, std::uint32_t x,
                       std::uint32_t y) const
     {
@@ -182,10 +181,10 @@ protected:
     }
 };
 
-TEST_P(BinnedPicture, isMadeOfThePixelsOfTheWholeOne)
+TEST_P(BinnedPicture, consistsOfMeansOfTheFullImage)
 {
     openStill(kMono);
-    set("ExposureTime", 3000.0); // nothing is cut off at white: means stay means
+    set("ExposureTime", 3000.0); // no saturation, so that means stay exact
     const std::vector<std::uint8_t> whole = copy();
     apply();
     const RawImage small = take();

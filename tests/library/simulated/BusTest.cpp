@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The simulated bus: who is on it, opening, leaving, coming back.
+// The simulated bus: list of cameras, opening, loss and return.
 #include "tests/library/simulated/Bench.h"
 
 #include <algorithm>
@@ -32,7 +32,7 @@ TEST_F(SimulatedBus, hasFourCameras)
     EXPECT_EQ(bus_->name(), "simulated");
 }
 
-TEST_F(SimulatedBus, opensACameraForOneAtATime)
+TEST_F(SimulatedBus, opensACameraOnlyOnce)
 {
     open(kMono);
     std::unique_ptr<Device> second;
@@ -64,7 +64,7 @@ TEST_F(SimulatedBus, refusesToOpenOnDemand)
     EXPECT_EQ(bus_->open(kMono, camera_), ORVALIS_OK);
 }
 
-TEST_F(SimulatedBus, losesACameraForAWhile)
+TEST_F(SimulatedBus, losesACameraTemporarily)
 {
     open(kMono);
     set("SimulationLeaveDuration", 300);
@@ -94,7 +94,7 @@ TEST_F(SimulatedBus, losesACameraForAWhile)
         std::this_thread::sleep_for(5ms);
     ASSERT_TRUE(again);
     EXPECT_TRUE(sees(kMono));
-    // the handle from before stays lost, and leaves the new one alone
+    // the old handle stays lost and does not affect the new one
     EXPECT_EQ(nodes().info("Width", info), ORVALIS_ERROR_CONNECTION_LOST);
     camera_.reset();
     EXPECT_EQ(again->nodes().info("Width", info), ORVALIS_OK);
@@ -102,7 +102,7 @@ TEST_F(SimulatedBus, losesACameraForAWhile)
     EXPECT_EQ(again->nextImage(image, soon()), ORVALIS_OK);
 }
 
-TEST_F(SimulatedBus, tellsWaitersAtOnceThatTheCameraIsLost)
+TEST_F(SimulatedBus, lossEndsWaitsAtOnce)
 {
     open(kMono);
     set("TriggerMode", "On");
@@ -114,7 +114,7 @@ TEST_F(SimulatedBus, tellsWaitersAtOnceThatTheCameraIsLost)
     EXPECT_EQ(waiting.get(), ORVALIS_ERROR_CONNECTION_LOST);
 }
 
-TEST_F(SimulatedBus, missesACameraWhileItReboots)
+TEST_F(SimulatedBus, doesNotListACameraWhileItReboots)
 {
     open(kFast);
     EXPECT_EQ(nodes().setText("DeviceUserID", "kept"), ORVALIS_OK);

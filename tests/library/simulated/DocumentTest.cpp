@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The tables in docs/simulated-cameras.md are those of the program. ORVALIS_UPDATE_DOCUMENT=1 in
-// the environment writes them anew.
+// The tables in docs/simulated-cameras.md must match the program. ORVALIS_UPDATE_DOCUMENT=1 in the
+// environment writes them.
 #include "library/simulated/RegisterFile.h"
 
 #include <gtest/gtest.h>
@@ -87,7 +87,7 @@ void writeCategory(std::ostream &out, const NodeTable &table, const RegisterFile
             writeCategory(out, table, registers, child);
 }
 
-/// All nodes as the colour camera has them, and what only the thermal one has.
+/// All nodes of the colour camera, and those that only the thermal camera has.
 std::string makeTables()
 {
     std::ostringstream out;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Frame buffers: used again, never while somebody holds them.
+// Frame buffers: reused, but never while in use.
 #include "library/simulated/FramePool.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@
 namespace orvalis::simulated {
 namespace {
 
-TEST(FramePool, usesBuffersAgain)
+TEST(FramePool, reusesBuffers)
 {
     FramePool pool;
     std::set<std::uint8_t *> seen;
@@ -22,7 +22,7 @@ TEST(FramePool, usesBuffersAgain)
     EXPECT_EQ(pool.size(), 1u);
 }
 
-TEST(FramePool, neverGivesOutABufferThatIsHeld)
+TEST(FramePool, neverReusesABufferInUse)
 {
     FramePool pool;
     std::vector<std::shared_ptr<std::uint8_t>> held;
@@ -37,7 +37,7 @@ TEST(FramePool, neverGivesOutABufferThatIsHeld)
     EXPECT_EQ(pool.size(), 20u);
 }
 
-TEST(FramePool, givesUpBuffersOfAnotherSize)
+TEST(FramePool, freesBuffersOfAnotherSize)
 {
     FramePool pool;
     auto old = pool.take(64);
@@ -46,7 +46,7 @@ TEST(FramePool, givesUpBuffersOfAnotherSize)
     EXPECT_EQ(pool.size(), 1u);
 }
 
-TEST(FramePool, mayEndBeforeItsBuffers)
+TEST(FramePool, mayBeDestroyedBeforeItsBuffers)
 {
     std::shared_ptr<std::uint8_t> buffer;
     {
@@ -56,7 +56,7 @@ TEST(FramePool, mayEndBeforeItsBuffers)
     std::memset(buffer.get(), 1, 64);
 }
 
-TEST(FramePool, hasNoRaceBetweenHolderAndNextUser)
+TEST(FramePool, hasNoRaceOnReuse)
 {
     FramePool pool;
     for (int i = 0; i < 200; ++i) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The clock of an acquisition, without any real time.
+// The clock of an acquisition, with simulated time.
 #include "library/simulated/FrameScheduler.h"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ protected:
     FrameScheduler scheduler_;
 };
 
-TEST_F(Scheduler, givesTheFirstFrameAfterOneExposure)
+TEST_F(Scheduler, completesTheFirstFrameAfterOneExposure)
 {
     EXPECT_EQ(scheduler_.due(timing_, now_), now_ + 2ms);
 }
@@ -29,16 +29,16 @@ TEST_F(Scheduler, doesNotDrift)
     for (int i = 0; i < 10000; ++i) {
         const auto due = scheduler_.due(timing_, now_);
         ASSERT_TRUE(due);
-        now_ = *due + std::chrono::microseconds(i % 700); // woken a little late
+        now_ = *due + std::chrono::microseconds(i % 700); // the host wakes a little late
         EXPECT_EQ(scheduler_.take(timing_, now_), 0u);
     }
     EXPECT_EQ(scheduler_.due(timing_, now_), start + 10000 * 10ms + 2ms);
 }
 
-TEST_F(Scheduler, countsFromTheFirstFrameThatIsReady)
+TEST_F(Scheduler, restartsAtTheFirstReadyFrame)
 {
     scheduler_.take(timing_, now_ + 2ms);
-    now_ += 150ms; // the camera had to warm up
+    now_ += 150ms; // the camera warms up
     scheduler_.firstFrameDone(timing_, now_);
     EXPECT_EQ(scheduler_.due(timing_, now_), now_ + 10ms);
 }
@@ -54,7 +54,7 @@ TEST_F(Scheduler, letsALateHostCatchUp)
     EXPECT_GT(*scheduler_.due(timing_, now_), now_);
 }
 
-TEST_F(Scheduler, skipsWhatTheCameraCannotKeep)
+TEST_F(Scheduler, skipsFramesBeyondTheCamerasMemory)
 {
     now_ += 10s + 2ms;
     std::uint64_t skipped = scheduler_.take(timing_, now_);
@@ -67,7 +67,7 @@ TEST_F(Scheduler, skipsWhatTheCameraCannotKeep)
     EXPECT_LE(burst, 1u);
 }
 
-TEST_F(Scheduler, takesAHigherRateAtOnce)
+TEST_F(Scheduler, appliesAHigherRateAtOnce)
 {
     timing_.period = 10s;
     scheduler_.take(timing_, now_ + 2ms);
@@ -100,7 +100,7 @@ TEST_F(Scheduler, takesTriggersOneAfterTheOther)
     EXPECT_FALSE(scheduler_.due(timing_, now_ + 60ms));
 }
 
-TEST_F(Scheduler, ignoresSoftwareTriggersThatNobodyWaitsFor)
+TEST_F(Scheduler, ignoresSoftwareTriggersWhileNotWaiting)
 {
     scheduler_.softwareTrigger(timing_, now_);
     timing_.triggered = true;
@@ -110,7 +110,7 @@ TEST_F(Scheduler, ignoresSoftwareTriggersThatNobodyWaitsFor)
     EXPECT_FALSE(scheduler_.due(timing_, now_));
 }
 
-TEST_F(Scheduler, givesABurstForOneTrigger)
+TEST_F(Scheduler, startsABurstForOneTrigger)
 {
     timing_.triggered = true;
     timing_.burst = 3;
@@ -133,7 +133,7 @@ TEST_F(Scheduler, followsTheEdgesOfALine)
     now_ += 100ms;
     scheduler_.start(now_);
     auto due = scheduler_.due(timing_, now_);
-    EXPECT_EQ(due, now_ + 400ms + 2ms); // a whole hour is on an edge
+    EXPECT_EQ(due, now_ + 400ms + 2ms); // an edge falls on each full hour
     scheduler_.take(timing_, *due);
     EXPECT_EQ(scheduler_.due(timing_, *due), *due + 500ms);
     timing_.fallingEdge = true;

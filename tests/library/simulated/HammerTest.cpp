@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// All at once: streams, nodes, registers, faults, from many threads. For the sanitizers.
+// Concurrent streams, nodes, registers and faults on many threads. For the sanitizers.
 #include "library/convert/PixelFormat.h"
 #include "tests/library/simulated/Bench.h"
 
@@ -22,7 +22,7 @@ std::size_t sumOf(const RawImage &image)
     return std::hash<std::string_view>{}({reinterpret_cast<const char *>(image.data), image.size});
 }
 
-/// Its size is that of its format: whatever was set while it was taken, it is of one piece.
+/// Checks that the image has the size of its format, whatever was set while it was taken.
 void expectWhole(const RawImage &image)
 {
     const PixelFormat *format = findPixelFormat(image.pixelFormat);
@@ -30,7 +30,7 @@ void expectWhole(const RawImage &image)
     EXPECT_EQ(image.size, imageBytes(*format, image.width, image.height));
 }
 
-/// Streams and looks at the pictures until `stop`.
+/// Streams and checks the images until `stop`.
 void streamAgainAndAgain(Device &camera, const std::atomic<bool> &stop, std::atomic<int> &pictures)
 {
     RawImage kept;
@@ -43,7 +43,7 @@ void streamAgainAndAgain(Device &camera, const std::atomic<bool> &stop, std::ato
             if (camera.nextImage(image, Clock::now() + 50ms) != ORVALIS_OK)
                 continue;
             expectWhole(image);
-            EXPECT_TRUE(!kept.data || sumOf(kept) == sum) << "a picture that is held changed";
+            EXPECT_TRUE(!kept.data || sumOf(kept) == sum) << "an image in use has changed";
             kept = image;
             sum = sumOf(kept);
             ++pictures;
@@ -52,7 +52,7 @@ void streamAgainAndAgain(Device &camera, const std::atomic<bool> &stop, std::ato
     }
 }
 
-TEST_F(Hammer, leavesNoRaceAndNoTornPicture)
+TEST_F(Hammer, hasNoRaceAndNoTornImage)
 {
     open(kColor);
     region(0, 0, 320, 128);
@@ -127,7 +127,7 @@ TEST_F(Hammer, survivesACameraThatComesAndGoes)
                 device->stopStream();
             }
         });
-    // On a slow machine the camera is mostly gone before its frame.
+    // On a slow machine the camera usually disappears before its frame.
     for (const auto limit = Clock::now() + 4min;
          (frames < 1 || opened < 20) && Clock::now() < limit;)
         std::this_thread::sleep_for(1ms);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The node tables: what must hold for every row.
+// Requirements for every row of the node tables.
 #include "library/simulated/NodeTable.h"
 #include "library/simulated/RegisterFile.h"
 

@@ -24,7 +24,7 @@ protected:
     }
 };
 
-TEST_F(Nodes, showWhatStandsInTheRegisters)
+TEST_F(Nodes, showTheContentOfTheRegisters)
 {
     for (const auto &model : simulated::cameraModels()) {
         open(model.id.data());
@@ -61,7 +61,7 @@ TEST_F(Nodes, followTheRegisters)
     EXPECT_TRUE(overlay);
 }
 
-TEST_F(Nodes, lieInTheRegistersThatTheySelect)
+TEST_F(Nodes, useTheRegistersOfTheSelectedEntry)
 {
     open(kColor);
     const char *const channels[] = {"Red", "Green", "Blue"};
@@ -74,7 +74,7 @@ TEST_F(Nodes, lieInTheRegistersThatTheySelect)
                   1.0f + 0.5f * float(c));
 }
 
-TEST_F(Nodes, refuseRegistersThatAreNotThere)
+TEST_F(Nodes, refuseMissingRegisters)
 {
     open(kMono);
     std::uint32_t value = 77;
@@ -86,7 +86,7 @@ TEST_F(Nodes, refuseRegistersThatAreNotThere)
     EXPECT_EQ(value, 77u);
 }
 
-TEST_F(Nodes, refuseRegistersThatMayNotBeTouched)
+TEST_F(Nodes, refuseReadOnlyAndLockedRegisters)
 {
     open(kMono);
     std::uint32_t value = 77;
@@ -96,12 +96,12 @@ TEST_F(Nodes, refuseRegistersThatMayNotBeTouched)
     EXPECT_EQ(camera_->writeRegister(0x01C0, 0x41), ORVALIS_OK);
     EXPECT_EQ(camera_->writeRegister(address::kWidth, 100000), ORVALIS_ERROR_OUT_OF_RANGE);
     EXPECT_EQ(camera_->writeRegister(address::kPixelFormat, 5), ORVALIS_ERROR_OUT_OF_RANGE);
-    EXPECT_EQ(camera_->writeRegister(address::kExposureTime, 0x7FC00000), // not a number
+    EXPECT_EQ(camera_->writeRegister(address::kExposureTime, 0x7FC00000), // NaN
               ORVALIS_ERROR_OUT_OF_RANGE);
     EXPECT_EQ(value, 77u);
 }
 
-TEST_F(Nodes, takeBackEveryRegisterValueThatTheyShow)
+TEST_F(Nodes, acceptEveryRegisterValueThatTheyReport)
 {
     open(kColor);
     const simulated::NodeTable table(simulated::cameraModels()[1], 0);
@@ -125,7 +125,7 @@ TEST_F(Nodes, executeCommandsThroughTheirRegisters)
     EXPECT_EQ(nodes().getInteger("Width", value), ORVALIS_ERROR_CONNECTION_LOST);
 }
 
-TEST_F(Nodes, answerWithTheRightResultForWrongCalls)
+TEST_F(Nodes, returnTheRightErrors)
 {
     open(kMono);
     IntegerValue number{.value = 5};
@@ -221,7 +221,7 @@ TEST_F(Nodes, boundTheFrameRateByRegionAndFormat)
     EXPECT_LE(deep.value, deep.maximum);
 }
 
-TEST_F(Nodes, tellTheRateThatTheExposureLeaves)
+TEST_F(Nodes, reportTheRateThatTheExposurePermits)
 {
     open(kMono);
     set("ExposureTime", 100000.0);
@@ -266,7 +266,7 @@ TEST_F(Nodes, withColorAreNotAvailableInMonochromeFormats)
     EXPECT_EQ(nodes().setInteger("Hue", 5), ORVALIS_ERROR_ACCESS_DENIED);
 }
 
-TEST_F(Nodes, thatAnAutomaticHoldsAreReadOnly)
+TEST_F(Nodes, areReadOnlyUnderAutomaticControl)
 {
     open(kColor);
     const std::pair<const char *, const char *> kHolds[] = {{"ExposureAuto", "ExposureTime"},
@@ -281,7 +281,7 @@ TEST_F(Nodes, thatAnAutomaticHoldsAreReadOnly)
     }
 }
 
-TEST_F(Nodes, tellWhichCommandsMayBeExecuted)
+TEST_F(Nodes, reportWhichCommandsAreExecutable)
 {
     open(kMono);
     for (const char *name : {"TriggerSoftware", "UserSetLoad", "UserSetSave", "DeviceReset"})
@@ -292,7 +292,7 @@ TEST_F(Nodes, tellWhichCommandsMayBeExecuted)
     }
 }
 
-TEST_F(Nodes, ofAnOutputAreNotThereForAnInput)
+TEST_F(Nodes, ofAnOutputAreNotAvailableForAnInput)
 {
     open(kMono);
     EXPECT_EQ(access("LineSource"), ORVALIS_ACCESS_READ_WRITE);
@@ -331,7 +331,7 @@ TEST_F(Nodes, countTheTimeFromItsReset)
     constexpr std::int64_t old = 50; // ms
     while (latched() < old)
         std::this_thread::yield();
-    // However long the test is held up, no more can have passed since the reset than in all.
+    // Even on a slow machine, the time since the reset cannot exceed the total time.
     const auto before = Clock::now();
     EXPECT_EQ(nodes().execute("TimestampReset"), ORVALIS_OK);
     const std::int64_t counted = latched();
@@ -339,7 +339,7 @@ TEST_F(Nodes, countTheTimeFromItsReset)
     EXPECT_LE(counted, std::chrono::ceil<std::chrono::milliseconds>(passed).count());
 }
 
-TEST_F(Nodes, raiseTheAlarmAndTakeItBack)
+TEST_F(Nodes, raiseAndResetTheAlarm)
 {
     open(kMono);
     bool alarm = true;
@@ -355,7 +355,7 @@ TEST_F(Nodes, raiseTheAlarmAndTakeItBack)
     EXPECT_FALSE(alarm);
 }
 
-TEST_F(Nodes, tellWhoTheCameraIs)
+TEST_F(Nodes, reportTheIdentity)
 {
     open(kColor);
     const DeviceIdentity &who = camera_->identity();
@@ -369,7 +369,7 @@ TEST_F(Nodes, tellWhoTheCameraIs)
     EXPECT_EQ(model, who.model);
 }
 
-TEST_F(Nodes, thereAreMoreOnDemand)
+TEST_F(Nodes, canBeAddedForLoadTests)
 {
     ASSERT_EQ(setenv("ORVALIS_SIMULATED_EXTRA_NODES", "500", 1), 0);
     bus_ = makeSimulatedBackend();

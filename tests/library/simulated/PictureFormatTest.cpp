@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pixel formats, regions and the number in the picture.
+// Pixel formats, regions and the frame number overlay.
 #include "tests/library/simulated/Bench.h"
 
 #include "library/simulated/Mosaic.h"
@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(Formats, haveTheSizeAndCodeThatTheyPromise)
+TEST_F(Formats, haveTheirSizeAndCode)
 {
     for (const auto &model : simulated::cameraModels()) {
         open(model.id.data());
@@ -41,7 +41,7 @@ TEST_F(Formats, haveTheSizeAndCodeThatTheyPromise)
     }
 }
 
-TEST_F(Formats, withTwelveBitsUseThemAll)
+TEST_F(Formats, withTwelveBitsUseAllOfThem)
 {
     open(kMono);
     set("PixelFormat", "Mono12");
@@ -129,12 +129,12 @@ TEST_F(Formats, inMonochromeShowTheBrightnessOfTheColors)
     for (std::size_t i = 0; i < gray.size; i += 997) {
         const auto *const c = color.data + i * 3;
         if (std::max({c[0], c[1], c[2]}) == 255)
-            continue; // cut
+            continue; // saturated
         ASSERT_NEAR(gray.data[i], 0.299 * c[0] + 0.587 * c[1] + 0.114 * c[2], 1.5) << i;
     }
 }
 
-TEST_F(Formats, showTheRegionThatWasAskedFor)
+TEST_F(Formats, showTheRequestedRegion)
 {
     for (const char *id : {kMono, kColor}) {
         openStill(id);
@@ -179,7 +179,7 @@ TEST_F(Formats, carryTheFrameNumber)
         std::uint32_t expected = 0;
         for (int i = 0; i < 20; ++i) {
             const std::uint32_t number = frameNumber(next());
-            EXPECT_GE(number, expected); // equal unless this machine sleeps
+            EXPECT_GE(number, expected); // equal unless this machine stalls
             expected = number + 1;
         }
         EXPECT_EQ(expected - 20, std::uint32_t(integer("StreamUnderrunCount")));

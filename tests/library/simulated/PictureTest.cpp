@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What each setting does to the picture, measured.
+// The measured effect of each setting on the image.
 #include "tests/library/simulated/Bench.h"
 
 #include <array>
@@ -11,7 +11,7 @@
 namespace orvalis::test {
 namespace {
 
-/// A rectangle on the sensor, as shares of its width and height.
+/// A rectangle on the sensor, as fractions of its width and height.
 struct Patch {
     double u0, v0, u1, v1;
 };
@@ -130,7 +130,7 @@ TEST_F(Pictures, becomeWhiteWhenThereIsTooMuchLight)
         EXPECT_GT(value, 250.0);
 }
 
-TEST_F(Pictures, haveTheirBlackWhereTheBlackLevelSays)
+TEST_F(Pictures, haveTheirBlackAtTheBlackLevel)
 {
     openMono();
     set("ExposureTime", 50.0);
@@ -220,11 +220,11 @@ TEST_F(Pictures, loseTheirColorsWithoutSaturation)
     EXPECT_LT(gray, 0.03);
 }
 
-TEST_F(Pictures, turnTheirColorsWithHue)
+TEST_F(Pictures, rotateTheirColorsWithHue)
 {
     openRgb();
     set("BlackLevel", 0);
-    set("Saturation", 200); // so that no colour is cut
+    set("Saturation", 200); // so that no colour saturates
     const double before = hueOf(rgb(kRed));
     set("Hue", 508 + 254);
     const double turned = hueOf(rgb(kRed)) - before;
@@ -303,7 +303,7 @@ TEST_F(Pictures, reachTheirBrightnessByAutomaticGain)
 TEST_F(Pictures, reachTheirBrightnessInTheAutoArea)
 {
     openMono();
-    set("AutoAreaLeft", 4); // the black patch and those about it
+    set("AutoAreaLeft", 4); // the black patch and its surroundings
     set("AutoAreaTop", 6);
     set("AutoAreaWidth", 48);
     set("AutoAreaHeight", 42);
@@ -372,7 +372,7 @@ TEST_F(Pictures, followTheKneePoints)
     EXPECT_NEAR(mean(kGray) / 255, 0.6 + (before - 0.25) / 0.5 * 0.3, 0.02);
 }
 
-TEST_F(Pictures, moveUnlessTheyAreToldNotTo)
+TEST_F(Pictures, moveUnlessMotionIsOff)
 {
     openMono();
     const RawImage first = take();

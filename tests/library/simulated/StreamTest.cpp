@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Streams: counts, pacing, waits and their ends.
+// Streams: counts, rate, waits and their ends.
 #include "tests/library/simulated/Bench.h"
 
 #include <cstring>
@@ -51,11 +51,11 @@ TEST_F(Streams, keepTheirRate)
     const auto begin = Clock::now();
     for (int i = 0; i < 400; ++i)
         next();
-    // Frames never come before their time; on a busy machine they may come after it.
+    // Frames never arrive early; on a busy machine they may arrive late.
     EXPECT_GE(Clock::now() - begin, 980ms - 10ms * integer("StreamUnderrunCount"));
 }
 
-TEST_F(Streams, skipFramesThatNobodyFetched)
+TEST_F(Streams, skipFramesThatAreNotFetched)
 {
     openSmall(kFast);
     set("ExposureTime", 100.0);
@@ -107,7 +107,7 @@ TEST_F(Streams, cannotBeStartedTwice)
     EXPECT_EQ(start(), ORVALIS_OK);
 }
 
-TEST_F(Streams, leaveHeldFramesAlone)
+TEST_F(Streams, keepHeldFramesUnchanged)
 {
     openSmall(kFast);
     set("AcquisitionFrameRate", 1000.0);
@@ -122,7 +122,7 @@ TEST_F(Streams, leaveHeldFramesAlone)
     EXPECT_EQ(std::memcmp(held.data, copy.data(), copy.size()), 0);
 }
 
-TEST_F(Streams, useTheirBuffersAgain)
+TEST_F(Streams, reuseTheirBuffers)
 {
     openSmall(kFast);
     ASSERT_EQ(start(), ORVALIS_OK);
@@ -145,12 +145,12 @@ TEST_F(Streams, endTheirWaitWhenWoken)
     EXPECT_EQ(camera_->nextImage(image, soon()), ORVALIS_ERROR_ABORTED);
     auto waiting =
         std::async(std::launch::async, [&] { return camera_->nextImage(image, soon()); });
-    std::this_thread::sleep_for(20ms); // mostly so that the wait has begun; both ways are right
+    std::this_thread::sleep_for(20ms); // usually the wait has begun then; both cases are valid
     camera_->wake();
     EXPECT_EQ(waiting.get(), ORVALIS_ERROR_ABORTED);
 }
 
-TEST_F(Streams, forgetAWakeThatCameToLate)
+TEST_F(Streams, discardALateWake)
 {
     openSmall(kMono);
     ASSERT_EQ(start(), ORVALIS_OK);
@@ -172,14 +172,14 @@ TEST_F(Streams, timeOutWithoutATrigger)
     EXPECT_EQ(camera_->nextImage(image, atOnce()), ORVALIS_ERROR_TIMEOUT);
 }
 
-TEST_F(Streams, singleShotsLockNothing)
+TEST_F(Streams, singleShotsDoNotLockSettings)
 {
     open(kMono);
     set("TriggerMode", "On");
     RawImage image;
     auto waiting =
         std::async(std::launch::async, [&] { return camera_->takeImage(image, soon()); });
-    set("Width", 640); // whether or not the wait has begun
+    set("Width", 640); // works before and during the wait
     OResult result = ORVALIS_ERROR_TIMEOUT;
     while (waiting.wait_for(5ms) != std::future_status::ready)
         EXPECT_EQ(nodes().execute("TriggerSoftware"), ORVALIS_OK);
@@ -200,7 +200,7 @@ TEST_F(Streams, singleShotsEndWhenWoken)
     EXPECT_EQ(waiting.get(), ORVALIS_ERROR_ABORTED);
 }
 
-TEST_F(Streams, endASingleShotThatStillWaits)
+TEST_F(Streams, endAWaitingSingleShot)
 {
     open(kMono);
     set("TriggerMode", "On");
@@ -215,7 +215,7 @@ TEST_F(Streams, endASingleShotThatStillWaits)
     EXPECT_TRUE(result == ORVALIS_ERROR_ABORTED || result == ORVALIS_ERROR_BUSY) << result;
 }
 
-TEST_F(Streams, loseTheShareOfFramesThatIsAskedFor)
+TEST_F(Streams, loseTheConfiguredFractionOfFrames)
 {
     openSmall(kFast);
     set("ExposureTime", 50.0);
@@ -236,7 +236,7 @@ TEST_F(Streams, loseTheShareOfFramesThatIsAskedFor)
     EXPECT_EQ(camera_->nextImage(image, Clock::now() + 50ms), ORVALIS_ERROR_TIMEOUT);
 }
 
-TEST_F(Streams, countAnewFromEachStart)
+TEST_F(Streams, restartTheirCountersAtEachStart)
 {
     openSmall(kFast);
     ASSERT_EQ(start(), ORVALIS_OK);
@@ -257,11 +257,11 @@ TEST_F(Streams, followChangesOfTheExposure)
     ASSERT_EQ(start(), ORVALIS_OK);
     const int before = next().data[2000];
     set("ExposureTime", 20000.0);
-    next(); // may have been exposed before
+    next(); // may have been exposed earlier
     EXPECT_GT(int(next().data[2000]), before + 20);
 }
 
-TEST_F(Streams, areNotHeldUpBySlowAnswers)
+TEST_F(Streams, areNotDelayedBySlowAnswers)
 {
     openSmall(kFast);
     set("AcquisitionFrameRate", 200.0);

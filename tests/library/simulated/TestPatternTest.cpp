@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Test patterns: known samples in every format, whatever the light.
+// Test patterns: known samples in every format, independent of the light.
 #include "tests/library/simulated/Bench.h"
 
 #include <array>

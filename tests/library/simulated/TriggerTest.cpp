@@ -25,7 +25,7 @@ protected:
     void fire() { EXPECT_EQ(nodes().execute("TriggerSoftware"), ORVALIS_OK); }
 };
 
-TEST_F(Triggers, giveOneFrameEach)
+TEST_F(Triggers, startOneFrameEach)
 {
     ASSERT_EQ(start(), ORVALIS_OK);
     EXPECT_TRUE(silent());
@@ -36,7 +36,7 @@ TEST_F(Triggers, giveOneFrameEach)
     }
 }
 
-TEST_F(Triggers, thatComeAtOnceAreTakenOneAfterTheOther)
+TEST_F(Triggers, inQuickSuccessionAreQueued)
 {
     ASSERT_EQ(start(), ORVALIS_OK);
     for (int i = 0; i < 5; ++i)
@@ -46,7 +46,7 @@ TEST_F(Triggers, thatComeAtOnceAreTakenOneAfterTheOther)
     EXPECT_TRUE(silent());
 }
 
-TEST_F(Triggers, countOnlyWhileTheCameraWaitsForThem)
+TEST_F(Triggers, areIgnoredWhileTheCameraDoesNotWait)
 {
     fire(); // no stream
     ASSERT_EQ(start(), ORVALIS_OK);
@@ -81,10 +81,10 @@ TEST_F(Triggers, comeFromTheLines)
     const auto begin = Clock::now();
     for (int i = 0; i < 30; ++i)
         next();
-    EXPECT_GE(Clock::now() - begin, 250ms); // 29 pulses, less what a late host catches up
+    EXPECT_GE(Clock::now() - begin, 250ms); // 29 pulses, minus those that a late host catches up
     set("LineDebouncerTime", 1023);
     set("SimulationLine0Rate", 1000.0); // pulses of 500 us
-    EXPECT_TRUE(silent() || silent());  // a last frame may have been under way
+    EXPECT_TRUE(silent() || silent());  // a last frame may have been pending
 }
 
 TEST_F(Triggers, areAwaitedBySingleShots)
@@ -94,7 +94,7 @@ TEST_F(Triggers, areAwaitedBySingleShots)
     EXPECT_EQ(entry("TriggerMode"), "On");
 }
 
-TEST_F(Triggers, areNotNeededAnyMoreWhenSwitchedOff)
+TEST_F(Triggers, areNotNeededAfterSwitchingOff)
 {
     ASSERT_EQ(start(), ORVALIS_OK);
     EXPECT_TRUE(silent());

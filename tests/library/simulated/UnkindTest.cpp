@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Cameras that are less kind than ours are by default: what each switch of SimulationControl does.
+// Simulated deviations: the effect of each switch of SimulationControl.
 #include "tests/library/simulated/Bench.h"
 
 #include <future>
@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class Unkind : public Bench {
+class SimulatedDeviation : public Bench {
 protected:
     FloatValue bounds(const char *name)
     {
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(Unkind, triggersShareTheirNodesUnlessTold)
+TEST_F(SimulatedDeviation, triggersShareTheirNodesByDefault)
 {
     open(kFast);
     trigger("FrameStart", "On");
@@ -44,7 +44,7 @@ TEST_F(Unkind, triggersShareTheirNodesUnlessTold)
     EXPECT_EQ(entry("TriggerMode"), "On");
 }
 
-TEST_F(Unkind, everyTriggerHasNodesOfItsOwn)
+TEST_F(SimulatedDeviation, everyTriggerMayHaveItsOwnNodes)
 {
     open(kFast);
     set("SimulationTriggerPerSelector", true);
@@ -62,7 +62,7 @@ TEST_F(Unkind, everyTriggerHasNodesOfItsOwn)
     EXPECT_EQ(real("TriggerDelay"), 250);
 }
 
-TEST_F(Unkind, aTriggerThatWasForgottenHoldsTheFramesBack)
+TEST_F(SimulatedDeviation, anotherTriggerThatIsOnSuspendsFrames)
 {
     open(kFast);
     set("SimulationTriggerPerSelector", true);
@@ -70,7 +70,7 @@ TEST_F(Unkind, aTriggerThatWasForgottenHoldsTheFramesBack)
     trigger("FrameStart", "Off");
     ASSERT_EQ(start(), ORVALIS_OK);
     EXPECT_TRUE(silent());
-    EXPECT_EQ(fire(), ORVALIS_OK); // of FrameStart, which nothing waits for
+    EXPECT_EQ(fire(), ORVALIS_OK); // FrameStart, which nothing waits for
     EXPECT_TRUE(silent());
     set("AcquisitionBurstFrameCount", 3);
     set("TriggerSelector", "FrameBurstStart");
@@ -83,7 +83,7 @@ TEST_F(Unkind, aTriggerThatWasForgottenHoldsTheFramesBack)
     camera_->stopStream();
 }
 
-TEST_F(Unkind, aFrameTriggerGivesOneFrameWhateverIsSelected)
+TEST_F(SimulatedDeviation, aFrameTriggerGivesOneFrameWhateverIsSelected)
 {
     open(kFast);
     set("SimulationTriggerPerSelector", true);
@@ -97,7 +97,7 @@ TEST_F(Unkind, aFrameTriggerGivesOneFrameWhateverIsSelected)
     camera_->stopStream();
 }
 
-TEST_F(Unkind, aFrameRateIsNotThereUntilItIsEnabled)
+TEST_F(SimulatedDeviation, aFrameRateIsUnavailableUntilEnabled)
 {
     open(kFast);
     set("AcquisitionFrameRateEnable", false);
@@ -112,7 +112,7 @@ TEST_F(Unkind, aFrameRateIsNotThereUntilItIsEnabled)
     EXPECT_EQ(real("AcquisitionFrameRate"), 10);
 }
 
-TEST_F(Unkind, exposureMayTakeHalfAMinute)
+TEST_F(SimulatedDeviation, exposureMayTakeHalfAMinute)
 {
     open(kMono);
     EXPECT_EQ(bounds("ExposureTime").maximum, 2e6);
@@ -126,7 +126,7 @@ TEST_F(Unkind, exposureMayTakeHalfAMinute)
     EXPECT_EQ(real("ExposureTime"), 2e6);
 }
 
-TEST_F(Unkind, aCommandTakesItsTimeAndActsAtItsEnd)
+TEST_F(SimulatedDeviation, aCommandTakesTimeAndActsAtItsEnd)
 {
     open(kFast);
     set("SimulationCommandDuration", 80);
@@ -137,20 +137,20 @@ TEST_F(Unkind, aCommandTakesItsTimeAndActsAtItsEnd)
     EXPECT_EQ(real("Gain"), 0);
 }
 
-TEST_F(Unkind, aCommandThatIsPendingEndsWithTheCamera)
+TEST_F(SimulatedDeviation, aPendingCommandEndsWithTheCamera)
 {
     open(kFast);
     set("SimulationCommandDuration", 300);
     auto unplug =
         std::async(std::launch::async, [this] { return nodes().execute("SimulationLeaveBus"); });
-    OResult result = ORVALIS_OK; // sooner or later one is pending when the camera goes
+    OResult result = ORVALIS_OK; // eventually a command is pending when the camera disappears
     while (result == ORVALIS_OK)
         result = nodes().execute("UserSetLoad");
     EXPECT_EQ(result, ORVALIS_ERROR_CONNECTION_LOST);
     EXPECT_EQ(unplug.get(), ORVALIS_OK);
 }
 
-TEST_F(Unkind, anotherProgramHoldsTheCameraAfterTheClose)
+TEST_F(SimulatedDeviation, anotherProgramControlsTheCameraAfterTheClose)
 {
     open(kMono);
     set("SimulationHoldElsewhere", 100);
@@ -163,7 +163,7 @@ TEST_F(Unkind, anotherProgramHoldsTheCameraAfterTheClose)
     EXPECT_EQ(integer("SimulationHoldElsewhere"), 0); // once
 }
 
-TEST_F(Unkind, strobesAreBehindTheLineSelector)
+TEST_F(SimulatedDeviation, strobesAreSelectedByLine)
 {
     open(kFast);
     set("StrobeEnable", true);
@@ -177,7 +177,7 @@ TEST_F(Unkind, strobesAreBehindTheLineSelector)
     EXPECT_TRUE(flag("StrobeEnable"));
 }
 
-TEST_F(Unkind, payloadsAreMoreOrLessThanAnImage)
+TEST_F(SimulatedDeviation, payloadsDifferFromAnImage)
 {
     open(kFast);
     const RawImage whole = take();
@@ -193,7 +193,7 @@ TEST_F(Unkind, payloadsAreMoreOrLessThanAnImage)
     EXPECT_EQ(take().size, whole.size);
 }
 
-TEST_F(Unkind, framesStayAwayForAWhile)
+TEST_F(SimulatedDeviation, streamStallsTemporarily)
 {
     open(kFast);
     ASSERT_EQ(start(), ORVALIS_OK);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// User sets: what they keep, and when they are loaded.
+// User sets: their content, and when they are loaded.
 #include "tests/library/simulated/Bench.h"
 
 #include "library/simulated/RegisterFile.h"
@@ -21,7 +21,7 @@ protected:
     }
 };
 
-TEST_F(UserSetNodes, bringBackAllSettings)
+TEST_F(UserSetNodes, restoreAllSettings)
 {
     open(kColor);
     const simulated::NodeTable table(simulated::cameraModels()[1], 0);
@@ -74,14 +74,14 @@ TEST_F(UserSetNodes, includeTheValuesBehindSelectors)
     EXPECT_EQ(real("BalanceRatio"), 3.5);
 }
 
-TEST_F(UserSetNodes, leaveTheMakersSetAlone)
+TEST_F(UserSetNodes, doNotChangeTheFactorySet)
 {
     open(kMono);
     set("UserSetSelector", "Default");
     EXPECT_EQ(nodes().execute("UserSetSave"), ORVALIS_ERROR_ACCESS_DENIED);
 }
 
-TEST_F(UserSetNodes, leaveFaultsAndAddressesAsTheyAre)
+TEST_F(UserSetNodes, doNotContainFaultsAndAddresses)
 {
     open(kMono);
     set("SimulationFrameLoss", 5.0);
@@ -102,7 +102,7 @@ TEST_F(UserSetNodes, outliveTheLibrary)
     save("UserSet3");
     set("UserSetDefaultSelector", "UserSet3");
     camera_.reset();
-    bus_ = makeSimulatedBackend(); // switches the cameras on
+    bus_ = makeSimulatedBackend(); // powers on the cameras
     open(kMono);
     EXPECT_EQ(entry("UserSetDefaultSelector"), "UserSet3");
     EXPECT_EQ(real("Gain"), 7.5);
