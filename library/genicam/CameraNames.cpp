@@ -134,7 +134,7 @@ using Text = std::string CameraRecord::*;
 constexpr Text marks[] = {&CameraRecord::address, &CameraRecord::physicalId};
 
 /// The cameras that share their text with others.
-std::vector<CameraRecord *> twins(std::vector<CameraRecord> &cameras, Text text)
+std::vector<CameraRecord *> duplicates(std::vector<CameraRecord> &cameras, Text text)
 {
     std::map<std::string, int> count;
     for (const CameraRecord &camera : cameras) {
@@ -158,7 +158,7 @@ void nameCameras(std::vector<CameraRecord> &cameras)
         camera.displayName = displayNameOf(camera, {});
     }
     for (const Text mark : marks) {
-        for (CameraRecord *camera : twins(cameras, &CameraRecord::id)) {
+        for (CameraRecord *camera : duplicates(cameras, &CameraRecord::id)) {
             if ((camera->*mark).empty()) {
                 continue;
             }
@@ -166,7 +166,7 @@ void nameCameras(std::vector<CameraRecord> &cameras)
             camera->displayName = displayNameOf(*camera, camera->*mark);
         }
     }
-    for (CameraRecord *camera : twins(cameras, &CameraRecord::displayName)) {
+    for (CameraRecord *camera : duplicates(cameras, &CameraRecord::displayName)) {
         camera->displayName = camera->id;
     }
 }

@@ -70,8 +70,8 @@ std::vector<DeviceDescription> GenicamBackend::discover()
 {
     std::vector<DeviceDescription> found;
     for (const CameraRecord &camera : findCameras()) {
-        // Hide a lost camera until its program has closed it, so that the list tells that program
-        // of the loss: the camera may return soon, or belong to another program now.
+        // Hide a lost camera until its program has closed it, so that the program notices the loss
+        // in the list: the camera may return soon, or belong to another program now.
         if (!open_->isLost(camera.id)) {
             found.push_back({camera.id, camera.displayName});
         }

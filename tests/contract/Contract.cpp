@@ -15,7 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 
 /// Much longer than a camera needs: only a defective one makes a test wait so long.
-constexpr auto kPatience = 30s;
+constexpr auto kFrameTimeout = 30s;
 
 std::mutex g_mutex; // guards g_frames
 Frames *g_frames = nullptr;
@@ -84,7 +84,7 @@ int Frames::count()
 bool Frames::waitFor(int count)
 {
     std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, kPatience, [&] { return count_ >= count; });
+    return changed_.wait_for(lock, kFrameTimeout, [&] { return count_ >= count; });
 }
 
 void LibraryTest::SetUp() { ASSERT_EQ(OrvalisInit(), ORVALIS_OK); }
@@ -97,7 +97,7 @@ void LibraryTest::TearDown()
 
 std::string LibraryTest::cameraId()
 {
-    const auto deadline = std::chrono::steady_clock::now() + kPatience;
+    const auto deadline = std::chrono::steady_clock::now() + kFrameTimeout;
     std::string id = findCamera();
     while (id.empty() && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(50ms); // there is no notification: poll

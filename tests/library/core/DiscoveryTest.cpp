@@ -37,7 +37,7 @@ std::vector<std::string> idsOf(const Snapshot &snapshot)
 }
 
 /// A back end that lists what a test sets, and counts calls.
-struct Shown {
+struct ListedCameras {
     void show(Cameras now)
     {
         const std::lock_guard lock(mutex);
@@ -56,30 +56,30 @@ struct Shown {
     Latch gate; // closed: discover() does not return
 };
 
-std::unique_ptr<Backend> backendOf(const std::shared_ptr<Shown> &shown, bool atOnce)
+std::unique_ptr<Backend> backendOf(const std::shared_ptr<ListedCameras> &listed, bool atOnce)
 {
     auto backend = std::make_unique<ScriptedBackend>();
     backend->atOnce = atOnce;
-    backend->onDiscover = [shown] { return shown->ask(); };
+    backend->onDiscover = [listed] { return listed->ask(); };
     return backend;
 }
 
 class DiscoveryTest : public testing::Test {
 protected:
-    void SetUp() override { quick_->gate.open(); }
+    void SetUp() override { fast_->gate.open(); }
 
     std::shared_ptr<Bus> bus(bool withQuick, bool withSlow)
     {
         Backends backends;
         if (withQuick)
-            backends.push_back(backendOf(quick_, true));
+            backends.push_back(backendOf(fast_, true));
         if (withSlow)
             backends.push_back(backendOf(slow_, false));
         return std::make_shared<Bus>(std::move(backends));
     }
 
-    std::shared_ptr<Shown> quick_ = std::make_shared<Shown>();
-    std::shared_ptr<Shown> slow_ = std::make_shared<Shown>();
+    std::shared_ptr<ListedCameras> fast_ = std::make_shared<ListedCameras>();
+    std::shared_ptr<ListedCameras> slow_ = std::make_shared<ListedCameras>();
     std::atomic<Clock::time_point> time_{Clock::time_point{}};
     Discovery::Now now_ = [this] { return time_.load(); };
 };
@@ -90,13 +90,13 @@ TEST_F(DiscoveryTest, fastBackEndIsQueriedDuringTheCall)
 {
     Discovery discovery(bus(true, false));
     EXPECT_THAT(idsOf(discovery.take()), IsEmpty());
-    quick_->show(cameras({"A", "B"}));
+    fast_->show(cameras({"A", "B"}));
     EXPECT_THAT(idsOf(discovery.take()), ElementsAre("A", "B"));
 }
 
 TEST_F(DiscoveryTest, knownCamerasAreReturnedWhileTheFirstPassRuns)
 {
-    quick_->show(cameras({"A"}));
+    fast_->show(cameras({"A"}));
     slow_->show(cameras({"B"}));
     Discovery discovery(bus(true, true));
     slow_->asked.waitFor(1);
@@ -154,7 +154,7 @@ TEST_F(DiscoveryTest, camerasKeepTheirPlacesWhileOthersComeAndGo)
 
 TEST_F(DiscoveryTest, cameraOnTwoBackEndsIsListedOnce)
 {
-    quick_->show(cameras({"A", "", "A"}));
+    fast_->show(cameras({"A", "", "A"}));
     slow_->show(cameras({"A", "B"}));
     slow_->gate.open();
     Discovery discovery(bus(true, true));
@@ -180,10 +180,10 @@ TEST_F(DiscoveryTest, failingBackEndKeepsItsKnownCameras)
 
 TEST_F(DiscoveryTest, threadReadsItsOwnSnapshotForHalfASecond)
 {
-    quick_->show(cameras({"A"}));
+    fast_->show(cameras({"A"}));
     Discovery discovery(bus(true, false), now_);
     discovery.take();
-    quick_->show(cameras({"B", "C"}));
+    fast_->show(cameras({"B", "C"}));
     std::thread([&] { discovery.take(); }).join();
     EXPECT_THAT(idsOf(discovery.present()), ElementsAre("A"));
     time_ = Clock::time_point{} + 499ms;
@@ -194,27 +194,27 @@ TEST_F(DiscoveryTest, threadReadsItsOwnSnapshotForHalfASecond)
 
 TEST_F(DiscoveryTest, threadWithoutASnapshotReadsTheNewest)
 {
-    quick_->show(cameras({"A"}));
+    fast_->show(cameras({"A"}));
     Discovery discovery(bus(true, false), now_);
     discovery.take();
-    quick_->show(cameras({"B"}));
+    fast_->show(cameras({"B"}));
     std::thread([&] { EXPECT_THAT(idsOf(discovery.present()), ElementsAre("A")); }).join();
 }
 
 TEST_F(DiscoveryTest, namesCanBeReadBeforeAnyCount)
 {
-    quick_->show(cameras({"A"}));
+    fast_->show(cameras({"A"}));
     Discovery discovery(bus(true, false), now_);
     EXPECT_THAT(idsOf(discovery.present()), ElementsAre("A"));
 }
 
 TEST_F(DiscoveryTest, snapshotOfAnEarlierDiscoveryIsIgnored)
 {
-    quick_->show(cameras({"A"}));
+    fast_->show(cameras({"A"}));
     {
         Discovery(bus(true, false), now_).take();
     }
-    quick_->show(cameras({"B"}));
+    fast_->show(cameras({"B"}));
     Discovery discovery(bus(true, false), now_);
     EXPECT_THAT(idsOf(discovery.present()), ElementsAre("B"));
 }

@@ -11,14 +11,14 @@ using namespace std::chrono_literals;
 namespace {
 
 /// Longer than any test may take; no result depends on it.
-Clock::time_point farAway() { return Clock::now() + 10min; }
+Clock::time_point distantDeadline() { return Clock::now() + 10min; }
 
 class GrabTest : public AcquisitionFixture {
 protected:
     /// Runs a grab on its own thread.
-    void grabAside()
+    void grabInBackground()
     {
-        grabber_ = std::thread([this] { result_ = acquisition_.grab(image_, farAway()); });
+        grabber_ = std::thread([this] { result_ = acquisition_.grab(image_, distantDeadline()); });
     }
     OResult finishGrab()
     {
@@ -52,7 +52,7 @@ protected:
 TEST_F(GrabTest, idleCameraTakesAnImageForIt)
 {
     script_->pushShot(monoImage(9));
-    ASSERT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_OK);
+    ASSERT_EQ(acquisition_.grab(image_, distantDeadline()), ORVALIS_OK);
     EXPECT_EQ(image_.data[0], 9);
     EXPECT_EQ(image_.width, 64u);
     EXPECT_EQ(script_->starts.value(), 0) << "without a stream";
@@ -68,7 +68,7 @@ TEST_F(GrabTest, deadlineInThePastTimesOut)
 TEST_F(GrabTest, streamingCameraGivesItsNextFrame)
 {
     ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
-    grabAside();
+    grabInBackground();
     EXPECT_EQ(feedUntilGrabbed(), ORVALIS_OK);
     EXPECT_EQ(image_.data[0], 5);
     EXPECT_EQ(script_->takes.value(), 0) << "the stream is not disturbed";
@@ -76,7 +76,7 @@ TEST_F(GrabTest, streamingCameraGivesItsNextFrame)
 
 TEST_F(GrabTest, startEndsAnIdleGrab)
 {
-    grabAside();
+    grabInBackground();
     script_->takes.waitFor(1);
     EXPECT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
     EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
@@ -93,7 +93,7 @@ TEST_F(GrabTest, waitingGrabDoesNotDelayAStart)
     };
     std::thread starter([&] { EXPECT_EQ(acquisition_.start(frameCallback), ORVALIS_OK); });
     begun.wait();
-    grabAside();
+    grabInBackground();
     for (int i = 0; i < 1000; ++i) {
         const Acquisition::WriteScope write(acquisition_);
         std::this_thread::yield();
@@ -106,7 +106,7 @@ TEST_F(GrabTest, waitingGrabDoesNotDelayAStart)
 
 TEST_F(GrabTest, closeEndsAnIdleGrab)
 {
-    grabAside();
+    grabInBackground();
     script_->takes.waitFor(1);
     acquisition_.close();
     EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
@@ -114,13 +114,13 @@ TEST_F(GrabTest, closeEndsAnIdleGrab)
 
 TEST_F(GrabTest, writeEndsAnIdleGrabAndDelaysNewOnes)
 {
-    grabAside();
+    grabInBackground();
     script_->takes.waitFor(1);
     std::thread second;
     {
         const Acquisition::WriteScope scope(acquisition_);
         EXPECT_EQ(finishGrab(), ORVALIS_ERROR_ABORTED);
-        grabAside();
+        grabInBackground();
         EXPECT_EQ(script_->takes.value(), 1);
     }
     script_->pushShot(monoImage(3));
@@ -135,7 +135,7 @@ TEST_F(GrabTest, wakeBeforeTheGrabReachesTheDeviceIsRepeated)
         inside.open();
         go.wait();
     };
-    grabAside();
+    grabInBackground();
     inside.wait();
     std::thread writer([&] { const Acquisition::WriteScope scope(acquisition_); });
     script_->wakes.waitFor(1);
@@ -148,14 +148,14 @@ TEST_F(GrabTest, unrelatedWakeDoesNotEndAGrab)
 {
     device_.wake();
     script_->pushShot(monoImage(4));
-    ASSERT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_OK);
+    ASSERT_EQ(acquisition_.grab(image_, distantDeadline()), ORVALIS_OK);
     EXPECT_EQ(image_.data[0], 4);
 }
 
 TEST_F(GrabTest, writeDoesNotEndAGrabFromTheStream)
 {
     ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
-    grabAside();
+    grabInBackground();
     {
         const Acquisition::WriteScope scope(acquisition_);
     }
@@ -183,9 +183,9 @@ TEST_F(GrabTest, idleGrabsAreSerialised)
     };
     script_->pushShot(monoImage(1));
     script_->pushShot(monoImage(2));
-    grabAside();
+    grabInBackground();
     GrabbedImage other;
-    EXPECT_EQ(acquisition_.grab(other, farAway()), ORVALIS_OK);
+    EXPECT_EQ(acquisition_.grab(other, distantDeadline()), ORVALIS_OK);
     EXPECT_EQ(finishGrab(), ORVALIS_OK);
     EXPECT_EQ(most, 1);
     EXPECT_NE(other.data[0], image_.data[0]);
@@ -193,29 +193,29 @@ TEST_F(GrabTest, idleGrabsAreSerialised)
 
 TEST_F(GrabTest, grabInsideTheCallbackTimesOutAtOnce)
 {
-    EXPECT_EQ(fromTheCallback([this] { return acquisition_.grab(image_, farAway()); }),
+    EXPECT_EQ(fromTheCallback([this] { return acquisition_.grab(image_, distantDeadline()); }),
               ORVALIS_ERROR_TIMEOUT);
 }
 
 TEST_F(GrabTest, lossIsReported)
 {
     script_->lose();
-    EXPECT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_ERROR_CONNECTION_LOST);
+    EXPECT_EQ(acquisition_.grab(image_, distantDeadline()), ORVALIS_ERROR_CONNECTION_LOST);
 }
 
 TEST_F(GrabTest, grabThatThrowsIsAFailure)
 {
     script_->onTakeImage = [] { throw std::bad_alloc(); };
-    EXPECT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_ERROR_OUT_OF_MEMORY);
+    EXPECT_EQ(acquisition_.grab(image_, distantDeadline()), ORVALIS_ERROR_OUT_OF_MEMORY);
     script_->onTakeImage = nullptr;
     script_->pushShot(monoImage(8));
-    EXPECT_EQ(acquisition_.grab(image_, farAway()), ORVALIS_OK);
+    EXPECT_EQ(acquisition_.grab(image_, distantDeadline()), ORVALIS_OK);
 }
 
 TEST_F(GrabTest, grabbedFrameOutlivesTheStream)
 {
     ASSERT_EQ(acquisition_.start(frameCallback), ORVALIS_OK);
-    grabAside();
+    grabInBackground();
     std::atomic<bool> done{false};
     std::thread feeder([&] {
         for (int i = 1; !done; ++i) {

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 namespace {
 
 /// The interface promises one second. A slow machine may take longer; a defect waits forever.
-constexpr auto kGenerous = 20s;
+constexpr auto kWaitLimit = 20s;
 
 std::atomic<bool> noThreads{false};
 
@@ -43,18 +43,18 @@ protected:
     void answer() { answer_->open(); }
 
     /// Starts a call on its own thread. Wait for its result only with ends().
-    template <typename Call> std::future<std::int32_t> &aside(Call call)
+    template <typename Call> std::future<std::int32_t> &inBackground(Call call)
     {
         return waiting_.emplace_back(std::async(std::launch::async, call));
     }
     static bool ends(std::future<std::int32_t> &call)
     {
-        return call.wait_for(kGenerous) == std::future_status::ready;
+        return call.wait_for(kWaitLimit) == std::future_status::ready;
     }
     /// True if `call` returns ORVALIS_OK in time. If it does not return, lets the camera answer.
     template <typename Call> bool isPrompt(Call call)
     {
-        std::future<std::int32_t> &result = aside(call);
+        std::future<std::int32_t> &result = inBackground(call);
         const bool prompt = ends(result);
         if (!prompt)
             answer();
@@ -62,7 +62,8 @@ protected:
     }
     std::future<std::int32_t> &startAside()
     {
-        return aside([handle = handle_] { return OrvalisStartAcquisition(handle, frameCallback); });
+        return inBackground(
+            [handle = handle_] { return OrvalisStartAcquisition(handle, frameCallback); });
     }
 
     // A blocked thread may outlive the test for a moment.
@@ -210,7 +211,7 @@ TEST_F(Promptness, closeEndsAGrabThatHangs)
     open();
     script_->onTakeImage = hangs();
     std::vector<std::uint8_t> pixels(128 * 96 * 3);
-    std::future<std::int32_t> &grab = aside([&, handle = handle_] {
+    std::future<std::int32_t> &grab = inBackground([&, handle = handle_] {
         OImageFrame frame{};
         frame.rgb = pixels.data();
         return OrvalisGrabRGBData(handle, &frame, 600000);
@@ -226,7 +227,7 @@ TEST_F(Promptness, aGrabReturnsAtItsTimeAlthoughTheCameraHangs)
     open();
     script_->onTakeImage = hangs();
     std::vector<std::uint8_t> pixels(128 * 96 * 3);
-    std::future<std::int32_t> &grab = aside([&, handle = handle_] {
+    std::future<std::int32_t> &grab = inBackground([&, handle = handle_] {
         OImageFrame frame{};
         frame.rgb = pixels.data();
         return OrvalisGrabRGBData(handle, &frame, 10);

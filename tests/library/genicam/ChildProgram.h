@@ -65,12 +65,12 @@ public:
         }
         return text;
     }
-    /// Its exit status; -1 if it does not exit within `patience`, or a signal ends it.
-    int exitStatus(std::chrono::seconds patience)
+    /// Its exit status; -1 if it does not exit within `timeout`, or a signal ends it.
+    int exitStatus(std::chrono::seconds timeout)
     {
         int status = 0;
         pid_t ended = 0;
-        for (const auto limit = Clock::now() + patience; ended == 0 && Clock::now() < limit;) {
+        for (const auto limit = Clock::now() + timeout; ended == 0 && Clock::now() < limit;) {
             std::this_thread::sleep_for(5ms);
             ended = waitpid(pid_, &status, WNOHANG);
         }

@@ -12,7 +12,7 @@ using namespace genicamtest;
 namespace {
 
 /// The interface promises one second for each call; a call that waits for the camera needs several.
-constexpr auto generous = 20s;
+constexpr auto waitLimit = 20s;
 
 std::atomic<int> frames{0};
 
@@ -24,7 +24,7 @@ protected:
     {
         const Clock::time_point begin = Clock::now();
         EXPECT_EQ(call(), ORVALIS_OK) << what;
-        EXPECT_LT(Clock::now() - begin, generous) << what;
+        EXPECT_LT(Clock::now() - begin, waitLimit) << what;
     }
     static OCameraHandle opened(const std::string &id)
     {
