@@ -20,12 +20,11 @@ void awaitSaves(SaveLimiter &limiter)
 {
     if (limiter.waitUntilEmpty(silentWait))
         return;
-    QMessageBox notice(
-        QMessageBox::Information, QStringLiteral("OrvalisViewer"),
-        QCoreApplication::translate("ExitNotice", "Pictures are still being saved."));
+    QMessageBox notice(QMessageBox::Information, QStringLiteral("OrvalisViewer"),
+                       QCoreApplication::translate("ExitNotice", "Images are still being saved."));
     notice.setInformativeText(QCoreApplication::translate(
         "ExitNotice", "The program ends when all are on the disk. If the disk does not answer, you "
-                      "can give up; pictures that are not saved are lost."));
+                      "can give up; images that are not saved are lost."));
     notice.addButton(QCoreApplication::translate("ExitNotice", "Give up"),
                      QMessageBox::DestructiveRole);
     bool givenUp = false;

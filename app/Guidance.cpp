@@ -22,15 +22,15 @@ constexpr std::array guidance = {
     Guidance{"No camera open", "Open a camera",
              "Double-click one in the camera list, or press Open (Ctrl+O)."},
     Guidance{"Camera open", "Press Play (F6)",
-             "The live picture appears here. Control (F4) opens the settings."},
+             "The live image appears here. Control (F4) opens the settings."},
     Guidance{
         "Camera open", "Press Play (F6)",
-        "The live picture appears here. The settings of this camera are in the tree on the left."},
+        "The live image appears here. The settings of this camera are in the tree on the left."},
     Guidance{"Stopped", "", ""},
-    Guidance{"Streaming, no picture yet", "Waiting for the first picture",
-             "With a trigger enabled, a picture comes only when the trigger fires."},
+    Guidance{"Streaming, no frame yet", "Waiting for the first frame",
+             "With a trigger enabled, a frame comes only when the trigger fires."},
     Guidance{"Streaming", "", ""},
-    Guidance{"Streaming, saving pictures", "", ""},
+    Guidance{"Streaming, saving images", "", ""},
 };
 static_assert(guidance.size() == static_cast<std::size_t>(Situation::LiveAndSaving) + 1);
 

@@ -2,7 +2,7 @@
 // What the window tells its user in each situation, in words and not by colours alone.
 #pragma once
 
-/// Where the user stands on the way from a start to a live picture.
+/// Where the user stands on the way from a start to a live image.
 enum class Situation {
     NoCamera,      ///< nothing is on the bus
     CameraLost,    ///< the open camera has left the bus
@@ -10,16 +10,16 @@ enum class Situation {
     NotOpen,       ///< several cameras are listed, none is open
     NotStarted,    ///< a camera is open and has shown nothing yet
     NoPanel,       ///< the same, and the camera has no control panel
-    Stopped,       ///< the last picture is still on show
-    NoPictureYet,  ///< started, and no picture came so far
-    Live,          ///< pictures come
+    Stopped,       ///< the last image is still displayed
+    NoFrameYet,    ///< started, and no frame has arrived
+    Live,          ///< frames arrive
     LiveAndSaving, ///< and are saved
 };
 
 /// Texts of one situation.
 struct Guidance {
-    const char *status; ///< for the status bar, where the zoom of a picture follows; never empty
-    const char *title;  ///< in place of a picture, one line; empty where a picture is on show
+    const char *status; ///< for the status bar, where the zoom of an image follows; never empty
+    const char *title;  ///< in place of an image, one line; empty where an image is displayed
     const char *detail; ///< below the title
 };
 

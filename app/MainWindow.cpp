@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Construction, wiring and destruction of the main window.
+// Construction, wiring and destruction of the main window; its view, docks and dialogs.
 #include "app/MainWindow.h"
 
+#include "app/ActionRules.h"
 #include "app/Artwork.h"
 #include "app/CameraList.h"
-#include "app/DiscoveryLink.h"
+#include "app/ExitNotice.h"
 #include "app/LogStatus.h"
 #include "app/PoolThreads.h"
+#include "app/StreamStatus.h"
 #include "control/CameraCtrl.h"
 #include "dialogs/AboutDialog.h"
 #include "dialogs/AccessRegister.h"
@@ -16,21 +18,35 @@
 #include "view/HintLabel.h"
 #include "view/ScaleWatch.h"
 
-#include <QLabel>
+#include <QGraphicsPixmapItem>
 #include <QStatusBar>
 
 std::atomic<MainWindow *> g_inst{nullptr};
 
 namespace {
 
-/// As often as frames are displayed.
-constexpr int statusPeriodMs = 33;
+constexpr int oneZoomStep = 120;
+
+void showAndRaise(QWidget *widget, bool show)
+{
+    if (!show)
+        return;
+    widget->show();
+    widget->raise();
+}
+
+/// The keyboard goes where the user wants to look.
+void showDock(QDockWidget *dock, bool show)
+{
+    showAndRaise(dock, show);
+    if (show)
+        dock->setFocus(Qt::OtherFocusReason);
+}
 
 } // namespace
 
 MainWindow::MainWindow(QWidget *parent)
-    : QMainWindow(parent), ui(std::make_unique<Ui::MainWindow>()),
-      m_discovery(std::make_shared<DiscoveryLink>())
+    : QMainWindow(parent), ui(std::make_unique<Ui::MainWindow>())
 {
     keepPoolThreads(QThreadPool::globalInstance());
     m_grabPool.setMaxThreadCount(1);
@@ -38,9 +54,10 @@ MainWindow::MainWindow(QWidget *parent)
     (void)m_hub.attach(&frameQueue);
     qRegisterMetaType<PicturePtr>("PicturePtr");
     ui->setupUi(this);
+    m_view.attach(ui->graphicsView);
     (void)OrvalisInit();
     sharpenIcons();
-    giveCornersToSides();
+    assignDockCorners();
     connectCameraActions();
     createLogDock();
     createCameraListDock();
@@ -81,7 +98,7 @@ void MainWindow::sharpenIcons()
 }
 
 /// The log needs little width and the docks at the sides need all the height they can get.
-void MainWindow::giveCornersToSides()
+void MainWindow::assignDockCorners()
 {
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
@@ -123,6 +140,7 @@ void MainWindow::createCameraListDock()
 void MainWindow::createTreeDock()
 {
     m_pXMLCtrl = new XMLCtrl(this);
+    m_pXMLCtrl->setStreamControl(this);
     addDockWidget(Qt::LeftDockWidgetArea, m_pXMLCtrl);
     connect(m_pXMLCtrl->toggleViewAction(), SIGNAL(triggered(bool)), this,
             SLOT(slotShowXMLCtrl(bool)));
@@ -132,6 +150,7 @@ void MainWindow::createTreeDock()
 void MainWindow::createControlDock()
 {
     m_pCameraCtrl = new CameraCtrl(this);
+    m_pCameraCtrl->setStreamControl(this);
     m_pCameraCtrl->hide();
     m_pCameraCtrl->widget()->setEnabled(false); // until it has a camera
     addDockWidget(Qt::RightDockWidgetArea, m_pCameraCtrl);
@@ -178,23 +197,15 @@ void MainWindow::connectRemainingActions()
 
 void MainWindow::createStatusLabels()
 {
-    m_pRateLabel = new QLabel(this);
-    m_pRecvLabel = new QLabel(this);
-    // The longest numbers to be expected make the room.
-    slotStatusBar(0, 99999999, 0);
-    slotStatusBar(1, 999.9, 9999.9);
+    m_pStatus = new StreamStatus(statusBar());
     slotStatusBar(0, 0, 0);
     slotStatusBar(1, 0, 0);
-    statusBar()->addPermanentWidget(m_pRateLabel);
-    statusBar()->addPermanentWidget(m_pRecvLabel);
-    m_statusTimer.setInterval(statusPeriodMs);
-    connect(&m_statusTimer, &QTimer::timeout, this, &MainWindow::refreshStatus);
 }
 
 void MainWindow::createGuidance()
 {
-    ui->graphicsView->setAccessibleName(tr("Picture"));
-    ui->graphicsView->setBackgroundRole(QPalette::Window); // quieter around a picture than white
+    ui->graphicsView->setAccessibleName(tr("Image"));
+    ui->graphicsView->setBackgroundRole(QPalette::Window); // quieter around an image than white
     m_pHint = new HintLabel(ui->graphicsView);
     const auto *scale = new ScaleWatch(ui->graphicsView);
     connect(scale, &ScaleWatch::sigScaleChanged, this, &MainWindow::updateGuidance,
@@ -211,8 +222,92 @@ void MainWindow::createGuidance()
     });
 }
 
+void MainWindow::endPoolTasks()
+{
+    hide(); // the window would not answer while the rest is saved
+    m_bOneGrabDone = true;
+    m_grabPool.waitForDone();
+    awaitSaves(m_saver.limiter());
+    endDiscovery();
+}
+
 void MainWindow::slotExit()
 {
     slotCloseCamera();
     QCoreApplication::exit(0);
+}
+
+void MainWindow::UpdateUIStatus(bool on, int stage) { applyActionRules(*ui, on, stage); }
+
+void MainWindow::slotStatusBar(int kind, double a, double b) { m_pStatus->put(kind, a, b); }
+
+void MainWindow::init_graphics_view(bool streaming)
+{
+    m_view.renewScene(this);
+    const QGraphicsPixmapItem *item = m_pixmapItem;
+    QCoreApplication::processEvents();
+    // An event may have brought another scene.
+    if (!streaming && m_pixmapItem == item)
+        m_pixmapItem->setPixmap(logoFor(devicePixelRatioF()));
+}
+
+void MainWindow::slotDisplayFrame(QPixmap pixmap)
+{
+    if (!m_bStreaming)
+        return;
+    // The signal is connected once more by every single shot, so one frame may come many times.
+    const bool cross = ui->actionDrawCenter->isChecked();
+    if (m_view.showFrame(pixmap, cross ? std::optional(m_cross) : std::nullopt))
+        updateGuidance();
+}
+
+void MainWindow::slotCenterValue(int width, QColor color)
+{
+    m_crossWidth = width;
+    m_crossColor = color;
+}
+
+void MainWindow::slotZoomIn()
+{
+    m_bFitView = false;
+    ui->graphicsView->ZoomInOut(oneZoomStep);
+}
+
+void MainWindow::slotZoomOut()
+{
+    m_bFitView = false;
+    ui->graphicsView->ZoomInOut(-oneZoomStep);
+}
+
+void MainWindow::slotZoomFit()
+{
+    ui->graphicsView->resetTransform();
+    QCoreApplication::processEvents();
+    m_bFitView = true;
+}
+
+void MainWindow::slotZoom100()
+{
+    ui->graphicsView->resetTransform();
+    m_bFitView = false;
+}
+
+void MainWindow::slotShowCameraList(bool show) { showDock(m_pCameraList, show); }
+
+void MainWindow::slotShowXMLCtrl(bool show) { showDock(m_pXMLCtrl, show); }
+
+void MainWindow::slotShowCameraCtrl(bool show) { showDock(m_pCameraCtrl, show); }
+
+void MainWindow::slotShowLogStatus(bool show) { showDock(m_pLogStatus, show); }
+
+void MainWindow::slotShowAboutDlg() { m_pAboutDialog->show(); }
+
+void MainWindow::slotShowDrawCenterDlg(bool show) { m_pDrawCenterDlg->setVisible(show); }
+
+void MainWindow::slotAccessRegister()
+{
+    if (m_pAccessRegister == nullptr)
+        return;
+    showAndRaise(m_pAccessRegister, true);
+    m_pAccessRegister->activateWindow(); // to be typed into, also if it was visible before
 }

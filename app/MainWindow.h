@@ -1,19 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The main window: owns the one camera connection, the live stream and the docks around the
-// picture.
+// image.
 #pragma once
 
-#include "app/CameraBus.h"
+#include "app/CameraFinder.h"
 #include "app/Guidance.h"
 #include "capture/FrameHub.h"
+#include "capture/FrameSaver.h"
 #include "capture/LatestFrame.h"
 #include "capture/Picture.h"
-#include "capture/SaveLimiter.h"
-#include "capture/SaveRequest.h"
-#include "capture/StatusFigures.h"
 #include "capture/StreamControl.h"
 #include "sdk/OrvalisAPI.h"
 #include "session/SessionState.h"
+#include "view/PictureView.h"
 
 #include <QColor>
 #include <QElapsedTimer>
@@ -37,10 +36,8 @@ class HintLabel;
 class LogStatus;
 class QDockWidget;
 class QGraphicsPixmapItem;
-class QLabel;
+class StreamStatus;
 class XMLCtrl;
-struct DiscoveryLink;
-struct FrameSaveJob;
 namespace Ui {
 class MainWindow;
 }
@@ -64,7 +61,7 @@ public:
     void resumePreview() override;
 
     /// Bytes of frames that wait to be written to disk. Any thread.
-    std::size_t bytesToSave() const { return m_saveLimiter.taken(); }
+    std::size_t bytesToSave() const { return m_saver.limiter().taken(); }
 
     /// One discovery pass. Any thread; returns 0.
     int DiscoveryProc();
@@ -81,7 +78,8 @@ signals:
     void sigUpdateCameraList(QStringList names);
     /// A camera was opened, or the open one was closed.
     void sigCameraOpened(bool opened);
-    /// A picture to show, without the cross. From the display thread and from the delivery thread.
+    /// An image to display, without the cross. From the display thread and from the delivery
+    /// thread.
     void sigDisplayFrame(QPixmap pixmap);
     /// The same with all bits of the frame, for whatever reads pixels. From the same threads.
     /// Connect queued; frames are skipped while the GUI thread is late.
@@ -101,7 +99,7 @@ public slots:
     void slotFinishedGrab();
     /// Arms or disarms saving: the next displayed frames are written as the control panel says.
     void slotSaveImg(bool checked);
-    /// Shows the picture, with the cross if that is on, while a stream or a single shot runs.
+    /// Displays the image, with the cross if that is on, while a stream or a single shot runs.
     void slotDisplayFrame(QPixmap pixmap);
     /// Displays the figures of sigStatusBar(). On any other thread than the GUI's it leaves them
     /// for the next refresh, without an allocation.
@@ -134,17 +132,17 @@ public slots:
     void slotShowAboutDlg();
     /// Shows or hides the dialog of the centre cross.
     void slotShowDrawCenterDlg(bool show);
-    /// Takes width, in pixels of the picture, and colour of the centre cross.
+    /// Takes width, in pixels of the image, and colour of the centre cross.
     void slotCenterValue(int width, QColor color);
     /// Shows the register dialog of the open camera; does nothing before the first open.
     void slotAccessRegister();
-    /// One step nearer; the picture is not fitted to the window any more.
+    /// One step nearer; the image is not fitted to the window any more.
     void slotZoomIn();
-    /// One step back; the picture is not fitted to the window any more.
+    /// One step back; the image is not fitted to the window any more.
     void slotZoomOut();
-    /// Shows the picture at 100 %, and fits it to the window with every frame from the next one on.
+    /// Shows the image at 100 %, and fits it to the window with every frame from the next one on.
     void slotZoomFit();
-    /// One pixel of the picture for one of the screen.
+    /// One pixel of the image for one of the screen.
     void slotZoom100();
 
 private:
@@ -152,7 +150,7 @@ private:
 
     // Construction, in the order of the calls.
     void sharpenIcons();
-    void giveCornersToSides();
+    void assignDockCorners();
     void connectCameraActions();
     void createLogDock();
     void createCameraListDock();
@@ -165,22 +163,11 @@ private:
     void startDiscovery();
     // Destruction.
     void leaveDiscovery();
+    void endDiscovery();
     void endPoolTasks();
 
     // View.
     void init_graphics_view(bool streaming);
-    QPixmap withCross(const QPixmap &pixmap) const;
-
-    // Status bar.
-    /// Shows `text` in a label of a fixed size, which grows with the text and stays. Any other
-    /// label makes the whole window lay itself out anew with every text, up to 1000 times a second,
-    /// and moves what stands beside it.
-    static void showInStatusBar(QLabel *label, const QString &text);
-    void showCount(double count);
-    void showRates(const StreamRates &rates);
-    /// Displays figures that other threads left, 30 times a second while a camera acquires.
-    void refreshStatus();
-    void showFinalCount();
 
     // Guidance.
     Situation situation() const;
@@ -214,8 +201,8 @@ private:
     void displayFrame(const PublishedFrame &frame, PictureMaker *maker);      ///< display thread
     bool guiIsLate() const;                       ///< too many images wait for the GUI thread
     void sendToScreen(const PicturePtr &picture); ///< display thread, delivery thread of a shot
+    SaveOptions saveOptions() const;              ///< display thread
     void saveIfArmed(const Picture &picture);     ///< display thread
-    void startSaveTask(std::unique_ptr<FrameSaveJob> job); ///< display thread
     void readStreamFormat();
     StreamInfo streamInfo() const { return {m_sizeInfo, m_pixelFormat, m_sensorPixelFormat, 0}; }
     /// @return false if the start is not to go on
@@ -239,11 +226,9 @@ private:
     AccessRegister *m_pAccessRegister = nullptr; ///< null until a camera is opened
     AboutDialog *m_pAboutDialog = nullptr;
     DrawCenterDlg *m_pDrawCenterDlg = nullptr;
-    QLabel *m_pRateLabel = nullptr;
-    QLabel *m_pRecvLabel = nullptr;
+    StreamStatus *m_pStatus = nullptr;
     HintLabel *m_pHint = nullptr;
     QTimer *m_pTimer = nullptr;
-    QTimer m_statusTimer; ///< while a camera acquires
 
     OCameraHandle m_hCamera = nullptr;
     CameraId m_szCameraID{};         ///< of the camera opened last; kept after a close
@@ -260,39 +245,25 @@ private:
     const SessionQuestion m_bStreaming{m_session, &SessionState::isAcquiring};
     FrameHub m_hub;
     std::atomic<std::uint64_t> &m_u64FrameCount{m_hub.count()};
-    std::atomic<std::size_t> m_bytesOnTheirWay{0}; ///< pixmaps that the GUI has not seen yet
+    std::atomic<std::size_t> m_pendingDisplayBytes{0}; ///< pixmaps that the GUI has not seen yet
     std::atomic<bool> m_bOneGrabDone{false};
     std::atomic<unsigned> m_nGrabRun{0}; ///< number of single shots so far
-    SaveRequest m_bSaveRequest;
+    FrameSaver m_saver{[this] { return saveOptions(); }};
+    SaveRequest &m_bSaveRequest{m_saver.request()};
     LatestFrame frameQueue; ///< a tap of the hub: what the display thread takes
-    StatusFigures m_statusFigures;
-    const std::thread::id m_guiThread = std::this_thread::get_id();
-    SaveLimiter m_saveLimiter;
     QThreadPool m_grabPool; ///< one thread for the wait of a single shot, which saves never hold up
-    std::shared_ptr<DiscoveryLink> m_discovery;
+    const std::shared_ptr<CameraFinder> m_finder = std::make_shared<CameraFinder>();
 
     bool m_bNUCCamera = false;
-    bool m_bFitView = false;
-    bool m_bPicture = false;    ///< the view shows a picture of the camera
     int m_nCameras = 0;         ///< in the list
     QElapsedTimer m_sinceStart; ///< of the stream
 
-    int m_crossWidth = 2;
-    QColor m_crossColor = Qt::red;
-    QGraphicsPixmapItem *m_pixmapItem = nullptr; ///< owned by the view's scene
-
-    /// What the item shows, so that a frame that is delivered again costs nothing.
-    struct Shown {
-        qint64 frame = 0; ///< cache key of the pixmap as it came
-        int crossWidth = 0;
-        QColor crossColor;
-        bool operator==(const Shown &other) const
-        {
-            return frame == other.frame && crossWidth == other.crossWidth &&
-                   crossColor == other.crossColor;
-        }
-    };
-    Shown m_shown;
+    PictureView m_view;
+    bool &m_bFitView{m_view.fit()};
+    QGraphicsPixmapItem *const &m_pixmapItem{m_view.item()};
+    CenterCross m_cross;
+    int &m_crossWidth{m_cross.width};
+    QColor &m_crossColor{m_cross.color};
 
     QFutureWatcher<void> m_discoveryWatcher;
     QFutureWatcher<void> m_grabWatcher;

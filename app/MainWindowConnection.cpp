@@ -1,15 +1,122 @@
 // SPDX-License-Identifier: MIT
-// Opens, closes and reboots the camera, and sets up the panels that work on it.
-#include "app/DiscoveryLink.h"
+// Finds, opens, closes and reboots cameras, sets up the panels that work on one, and guides the
+// user.
 #include "app/MainWindow.h"
 
 #include "app/CameraList.h"
+#include "app/PoolThreads.h"
 #include "control/CameraCtrl.h"
 #include "dialogs/AccessRegister.h"
 #include "tree/XMLCtrl.h"
 #include "ui_MainWindow.h"
+#include "view/HintLabel.h"
 
 #include <QMessageBox>
+#include <QStatusBar>
+#include <QThreadPool>
+#include <QtConcurrent>
+
+#include <chrono>
+#include <mutex>
+
+namespace {
+
+constexpr int discoveryPeriodMs = 3000;
+constexpr std::chrono::milliseconds longestWaitAtExit{3000};
+
+/// Passes that hang in the library at a time; beyond that a tick starts none.
+constexpr int maxPasses = 8;
+
+/// Until then the first frame of a stream is not missed: mostly it comes at once.
+constexpr int patienceMs = 700;
+
+/// The finder of the window at `owner`, which is an address to be compared with only.
+struct CurrentFinder {
+    std::mutex mutex; // guards the rest
+    const void *owner = nullptr;
+    std::shared_ptr<CameraFinder> finder;
+
+    void set(const void *newOwner, std::shared_ptr<CameraFinder> newFinder)
+    {
+        const std::lock_guard lock(mutex);
+        owner = newOwner;
+        finder = std::move(newFinder);
+    }
+    std::shared_ptr<CameraFinder> of(const void *window)
+    {
+        const std::lock_guard lock(mutex);
+        return owner == window ? finder : nullptr;
+    }
+};
+CurrentFinder currentFinder;
+
+/// "43 %", and below ten "4.3 %".
+QString percentText(qreal factor)
+{
+    const qreal percent = 100 * factor;
+    return QString::number(percent, 'f', percent < 9.95 ? 1 : 0) + QStringLiteral(" %");
+}
+
+} // namespace
+
+void DiscoveryThread(void *mainWindow)
+{
+    const std::shared_ptr<CameraFinder> finder = currentFinder.of(mainWindow);
+    if (finder == nullptr)
+        return;
+    // A pass mostly waits for the library; save tasks should not wait for it.
+    QThreadPool::globalInstance()->releaseThread();
+    finder->run();
+    QThreadPool::globalInstance()->reserveThread();
+}
+
+int MainWindow::DiscoveryProc()
+{
+    m_finder->run();
+    return 0;
+}
+
+void MainWindow::slotRefreshCamera(int *count)
+{
+    const QStringList names = cameraNames();
+    emit sigUpdateCameraList(names);
+    if (count != nullptr)
+        *count = static_cast<int>(names.size());
+}
+
+void MainWindow::startDiscovery()
+{
+    m_finder->attach({this, [this](const QStringList &names) { emit sigUpdateCameraList(names); },
+                      [this] { loseCamera(); }});
+    currentFinder.set(this, m_finder);
+    m_pTimer = new QTimer(this);
+    connect(m_pTimer, SIGNAL(timeout()), this, SLOT(OnTimer()));
+    m_pTimer->start(discoveryPeriodMs);
+}
+
+void MainWindow::OnTimer()
+{
+    // A pass makes room for one more thread of the pool.
+    if (m_finder->passes.running() >= maxPasses || !mayStartPoolThread())
+        return;
+    m_finder->passes.begin();
+    m_discoveryWatcher.setFuture(QtConcurrent::run([finder = m_finder, window = this] {
+        DiscoveryThread(window); // its address alone: the window may be gone
+        finder->passes.end();
+    }));
+}
+
+void MainWindow::leaveDiscovery()
+{
+    m_pTimer->stop();
+    m_finder->detach();
+}
+
+void MainWindow::endDiscovery()
+{
+    (void)m_finder->passes.waitIdle(longestWaitAtExit);
+    currentFinder.set(nullptr, nullptr);
+}
 
 void MainWindow::enter(SessionStep next)
 {
@@ -56,12 +163,10 @@ void MainWindow::cameraOpened(const CameraId &id)
     m_pXMLCtrl->CreateXMLTree(m_hCamera);
     deleteRegisterDialog();
     m_pAccessRegister = new AccessRegister(this, m_hCamera);
+    m_pAccessRegister->setStreamControl(this);
     m_pAccessRegister->hide();
     m_szCameraID = id;
-    {
-        const std::lock_guard lock(m_discovery->mutex);
-        m_discovery->cameraId = id;
-    }
+    m_finder->setOpened(id);
     emit sigCameraOpened(true);
     showSizeInTitle();
     emit sigTraceLog(QStringLiteral("Success open camera[%1] %2x%3")
@@ -149,7 +254,7 @@ void MainWindow::closeCamera(SessionStep afterwards)
     updateGuidance();
 }
 
-// The short way out, when another camera is to be opened: the picture stays, and nothing is logged.
+// The short way out, when another camera is to be opened: the image stays, and nothing is logged.
 void MainWindow::releaseOpenCamera()
 {
     endStream();
@@ -181,4 +286,40 @@ void MainWindow::slotResetCamera()
         return;
     (void)OrvalisCameraReset(m_hCamera);
     slotCloseCamera();
+}
+
+Situation MainWindow::situation() const
+{
+    if (m_session.is(SessionStep::Lost))
+        return Situation::CameraLost;
+    if (m_hCamera == nullptr && m_nCameras < 2)
+        return m_nCameras == 0 ? Situation::NoCamera : Situation::OneNotOpen;
+    if (m_hCamera == nullptr)
+        return Situation::NotOpen;
+    if (!m_bStreaming && m_view.hasFrame())
+        return Situation::Stopped;
+    if (!m_bStreaming)
+        return m_bNUCCamera ? Situation::NoPanel : Situation::NotStarted;
+    if (!m_view.hasFrame() && m_sinceStart.hasExpired(patienceMs))
+        return Situation::NoFrameYet;
+    return ui->actionSave->isChecked() ? Situation::LiveAndSaving : Situation::Live;
+}
+
+void MainWindow::updateGuidance()
+{
+    const Guidance &guidance = guidanceIn(situation());
+    if (m_view.hasFrame())
+        m_pHint->showHint({}, {});
+    else
+        m_pHint->showHint(QLatin1String(guidance.title), QLatin1String(guidance.detail));
+    QString status = QLatin1String(guidance.status);
+    if (m_view.hasFrame())
+        status += QStringLiteral(", zoom ") + percentText(ui->graphicsView->transform().m11());
+    statusBar()->showMessage(status);
+}
+
+void MainWindow::streamBegins()
+{
+    m_sinceStart.start();
+    QTimer::singleShot(patienceMs + 1, this, &MainWindow::updateGuidance);
 }

@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
-// The live stream: from the camera library's callback through the display thread to the screen.
+// The live stream and the single shot: from the camera library's callback through the display
+// thread to the screen.
 #include "app/MainWindow.h"
 
+#include "app/StreamStatus.h"
 #include "capture/FramePixels.h"
-#include "capture/FrameSaveJob.h"
 #include "capture/Picture.h"
 #include "control/CameraCtrl.h"
 #include "tree/XMLCtrl.h"
 #include "ui_MainWindow.h"
 
 #include <QDebug>
-#include <QLabel>
+#include <QtConcurrent>
 
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <string.h>
@@ -25,10 +27,13 @@ constexpr useconds_t displayPauseUs = 33000;
 
 constexpr int everyFrame = -1;
 
-/// Pixels on their way to a GUI thread that is late. With that many no further frame is taken.
-constexpr std::size_t mostOnTheirWay = std::size_t{64} * 1024 * 1024;
+/// Images that wait for a GUI thread that is late. With that many no further frame is taken.
+constexpr std::size_t maxPendingDisplayBytes = std::size_t{64} * 1024 * 1024;
 
-QString noRate() { return QStringLiteral("               0.0 fps (0.0 MB/s)"); }
+/// How often the wait for the frame of a single shot looks, and how long it sleeps in between:
+/// about 1.5 s.
+constexpr int waitSteps = 150;
+constexpr useconds_t waitStepUs = 10000;
 
 } // namespace
 
@@ -89,7 +94,7 @@ bool MainWindow::startDisplaying()
             Qt::QueuedConnection);
     showSizeInTitle();
     joinDisplayThread();
-    (void)m_statusFigures.take(); // a library that failed to stop may have gone on
+    m_pStatus->discard(); // a library that failed to stop may have gone on
     m_hub.start(streamInfo());
     enter(SessionStep::Live);
     try {
@@ -109,13 +114,12 @@ void MainWindow::joinDisplayThread()
     if (!m_displayThread.joinable())
         return;
     // A frame that waits for a place among those to be saved gets it now.
-    m_saveLimiter.letThrough(true);
+    m_saver.limiter().setBypass(true);
     m_displayThread.join();
-    m_saveLimiter.letThrough(false);
+    m_saver.limiter().setBypass(false);
 }
 
-// After this no callback runs, no frame is held, and a picture that is still on its way is not
-// shown.
+// After this no callback runs, no frame is held, and a pending image is not displayed.
 void MainWindow::endStream()
 {
     const bool shot = m_session.is(SessionStep::Shooting);
@@ -123,7 +127,7 @@ void MainWindow::endStream()
     joinDisplayThread();
     (void)OrvalisStopAcquisition(m_hCamera);
     m_hub.stop();
-    showFinalCount();
+    m_pStatus->showFinalCount();
     if (shot)
         endOneGrab();
     disconnect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)));
@@ -138,7 +142,7 @@ void MainWindow::slotStopCamera()
     if (!m_bStreaming)
         return;
     m_hub.restartRates();
-    showInStatusBar(m_pRateLabel, noRate());
+    m_pStatus->showNoRate();
     endStream();
     UpdateUIStatus(false, 2);
     emit sigTraceLog(QStringLiteral("stop steam Camera[%1]").arg(cameraIdText()));
@@ -160,9 +164,9 @@ void MainWindow::acquisitionChanged()
     ui->actionPlay->setChecked(m_session.isLive());
     if (m_bStreaming) {
         streamBegins();
-        m_statusTimer.start();
+        m_pStatus->start();
     } else {
-        m_statusTimer.stop();
+        m_pStatus->stop();
     }
     updateGuidance();
 }
@@ -224,59 +228,159 @@ void MainWindow::displayFrame(const PublishedFrame &frame, PictureMaker *maker)
     sendToScreen(picture);
 }
 
-bool MainWindow::guiIsLate() const { return m_bytesOnTheirWay >= mostOnTheirWay; }
+bool MainWindow::guiIsLate() const { return m_pendingDisplayBytes >= maxPendingDisplayBytes; }
 
 void MainWindow::sendToScreen(const PicturePtr &picture)
 {
     const QPixmap &pixmap = picture->screen();
     const std::size_t bytes = std::size_t{sizeof(QRgb)} * static_cast<std::size_t>(pixmap.width()) *
                               static_cast<std::size_t>(pixmap.height());
-    m_bytesOnTheirWay += bytes;
+    m_pendingDisplayBytes += bytes;
     emit sigDisplayFrame(pixmap);
     emit sigPicture(picture);
-    // Behind the picture, and by a timer: posted events alone, if they come as fast as they are
+    // After the image, and by a timer: posted events alone, if they come as fast as they are
     // handled, would leave the user's no turn.
     QMetaObject::invokeMethod(
         this,
         [this, bytes] {
-            QTimer::singleShot(0, this, [this, bytes] { m_bytesOnTheirWay -= bytes; });
+            QTimer::singleShot(0, this, [this, bytes] { m_pendingDisplayBytes -= bytes; });
         },
         Qt::QueuedConnection);
 }
 
 void MainWindow::slotSaveImg(bool checked) { m_bSaveRequest.set(checked); }
 
-void MainWindow::saveIfArmed(const Picture &picture)
+SaveOptions MainWindow::saveOptions() const
 {
-    const SaveRequest::Arming arming = m_bSaveRequest.arming();
-    if (arming == 0)
-        return;
-    QString path;
+    SaveOptions options;
     QString format;
     int count = 1;
-    m_pCameraCtrl->getSaveOpt(&path, &format, &count);
-    auto job = makeSaveJob(picture, format);
-    job->path = path;
-    job->ownedCameraId = m_szCameraID;
-    job->cameraId = job->ownedCameraId.data();
-    job->place = m_saveLimiter.take(heldBytes(*job));
-    startSaveTask(std::move(job));
-    if (count == everyFrame)
+    m_pCameraCtrl->getSaveOpt(&options.path, &format, &count);
+    options.format = saveFormatNamed(format);
+    options.everyFrame = count == everyFrame;
+    return options;
+}
+
+void MainWindow::saveIfArmed(const Picture &picture)
+{
+    const auto saved = m_saver.saveIfArmed(picture, m_szCameraID);
+    if (!saved)
         return;
-    m_bSaveRequest.finish(arming);
+    // Watcher and action belong to the GUI thread.
     QMetaObject::invokeMethod(
         this,
-        [this] {
-            if (!m_bSaveRequest)
+        [this, saved = *saved] {
+            m_saveWatcher.setFuture(saved.task);
+            if (saved.last && !m_bSaveRequest)
                 ui->actionSave->setChecked(false);
         },
         Qt::QueuedConnection);
 }
 
-void MainWindow::startSaveTask(std::unique_ptr<FrameSaveJob> job)
+void MainWindow::slotOneGrab()
 {
-    const QFuture<void> task = ::startSaveTask(std::move(job));
-    // The watcher lives on the GUI thread.
-    QMetaObject::invokeMethod(
-        this, [this, task] { m_saveWatcher.setFuture(task); }, Qt::QueuedConnection);
+    if (!m_session.mayGo(SessionStep::Shooting))
+        return;
+    if (OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "SingleFrame") == ORVALIS_OK)
+        m_singleFrameCamera = cameraIdText();
+    readStreamFormat();
+    // Deliberate: connected again by every shot, here and below. Both slots may be called
+    // repeatedly.
+    connect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)),
+            Qt::QueuedConnection);
+    UpdateUIStatus(true, 2);
+    enter(SessionStep::Shooting);
+    m_bOneGrabDone = false;
+    ++m_nGrabRun;
+    m_pStatus->discard();
+    m_u64FrameCount = 0;
+    emit sigStatusBar(0, 0.0, 0.0);
+    (void)OrvalisStartAcquisition(m_hCamera, callback_oneGrab);
+    connect(&m_grabWatcher, SIGNAL(finished()), this, SLOT(slotFinishedGrab()));
+    m_grabWatcher.setFuture(
+        QtConcurrent::run(&m_grabPool, OneGrabThread, static_cast<void *>(this)));
+    acquisitionChanged();
+}
+
+void MainWindow::callback_oneGrab(OImageFrame *frame)
+{
+    receive(frame, &MainWindow::oneFrameReceived);
+}
+
+// May be called for several frames: a camera without single-frame mode goes on until it is stopped.
+void MainWindow::oneFrameReceived(OImageFrame *frame)
+{
+    const bool shown = showOneFrame(frame);
+    const std::uint64_t count = ++m_u64FrameCount;
+    emit sigStatusBar(0, static_cast<double>(count), 0.0);
+    if (shown)
+        m_bOneGrabDone = true;
+}
+
+bool MainWindow::showOneFrame(OImageFrame *frame)
+{
+    if (m_bOneGrabDone && guiIsLate())
+        return false;
+    // Read from where it lies: it may be larger than announced, if its own size confirms that.
+    const std::uint64_t mostPixels =
+        std::max<std::uint64_t>(regionPixels(m_sizeInfo.width, m_sizeInfo.height), frame->rawSize);
+    const FrameStamp stamp{m_u64FrameCount + 1, std::chrono::steady_clock::now(),
+                           std::chrono::system_clock::now()};
+    PictureMaker maker(streamInfo(), m_meaning);
+    const PicturePtr picture = maker.make({frame, stamp}, Rows::Packed, mostPixels);
+    if (picture == nullptr)
+        return false;
+    sendToScreen(picture);
+    return true;
+}
+
+void OneGrabThread(void *mainWindow) { static_cast<MainWindow *>(mainWindow)->waitForOneGrab(); }
+
+void MainWindow::waitForOneGrab()
+{
+    const unsigned run = m_nGrabRun;
+    int counter = waitSteps;
+    // A shot that was stopped, and followed by another, has nothing more to say.
+    while (!m_bOneGrabDone && run == m_nGrabRun) {
+        if (--counter == 0) {
+            emit sigStatusBar(0, 0.0, 0.0);
+            return;
+        }
+        usleep(waitStepUs);
+    }
+}
+
+void MainWindow::slotFinishedGrab()
+{
+    // A stream may have been started after the shot.
+    if (!m_session.is(SessionStep::Shooting))
+        return;
+    UpdateUIStatus(false, 2);
+    enter(SessionStep::Stopping);
+    (void)OrvalisStopAcquisition(m_hCamera);
+    m_pStatus->showFinalCount();
+    endOneGrab();
+    enter(SessionStep::Open);
+    acquisitionChanged();
+}
+
+void MainWindow::endOneGrab()
+{
+    m_bOneGrabDone = true;
+    // Also for a shot that was stopped, or the next stream would end with its first frame.
+    endSingleFrameMode();
+}
+
+void MainWindow::endSingleFrameMode()
+{
+    if (OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "Continuous") == ORVALIS_OK)
+        m_singleFrameCamera.clear();
+}
+
+// A camera that is lost during a shot takes no more writes, and has the shot's mode when it
+// returns. A mode that the user has set stays.
+void MainWindow::continueInContinuousMode()
+{
+    if (!m_singleFrameCamera.isEmpty() && m_singleFrameCamera == cameraIdText())
+        endSingleFrameMode();
 }

@@ -3,7 +3,6 @@
 #include "capture/FrameSaveJob.h"
 
 #include "capture/Picture.h"
-#include "capture/SaveFormat.h"
 
 #include <limits>
 #include <new>
@@ -32,13 +31,13 @@ QByteArray samplesOf(const Picture &picture)
 
 } // namespace
 
-std::unique_ptr<FrameSaveJob> makeSaveJob(const Picture &picture, const QString &format)
+std::unique_ptr<FrameSaveJob> makeSaveJob(const Picture &picture, SaveFormat format)
 {
     auto job = std::make_unique<FrameSaveJob>();
-    job->format = format;
+    job->format = nameOf(format);
     job->width = static_cast<int>(picture.width());
     job->height = static_cast<int>(picture.height());
-    switch (contentOf(format)) {
+    switch (contentOf(job->format)) {
     case SaveContent::Raw:
         job->raw = keepBytes(job.get(), samplesOf(picture));
         break;

@@ -2,6 +2,7 @@
 // A frame that the display thread passes to a save task.
 #pragma once
 
+#include "capture/SaveFormat.h"
 #include "capture/SaveLimiter.h"
 
 #include <QByteArray>
@@ -37,7 +38,7 @@ struct FrameSaveJob {
 
 /// A job with a copy of the part of `picture` that `format` saves: its samples, its RGB bytes, or
 /// the displayed image. The caller fills in path, camera and place. Throws std::bad_alloc.
-std::unique_ptr<FrameSaveJob> makeSaveJob(const Picture &picture, const QString &format);
+std::unique_ptr<FrameSaveJob> makeSaveJob(const Picture &picture, SaveFormat format);
 
 /// Bytes of pixels that a job keeps in memory.
 std::size_t heldBytes(const FrameSaveJob &job);

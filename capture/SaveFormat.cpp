@@ -29,6 +29,16 @@ QStringList namesOf(std::initializer_list<SaveFormat> formats)
     return names;
 }
 
+std::optional<SaveFormat> saveFormatNamed(const QString &name)
+{
+    for (const SaveFormat format : {SaveFormat::Bmp, SaveFormat::Jpg, SaveFormat::Png,
+                                    SaveFormat::Tif, SaveFormat::Raw, SaveFormat::Rgb}) {
+        if (name == nameOf(format))
+            return format;
+    }
+    return std::nullopt;
+}
+
 SaveContent contentOf(const QString &format)
 {
     if (format.contains(nameOf(SaveFormat::Raw)))

@@ -6,12 +6,15 @@
 #include <QStringList>
 
 #include <initializer_list>
+#include <optional>
 
 /// The formats in the control panel. The name of a format is also the suffix of its files.
 enum class SaveFormat { Bmp, Jpg, Png, Tif, Raw, Rgb };
 
 /// "BMP"
 QString nameOf(SaveFormat format);
+/// The format with that name, if there is one.
+std::optional<SaveFormat> saveFormatNamed(const QString &name);
 /// In the same order.
 QStringList namesOf(std::initializer_list<SaveFormat> formats);
 

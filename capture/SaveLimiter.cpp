@@ -9,7 +9,7 @@ struct SaveLimiter::State {
     std::condition_variable changed;
     std::size_t bytes = 0;  ///< of the places taken
     std::size_t places = 0; ///< number of places taken
-    bool letThrough = false;
+    bool bypass = false;
 };
 
 SaveLimiter::Place::Place(std::shared_ptr<State> state, std::size_t bytes)
@@ -58,16 +58,16 @@ bool SaveLimiter::hasRoomFor(std::size_t bytes) const
 SaveLimiter::Place SaveLimiter::take(std::size_t bytes)
 {
     std::unique_lock lock(m_state->mutex);
-    m_state->changed.wait(lock, [&] { return m_state->letThrough || hasRoomFor(bytes); });
+    m_state->changed.wait(lock, [&] { return m_state->bypass || hasRoomFor(bytes); });
     m_state->bytes += bytes;
     ++m_state->places;
     return {m_state, bytes};
 }
 
-void SaveLimiter::letThrough(bool on)
+void SaveLimiter::setBypass(bool on)
 {
     const std::lock_guard lock(m_state->mutex);
-    m_state->letThrough = on;
+    m_state->bypass = on;
     m_state->changed.notify_all();
 }
 

@@ -38,13 +38,13 @@ public:
     explicit SaveLimiter(std::size_t capacity = defaultCapacity);
 
     /// Waits until a frame of `bytes` fits. Reserves room for a second such frame, which
-    /// letThrough() may admit. A frame too large for that is admitted only when nothing else is
+    /// setBypass() may admit. A frame too large for that is admitted only when nothing else is
     /// pending.
     Place take(std::size_t bytes);
 
     /// true: pending and further calls of take() return at once, without regard to the capacity.
     /// false: take() waits again.
-    void letThrough(bool on);
+    void setBypass(bool on);
 
     /// Returns when every place has been released, including places of 0 bytes.
     void waitUntilEmpty();

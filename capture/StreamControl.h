@@ -23,6 +23,28 @@ public:
     virtual void resumePreview() = 0;
 };
 
+/// Stops a running stream and restarts it at the end of the scope. A stopped stream stays stopped.
+class StreamPause {
+public:
+    /// `stream` may be null.
+    explicit StreamPause(StreamControl *stream)
+        : m_stream(stream != nullptr && stream->isStreaming() ? stream : nullptr)
+    {
+        if (m_stream != nullptr)
+            m_stream->slotStopCamera();
+    }
+    ~StreamPause()
+    {
+        if (m_stream != nullptr)
+            m_stream->slotStartCamera();
+    }
+    StreamPause(const StreamPause &) = delete;
+    StreamPause &operator=(const StreamPause &) = delete;
+
+private:
+    StreamControl *m_stream; // null if there is no stream to restart
+};
+
 /// Suspends grabs of the sensor preview while a setting is written that may change the sensor's
 /// size, and with it the number of bytes that a grab writes.
 class PreviewHold {

@@ -14,8 +14,7 @@
 #include <algorithm>
 
 CameraCtrl::CameraCtrl(QWidget *parent)
-    : QDockWidget(parent), ui(std::make_unique<Ui::CameraCtrl>()),
-      m_pMainWindow(dynamic_cast<StreamControl *>(parent))
+    : QDockWidget(parent), ui(std::make_unique<Ui::CameraCtrl>())
 {
     ui->setupUi(this);
     m_formGammaStep = ui->spiGamma->singleStep();

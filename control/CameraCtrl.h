@@ -29,9 +29,11 @@ class CameraCtrl : public QDockWidget {
     Q_OBJECT
 
 public:
-    /// `parent` is the main window. A parent that is no StreamControl counts as never streaming.
     explicit CameraCtrl(QWidget *parent = nullptr);
     ~CameraCtrl() override;
+
+    /// @param stream stopped and restarted around settings; not owned. Null: never streaming.
+    void setStreamControl(StreamControl *stream) { m_pMainWindow = stream; }
 
     QSize sizeHint() const override;
 
@@ -205,7 +207,7 @@ private:
     void takePreview();
 
     std::unique_ptr<Ui::CameraCtrl> ui;
-    StreamControl *m_pMainWindow; // not owned; may be null
+    StreamControl *m_pMainWindow = nullptr; // not owned; may be null
     OCameraHandle m_hCamera = nullptr;
     bool m_bGammaScaled = true; // the gamma slider works in tenths
     double m_formGammaStep = 0; // step of the spin box while the slider is scaled

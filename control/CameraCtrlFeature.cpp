@@ -3,11 +3,11 @@
 #include "control/CameraCtrl.h"
 
 #include "capture/PixelMeaning.h"
+#include "capture/StreamControl.h"
 #include "control/FeatureMath.h"
 #include "control/IntegerFeature.h"
 #include "control/LibraryNames.h"
 #include "control/PreviewShared.h"
-#include "control/StreamPause.h"
 #include "control/WidgetHelp.h"
 
 #include <QSignalBlocker>

@@ -2,8 +2,8 @@
 // The tab "Miscellaneous": sets of settings stored in the camera.
 #include "control/CameraCtrl.h"
 
+#include "capture/StreamControl.h"
 #include "control/LibraryNames.h"
-#include "control/StreamPause.h"
 #include "ui_CameraCtrl.h"
 
 #include <algorithm>

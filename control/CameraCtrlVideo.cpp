@@ -3,9 +3,9 @@
 #include "control/CameraCtrl.h"
 
 #include "capture/SaveFormat.h"
+#include "capture/StreamControl.h"
 #include "control/FeatureMath.h"
 #include "control/LibraryNames.h"
-#include "control/StreamPause.h"
 #include "control/WidgetHelp.h"
 #include "ui_CameraCtrl.h"
 

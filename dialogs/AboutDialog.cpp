@@ -31,7 +31,7 @@ AboutDialog::AboutDialog(QWidget *parent, const QString &headerPath)
     : QDialog(parent), ui(std::make_unique<Ui_AboutDialog>())
 {
     ui->setupUi(this);
-    blackenPanel();
+    setPanelTextBlack();
     fitTitle();
     ui->laOS->setText(QStringLiteral("%1, %2 (%3)")
                           .arg(QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
@@ -74,7 +74,7 @@ void AboutDialog::nameValues()
 }
 
 /// The panel is always white, so its texts must be black even with a dark desktop theme.
-void AboutDialog::blackenPanel()
+void AboutDialog::setPanelTextBlack()
 {
     QPalette onWhite = ui->widget->palette();
     onWhite.setColor(QPalette::WindowText, Qt::black);

@@ -32,7 +32,7 @@ public:
     static SdkVersions readSdkVersions(const QString &headerPath);
 
 private:
-    void blackenPanel();
+    void setPanelTextBlack();
     void nameValues();
     void fitTitle();
 

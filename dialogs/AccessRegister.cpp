@@ -34,8 +34,7 @@ bool hasRoom(const QWidget &widget, const QFont &font, const QString &text, QSiz
 } // namespace
 
 AccessRegister::AccessRegister(QWidget *parent, void *handle)
-    : QDialog(parent), ui(std::make_unique<Ui_AccessRegister>()),
-      m_pMainWindow(dynamic_cast<StreamControl *>(parent)), m_pHandle(handle)
+    : QDialog(parent), ui(std::make_unique<Ui_AccessRegister>()), m_pHandle(handle)
 {
     ui->setupUi(this);
     fitFont();

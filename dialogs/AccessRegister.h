@@ -15,10 +15,12 @@ class AccessRegister : public QDialog {
     Q_OBJECT
 
 public:
-    /// If `parent` is a StreamControl, writes pause its sensor preview. `handle` is the open
     /// camera's OCameraHandle, not owned; may be null.
     AccessRegister(QWidget *parent, void *handle);
     ~AccessRegister() override;
+
+    /// @param stream pauses the sensor preview around writes; not owned, may be null
+    void setStreamControl(StreamControl *stream) { m_pMainWindow = stream; }
 
     /// Keypad Enter reads from the address field and writes from the data field.
     void keyPressEvent(QKeyEvent *event) override;
@@ -33,6 +35,6 @@ private:
     void fitFont();
 
     std::unique_ptr<Ui_AccessRegister> ui;
-    StreamControl *m_pMainWindow; // not owned; may be null
+    StreamControl *m_pMainWindow = nullptr; // not owned; may be null
     void *m_pHandle;
 };

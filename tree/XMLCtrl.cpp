@@ -12,7 +12,6 @@
 #include <cstring>
 #include <utility>
 
-#include "capture/StreamControl.h"
 #include "sdk/OrvalisAPI.h"
 #include "tree/AddressNode.h"
 #include "tree/NodeText.h"
@@ -30,9 +29,7 @@ constexpr std::array lockedWhileAcquiring = {"Width",   "Height",      "OffsetX"
 
 } // namespace
 
-XMLCtrl::XMLCtrl(QWidget *parent)
-    : QDockWidget(parent), ui(std::make_unique<Ui_XMLCtrl>()),
-      m_pMainWindow(dynamic_cast<StreamControl *>(parent))
+XMLCtrl::XMLCtrl(QWidget *parent) : QDockWidget(parent), ui(std::make_unique<Ui_XMLCtrl>())
 {
     ui->setupUi(this);
     // The dock's width is fixed: wider names need a horizontal scroll bar.

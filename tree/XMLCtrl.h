@@ -18,9 +18,11 @@ class XMLCtrl : public QDockWidget {
     Q_OBJECT
 
 public:
-    /// If `parent` is a StreamControl, the dock stops and restarts its stream.
     explicit XMLCtrl(QWidget *parent);
     ~XMLCtrl() override;
+
+    /// @param stream stopped and restarted around commands; not owned. Null: never streaming.
+    void setStreamControl(StreamControl *stream) { m_pMainWindow = stream; }
 
     /// Reads the node tree of an open camera. `handle` is not owned and must stay open until
     /// DeleteXMLTree().
@@ -79,9 +81,9 @@ private:
     template <std::size_t N> void notify(const NotificationRule (&rules)[N]);
 
     std::unique_ptr<Ui_XMLCtrl> ui;
-    void *m_pHandle = nullptr;     // null while no camera is attached
-    TreeModel *m_pModel = nullptr; // child object
-    QString m_strNodeName;         // of the node clicked last
-    int m_nNodeType = -1;          // an ONodeType, -1 unknown
-    StreamControl *m_pMainWindow;  // null if the parent is no StreamControl
+    void *m_pHandle = nullptr;              // null while no camera is attached
+    TreeModel *m_pModel = nullptr;          // child object
+    QString m_strNodeName;                  // of the node clicked last
+    int m_nNodeType = -1;                   // an ONodeType, -1 unknown
+    StreamControl *m_pMainWindow = nullptr; // not owned; may be null
 };

@@ -87,16 +87,10 @@ void XMLCtrl::on_btnXMLExcute_clicked()
         {reloadUserSets, {"UserSetLoad"}},
     };
     const bool isLoad = m_strNodeName.contains(QLatin1String("UserSetLoad"));
-    const bool restart = isLoad && m_pMainWindow && m_pMainWindow->isStreaming();
-    if (restart)
-        m_pMainWindow->slotStopCamera();
-    {
-        const PreviewHold hold(previewOwner(m_pMainWindow, m_strNodeName));
-        OrvalisSetNodeCommand(m_pHandle, m_strNodeName.toLatin1().constData());
-        notify(rules);
-    }
-    if (restart)
-        m_pMainWindow->slotStartCamera();
+    const StreamPause streamPause(isLoad ? m_pMainWindow : nullptr);
+    const PreviewHold hold(previewOwner(m_pMainWindow, m_strNodeName));
+    OrvalisSetNodeCommand(m_pHandle, m_strNodeName.toLatin1().constData());
+    notify(rules);
 }
 
 void XMLCtrl::keyPressEvent(QKeyEvent *event)

@@ -93,7 +93,7 @@ void GuidanceTest::aStreamWithoutPicturesIsWaitedFor()
 {
     const Shell shell;
     shell.play();
-    QTRY_COMPARE(status(shell), QString("Streaming, no picture yet"));
+    QTRY_COMPARE(status(shell), QString("Streaming, no frame yet"));
     QVERIFY(hint(shell)->text().contains("trigger"));
 }
 
@@ -114,7 +114,7 @@ void GuidanceTest::savingIsSaid()
     Frame frame(64, 48, 100);
     QVERIFY(shell::shows(shell, frame, shell::gray(100)));
     shell.action("actionSave")->setChecked(true);
-    QCOMPARE(status(shell), QString("Streaming, saving pictures, zoom 100 %"));
+    QCOMPARE(status(shell), QString("Streaming, saving images, zoom 100 %"));
     shell.action("actionSave")->setChecked(false);
     QCOMPARE(status(shell), QString("Streaming, zoom 100 %"));
 }

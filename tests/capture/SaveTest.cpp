@@ -338,7 +338,7 @@ void SaveTest::aJobKeepsTheBytesOfItsFrame()
     QFETCH(QString, format);
     std::vector<unsigned char> plane(m_bytes.begin(), m_bytes.end());
     OImageFrame frame{60000, 200, 100, 24, plane.data(), plane.data(), nullptr};
-    auto job = makeSaveJob(*pictureOf(frame, "RGB8"), format);
+    auto job = makeSaveJob(*pictureOf(frame, "RGB8"), *saveFormatNamed(format));
     QCOMPARE(job->size, 60000);
     QCOMPARE(job->width, 200);
     QCOMPARE(job->height, 100);
@@ -356,7 +356,7 @@ void SaveTest::aJobKeepsItsOwnImage()
     const QImage before(m_bytes.data(), 200, 100, 600, QImage::Format_RGB888);
     std::vector<unsigned char> plane(m_bytes.begin(), m_bytes.end());
     OImageFrame frame{0, 200, 100, 24, nullptr, plane.data(), nullptr};
-    const auto job = makeSaveJob(*pictureOf(frame, "RGB8"), "PNG");
+    const auto job = makeSaveJob(*pictureOf(frame, "RGB8"), SaveFormat::Png);
     std::fill(plane.begin(), plane.end(),
               static_cast<unsigned char>(0)); // the camera reuses the plane
     QCOMPARE(job->image, before);
@@ -371,7 +371,8 @@ void SaveTest::aJobOfAFrameWithoutThePlaneWritesNothing()
     OImageFrame frame{60000, 200, 100, 24, m_bytes.data(), nullptr, nullptr};
     if (format == "RAW")
         frame = {60000, 200, 100, 24, nullptr, m_bytes.data(), nullptr};
-    auto job = makeSaveJob(*pictureOf(frame, format == "RAW" ? "RGB8" : "Mono8"), format);
+    auto job = makeSaveJob(*pictureOf(frame, format == "RAW" ? "RGB8" : "Mono8"),
+                           *saveFormatNamed(format));
     job->path = m_directory->path();
     SaveThread(job.release());
     QCOMPARE(files(), QStringList());
@@ -380,7 +381,7 @@ void SaveTest::aJobOfAFrameWithoutThePlaneWritesNothing()
 void SaveTest::aRawSizeBeyondThePixelsIsCut()
 {
     OImageFrame frame{0xFFFFFFFF, 200, 100, 24, m_bytes.data(), nullptr, nullptr};
-    QCOMPARE(makeSaveJob(*pictureOf(frame, "Mono8"), "RAW")->size, 60000);
+    QCOMPARE(makeSaveJob(*pictureOf(frame, "Mono8"), SaveFormat::Raw)->size, 60000);
 }
 
 void SaveTest::aTaskThatCannotStartReleasesItsPlace()

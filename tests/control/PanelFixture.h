@@ -48,7 +48,11 @@ private:
 /// A panel without a camera; openCamera() gives it one.
 class Panel {
 public:
-    Panel() { fakeorvalis::reset(); }
+    Panel()
+    {
+        fakeorvalis::reset();
+        panel.setStreamControl(&window);
+    }
     ~Panel() { panel.DeleteGrabThread(); }
     Panel(const Panel &) = delete;
     Panel &operator=(const Panel &) = delete;

@@ -272,6 +272,7 @@ void AccessRegisterTest::writePausesThePreview()
     };
     Window window;
     AccessRegister dialog(&window, m_handle);
+    dialog.setStreamControl(&window);
     int pausedAtTheWrite = -1;
     fakeorvalis::onCall("OrvalisWriteRegiser", [&] { pausedAtTheWrite = window.paused; });
     dialog.on_btnWrite_clicked();

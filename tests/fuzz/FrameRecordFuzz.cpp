@@ -65,7 +65,8 @@ Record::Record(ByteTape &tape)
 
 void checkSaved(const Record &record, const Picture &picture, ByteTape &tape)
 {
-    const char *const formats[] = {"BMP", "RAW", "RGB", "rgb", "RAWRGB", ""};
+    const SaveFormat formats[] = {SaveFormat::Bmp, SaveFormat::Jpg, SaveFormat::Png,
+                                  SaveFormat::Tif, SaveFormat::Raw, SaveFormat::Rgb};
     const auto job =
         makeSaveJob(picture, formats[tape.below(static_cast<std::uint32_t>(std::size(formats)))]);
     FUZZ_CHECK(job->raw == nullptr || static_cast<std::size_t>(job->size) <= record.raw.size());

@@ -60,6 +60,7 @@ public:
         OrvalisInit();
         OrvalisOpenCamera("CAM-A", &handle);
         dock = new XMLCtrl(&window);
+        dock->setStreamControl(&window);
         auto *layout = new QVBoxLayout(&window);
         layout->addWidget(dock);
         record();

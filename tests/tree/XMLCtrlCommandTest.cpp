@@ -202,6 +202,7 @@ void XMLCtrlCommandTest::treeDeletedWhileTheStreamStops()
     VanishingWindow window;
     XMLCtrl dock(&window);
     window.dock = &dock;
+    dock.setStreamControl(&window);
     dock.CreateXMLTree(bench.handle);
     const auto *model = dock.findChild<QTreeView *>("treeXML")->model();
     dock.on_treeXML_clicked(model->index(0, 0, model->index(0, 0)));

@@ -96,7 +96,7 @@ void XMLCtrlFormTest::signalsAreInOrder()
 
 void XMLCtrlFormTest::startsWithNothingShown()
 {
-    QWidget parent; // no StreamControl
+    QWidget parent;
     XMLCtrl dock(&parent);
     for (const char *name :
          {"edXMLValue", "cmbXMLValue", "btnXMLExcute", "laXMLValue", "laXMLEnum", "laXMLExcute"})

@@ -54,17 +54,17 @@ TEST(SaveLimiter, waitsForAPlace)
     EXPECT_TRUE(got);
 }
 
-TEST(SaveLimiter, letThroughAdmitsTheWaitingFrameWithinTheBound)
+TEST(SaveLimiter, bypassAdmitsTheWaitingFrameWithinTheBound)
 {
     SaveLimiter limiter(30);
     std::vector<SaveLimiter::Place> places;
     places.push_back(limiter.take(10));
     places.push_back(limiter.take(10));
     std::thread display([&] { places.push_back(limiter.take(10)); });
-    limiter.letThrough(true);
+    limiter.setBypass(true);
     display.join();
     EXPECT_EQ(limiter.taken(), 30U);
-    limiter.letThrough(false);
+    limiter.setBypass(false);
 }
 
 TEST(SaveLimiter, aFrameAboveTheBoundIsAdmittedAlone)
