@@ -7,7 +7,7 @@ using namespace genicamtest;
 
 namespace {
 
-constexpr std::uint32_t gain = 0x1000;
+constexpr std::uint32_t gainRegister = 0x1000;
 
 class RigTrouble : public GigeFixture {
 protected:
@@ -18,7 +18,7 @@ protected:
             return;
         }
         CameraDescription description;
-        description.addFloat("Gain", gain, 0, 24);
+        description.addFloat("Gain", gainRegister, 0, 24);
         camera_ = std::make_unique<RigCamera>(description);
         backend_->discover();
         device_ = openCamera(*backend_, camera_->id());
@@ -79,7 +79,7 @@ TEST_F(RigTrouble, parametersAreNotLockedByAStartWithoutASize)
 
 TEST_F(RigTrouble, aMissingAnswerIsNoLossWhileTheCameraIsThere)
 {
-    fallSilentAtWrite(gain);
+    fallSilentAtWrite(gainRegister);
     EXPECT_NE(device_->nodes().setFloat("Gain", 6), ORVALIS_ERROR_CONNECTION_LOST);
     orvalis::FloatValue value;
     EXPECT_EQ(device_->nodes().getFloat("Gain", value), ORVALIS_OK);
@@ -96,7 +96,7 @@ TEST_F(RigTrouble, anAnnouncedAnswerIsAwaited)
     camera_->faults.answerDelayMs = 1500; // longer than one attempt of Aravis
     EXPECT_EQ(device_->nodes().setFloat("Gain", 6), ORVALIS_OK);
     camera_->faults.answerDelayMs = 0;
-    EXPECT_EQ(camera_->memory.floatAt(gain), 6.0F);
+    EXPECT_EQ(camera_->memory.floatAt(gainRegister), 6.0F);
 }
 
 TEST_F(RigTrouble, aFrozenCameraIsLost)
