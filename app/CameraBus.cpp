@@ -47,9 +47,8 @@ CameraId cameraIdAt(int index)
 
 int cameraPosition(const CameraId &id, int count)
 {
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count; ++i)
         if (strncmp(cameraIdAt(i).data(), id.data(), ORVALIS_NAME_SIZE) == 0)
             return i;
-    }
     return -1;
 }

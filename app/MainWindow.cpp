@@ -210,10 +210,12 @@ void MainWindow::createGuidance()
     const auto *scale = new ScaleWatch(ui->graphicsView);
     connect(scale, &ScaleWatch::sigScaleChanged, this, &MainWindow::updateGuidance,
             Qt::QueuedConnection);
-    connect(this, &MainWindow::sigUpdateCameraList, this, [this](const QStringList &names) {
-        m_nCameras = static_cast<int>(names.size());
-        updateGuidance();
-    });
+    connect(
+        this, &MainWindow::sigUpdateCameraList, this,
+        [this](const QStringList &names) {
+            m_nCameras = static_cast<int>(names.size());
+            updateGuidance();
+        });
     connect(ui->actionSave, &QAction::toggled, m_pHint, [this] { updateGuidance(); });
     // A menu under the mouse clears the message.
     connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString &message) {

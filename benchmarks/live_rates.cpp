@@ -80,10 +80,9 @@ void tenThousandFrames()
 
 double shownRate(LiveSession &session)
 {
-    for (const auto *label : session.window().statusBar()->findChildren<QLabel *>()) {
+    for (const auto *label : session.window().statusBar()->findChildren<QLabel *>())
         if (label->text().contains(QLatin1String(" fps")))
             return label->text().trimmed().section(QLatin1Char(' '), 0, 0).toDouble();
-    }
     return 0;
 }
 

@@ -31,10 +31,9 @@ constexpr long encoderKiB = 64 * 1024;
 quint32 numberOf(const QImage &picture)
 {
     QByteArray rows;
-    for (int y = 0; y < std::min(8, picture.height()); ++y) {
+    for (int y = 0; y < std::min(8, picture.height()); ++y)
         for (int x = 0; x < picture.width(); ++x)
             rows.append(static_cast<char>(qGray(picture.pixel(x, y))));
-    }
     return frameNumber(rows, picture.width());
 }
 

@@ -88,7 +88,8 @@ public:
 
     void trigger(const QString &what, const char *action)
     {
-        stall(what, [this, action] { m_session.action(action)->trigger(); });
+        stall(
+            what, [this, action] { m_session.action(action)->trigger(); });
     }
 
     bool print()

@@ -32,10 +32,9 @@ QStringList namesOf(std::initializer_list<SaveFormat> formats)
 std::optional<SaveFormat> saveFormatNamed(const QString &name)
 {
     for (const SaveFormat format : {SaveFormat::Bmp, SaveFormat::Jpg, SaveFormat::Png,
-                                    SaveFormat::Tif, SaveFormat::Raw, SaveFormat::Rgb}) {
+                                    SaveFormat::Tif, SaveFormat::Raw, SaveFormat::Rgb})
         if (name == nameOf(format))
             return format;
-    }
     return std::nullopt;
 }
 

@@ -224,8 +224,9 @@ void CameraCtrl::on_spiGamma_valueChanged(double value)
 void CameraCtrl::on_sliGamma_actionTriggered(int action)
 {
     if (const auto target = pageTarget(*ui->sliGamma, action)) {
-        pageTo(ui->spiGamma, gammaFromSlider(*target, m_bGammaScaled), ui->sliGamma,
-               [this](double gamma) { return gammaSliderFromSpin(gamma, m_bGammaScaled); });
+        pageTo(
+            ui->spiGamma, gammaFromSlider(*target, m_bGammaScaled), ui->sliGamma,
+            [this](double gamma) { return gammaSliderFromSpin(gamma, m_bGammaScaled); });
     }
 }
 

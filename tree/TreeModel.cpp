@@ -25,8 +25,9 @@ constexpr std::array subCategories = {"LUTKneePointControls",
 
 bool isSubCategory(const QByteArray &name)
 {
-    return std::any_of(subCategories.begin(), subCategories.end(),
-                       [&name](const char *known) { return name == known; });
+    return std::any_of(
+        subCategories.begin(), subCategories.end(),
+        [&name](const char *known) { return name == known; });
 }
 
 QVector<QVariant> toItemData(const QStringList &texts)
@@ -181,10 +182,12 @@ bool TreeModel::removeRows(int position, int rows, const QModelIndex &parent)
 
 void TreeModel::setupModelData(TreeItem *parent)
 {
-    forEachName(m_pHandle, QByteArrayLiteral("Root"), [this, parent](const QByteArray &name) {
-        if (!name.isEmpty())
-            appendCategory(parent, name);
-    });
+    forEachName(
+        m_pHandle, QByteArrayLiteral("Root"),
+        [this, parent](const QByteArray &name) {
+            if (!name.isEmpty())
+                appendCategory(parent, name);
+        });
 }
 
 void TreeModel::appendCategory(TreeItem *parent, const QByteArray &name)

@@ -85,10 +85,9 @@ void XMLCtrl::DeleteXMLTree()
 void XMLCtrl::showModel(TreeModel *model)
 {
     ui->treeXML->setModel(model); // may be null; a deleted model makes the view warn on focus
-    for (QItemSelectionModel *created : ui->treeXML->findChildren<QItemSelectionModel *>()) {
+    for (QItemSelectionModel *created : ui->treeXML->findChildren<QItemSelectionModel *>())
         if (created != ui->treeXML->selectionModel())
             delete created;
-    }
     if (model == nullptr)
         delete std::exchange(m_pModel, nullptr);
 }

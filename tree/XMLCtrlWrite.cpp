@@ -22,19 +22,18 @@ struct XMLCtrl::NotificationRule {
 
     bool matches(const QString &name) const
     {
-        return std::any_of(parts.begin(), parts.end(), [&name](const char *part) {
-            return part && name.contains(QLatin1String(part));
-        });
+        return std::any_of(
+            parts.begin(), parts.end(),
+            [&name](const char *part) { return part && name.contains(QLatin1String(part)); });
     }
 };
 
 template <std::size_t N> void XMLCtrl::notify(const NotificationRule (&rules)[N])
 {
     const QString name = m_strNodeName; // copied: a receiver may change the current node
-    for (const NotificationRule &rule : rules) {
+    for (const NotificationRule &rule : rules)
         if (rule.matches(name))
             rule.notify(*this);
-    }
 }
 
 namespace {

@@ -61,11 +61,13 @@ private:
 /// Likewise for a call that changes the camera: cancels a running idle grab.
 template <class Body> std::int32_t writing(OCameraHandle handle, bool complete, Body body) noexcept
 {
-    return reading(handle, complete, [&](Camera &camera) {
-        const ChangeScope change(camera);
-        const Acquisition::WriteScope scope(camera.acquisition());
-        return body(camera);
-    });
+    return reading(
+        handle, complete,
+        [&](Camera &camera) {
+            const ChangeScope change(camera);
+            const Acquisition::WriteScope scope(camera.acquisition());
+            return body(camera);
+        });
 }
 
 /// The caller's text, at most ORVALIS_TEXT_SIZE bytes of it: its NUL may be missing.
@@ -79,40 +81,46 @@ inline void copyName(char *out, std::string_view name) { copyText(out, ORVALIS_N
 
 inline std::int32_t countOf(OCameraHandle handle, Choice choice, std::int32_t *count) noexcept
 {
-    return reading(handle, count, [&](Camera &camera) {
-        return camera.lists().count(choice, camera.acquisition().streaming(), *count);
-    });
+    return reading(
+        handle, count,
+        [&](Camera &camera) {
+            return camera.lists().count(choice, camera.acquisition().streaming(), *count);
+        });
 }
 
 inline std::int32_t nameAt(OCameraHandle handle, Choice choice, std::int32_t index,
                            char *name) noexcept
 {
-    return reading(handle, name, [&](Camera &camera) {
-        std::string found;
-        const OResult result =
-            camera.lists().name(choice, camera.acquisition().streaming(), index, found);
-        if (result == ORVALIS_OK)
-            copyName(name, found);
-        return result;
-    });
+    return reading(
+        handle, name,
+        [&](Camera &camera) {
+            std::string found;
+            const OResult result =
+                camera.lists().name(choice, camera.acquisition().streaming(), index, found);
+            if (result == ORVALIS_OK)
+                copyName(name, found);
+            return result;
+        });
 }
 
 inline std::int32_t presentName(OCameraHandle handle, Choice choice, char *name) noexcept
 {
-    return reading(handle, name, [&](Camera &camera) {
-        std::string present;
-        const OResult result = camera.features().get(choice, present);
-        if (result == ORVALIS_OK)
-            copyName(name, present);
-        return result;
-    });
+    return reading(
+        handle, name,
+        [&](Camera &camera) {
+            std::string present;
+            const OResult result = camera.features().get(choice, present);
+            if (result == ORVALIS_OK)
+                copyName(name, present);
+            return result;
+        });
 }
 
 inline std::int32_t choose(OCameraHandle handle, Choice choice, const char *name) noexcept
 {
-    return writing(handle, name, [&](Camera &camera) {
-        return camera.features().set(choice, boundedText(name));
-    });
+    return writing(
+        handle, name,
+        [&](Camera &camera) { return camera.features().set(choice, boundedText(name)); });
 }
 
 /// Reads a part of a number and passes it to `use`.
@@ -120,62 +128,71 @@ template <class Use>
 std::int32_t readNumber(OCameraHandle handle, Number number, NumberPart part, bool complete,
                         Use use) noexcept
 {
-    return reading(handle, complete, [&](Camera &camera) {
-        NumberValue value;
-        const OResult result = camera.features().get(number, part, value);
-        if (result == ORVALIS_OK)
-            use(value);
-        return result;
-    });
+    return reading(
+        handle, complete,
+        [&](Camera &camera) {
+            NumberValue value;
+            const OResult result = camera.features().get(number, part, value);
+            if (result == ORVALIS_OK)
+                use(value);
+            return result;
+        });
 }
 
 inline std::int32_t getInteger(OCameraHandle handle, Number number, std::int32_t *value) noexcept
 {
-    return readNumber(handle, number, NumberPart::Value, value,
-                      [&](const NumberValue &now) { *value = toInt32(now.value); });
+    return readNumber(
+        handle, number, NumberPart::Value, value,
+        [&](const NumberValue &now) { *value = toInt32(now.value); });
 }
 
 inline std::int32_t getBounds(OCameraHandle handle, Number number, std::int32_t *minimum,
                               std::int32_t *maximum) noexcept
 {
-    return readNumber(handle, number, NumberPart::Bounds, minimum && maximum,
-                      [&](const NumberValue &now) {
-                          *minimum = toInt32(now.minimum);
-                          *maximum = toInt32(now.maximum);
-                      });
+    return readNumber(
+        handle, number, NumberPart::Bounds, minimum && maximum,
+        [&](const NumberValue &now) {
+            *minimum = toInt32(now.minimum);
+            *maximum = toInt32(now.maximum);
+        });
 }
 
 inline std::int32_t getFloat(OCameraHandle handle, Number number, float *value) noexcept
 {
-    return readNumber(handle, number, NumberPart::Value, value,
-                      [&](const NumberValue &now) { *value = static_cast<float>(now.value); });
+    return readNumber(
+        handle, number, NumberPart::Value, value,
+        [&](const NumberValue &now) { *value = static_cast<float>(now.value); });
 }
 
 inline std::int32_t getBounds(OCameraHandle handle, Number number, float *minimum,
                               float *maximum) noexcept
 {
-    return readNumber(handle, number, NumberPart::Bounds, minimum && maximum,
-                      [&](const NumberValue &now) {
-                          *minimum = static_cast<float>(now.minimum);
-                          *maximum = static_cast<float>(now.maximum);
-                      });
+    return readNumber(
+        handle, number, NumberPart::Bounds, minimum && maximum,
+        [&](const NumberValue &now) {
+            *minimum = static_cast<float>(now.minimum);
+            *maximum = static_cast<float>(now.maximum);
+        });
 }
 
 inline std::int32_t setNumber(OCameraHandle handle, Number number, double value,
                               bool automatic = false) noexcept
 {
-    return writing(handle, true,
-                   [&](Camera &camera) { return camera.features().set(number, value, automatic); });
+    return writing(
+        handle, true,
+        [&](Camera &camera) { return camera.features().set(number, value, automatic); });
 }
 
 inline std::int32_t getSwitch(OCameraHandle handle, Switch which, bool *on) noexcept
 {
-    return reading(handle, on, [&](Camera &camera) { return camera.features().get(which, *on); });
+    return reading(
+        handle, on, [&](Camera &camera) { return camera.features().get(which, *on); });
 }
 
 inline std::int32_t setSwitch(OCameraHandle handle, Switch which, bool on) noexcept
 {
-    return writing(handle, true, [&](Camera &camera) { return camera.features().set(which, on); });
+    return writing(
+        handle, true, [&](Camera &camera) { return camera.features().set(which, on); });
 }
 
 } // namespace orvalis::api

@@ -7,11 +7,12 @@ using namespace orvalis::api;
 
 std::int32_t OrvalisGetGain(OCameraHandle handle, std::int32_t *value, bool *automatic)
 {
-    return readNumber(handle, Number::Gain, NumberPart::Value, value && automatic,
-                      [&](const NumberValue &now) {
-                          *value = toInt32(now.value);
-                          *automatic = now.automatic;
-                      });
+    return readNumber(
+        handle, Number::Gain, NumberPart::Value, value && automatic,
+        [&](const NumberValue &now) {
+            *value = toInt32(now.value);
+            *automatic = now.automatic;
+        });
 }
 
 std::int32_t OrvalisGetGainMinMax(OCameraHandle handle, std::int32_t *minimum,
@@ -27,21 +28,23 @@ std::int32_t OrvalisSetGain(OCameraHandle handle, std::int32_t value, bool autom
 
 std::int32_t OrvalisGetShutter(OCameraHandle handle, std::uint32_t *value, bool *automatic)
 {
-    return readNumber(handle, Number::Shutter, NumberPart::Value, value && automatic,
-                      [&](const NumberValue &now) {
-                          *value = toUint32(now.value);
-                          *automatic = now.automatic;
-                      });
+    return readNumber(
+        handle, Number::Shutter, NumberPart::Value, value && automatic,
+        [&](const NumberValue &now) {
+            *value = toUint32(now.value);
+            *automatic = now.automatic;
+        });
 }
 
 std::int32_t OrvalisGetShutterMinMax(OCameraHandle handle, std::uint32_t *minimum,
                                      std::uint32_t *maximum)
 {
-    return readNumber(handle, Number::Shutter, NumberPart::Bounds, minimum && maximum,
-                      [&](const NumberValue &now) {
-                          *minimum = toUint32(now.minimum);
-                          *maximum = toUint32(now.maximum);
-                      });
+    return readNumber(
+        handle, Number::Shutter, NumberPart::Bounds, minimum && maximum,
+        [&](const NumberValue &now) {
+            *minimum = toUint32(now.minimum);
+            *maximum = toUint32(now.maximum);
+        });
 }
 
 std::int32_t OrvalisSetShutter(OCameraHandle handle, std::uint32_t value, bool automatic)

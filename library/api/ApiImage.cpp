@@ -7,13 +7,14 @@ using namespace orvalis::api;
 
 std::int32_t OrvalisGetSizeInfo(OCameraHandle handle, OSizeInfo *size)
 {
-    return reading(handle, size,
-                   [&](Camera &camera) { return camera.features().getRegion(*size); });
+    return reading(
+        handle, size, [&](Camera &camera) { return camera.features().getRegion(*size); });
 }
 
 std::int32_t OrvalisSetSizeInfo(OCameraHandle handle, OSizeInfo size)
 {
-    return writing(handle, true, [&](Camera &camera) { return camera.features().setRegion(size); });
+    return writing(
+        handle, true, [&](Camera &camera) { return camera.features().setRegion(size); });
 }
 
 std::int32_t OrvalisGetPixelFormatStr(OCameraHandle handle, char *name)
@@ -75,5 +76,6 @@ std::int32_t OrvalisSetWhiteBalanceStr(OCameraHandle handle, const char *name)
 
 std::int32_t OrvalisSetUserDefault(OCameraHandle handle)
 {
-    return writing(handle, true, [](Camera &camera) { return camera.loadDefaults(); });
+    return writing(
+        handle, true, [](Camera &camera) { return camera.loadDefaults(); });
 }

@@ -80,10 +80,12 @@ std::int32_t OrvalisCloseCamera(OCameraHandle handle)
 
 std::int32_t OrvalisCameraReset(OCameraHandle handle)
 {
-    return writing(handle, true, [](Camera &camera) { return camera.reset(); });
+    return writing(
+        handle, true, [](Camera &camera) { return camera.reset(); });
 }
 
 std::int32_t OrvalisGetCamInfo(OCameraHandle handle, OCameraInfo *info)
 {
-    return reading(handle, info, [&](Camera &camera) { return camera.cameraInfo(*info); });
+    return reading(
+        handle, info, [&](Camera &camera) { return camera.cameraInfo(*info); });
 }

@@ -13,24 +13,26 @@ template <class Value, class Record>
 std::int32_t readNode(OCameraHandle handle, const char *name, Record *record,
                       OResult (NodeMap::*read)(std::string_view, Value &)) noexcept
 {
-    return reading(handle, name && record, [&](Camera &camera) {
-        Value value{};
-        const OResult result =
-            camera.withNode(boundedText(name), [&](NodeMap &nodes, std::string_view node) {
-                return (nodes.*read)(node, value);
-            });
-        if (result == ORVALIS_OK)
-            fillRecord(value, *record);
-        return result;
-    });
+    return reading(
+        handle, name && record,
+        [&](Camera &camera) {
+            Value value{};
+            const OResult result = camera.withNode(
+                boundedText(name),
+                [&](NodeMap &nodes, std::string_view node) { return (nodes.*read)(node, value); });
+            if (result == ORVALIS_OK)
+                fillRecord(value, *record);
+            return result;
+        });
 }
 
 /// Runs `write(nodes, name)`.
 template <class Write>
 std::int32_t writeNode(OCameraHandle handle, const char *name, bool complete, Write write) noexcept
 {
-    return writing(handle, name && complete,
-                   [&](Camera &camera) { return camera.withNode(boundedText(name), write); });
+    return writing(
+        handle, name && complete,
+        [&](Camera &camera) { return camera.withNode(boundedText(name), write); });
 }
 
 OResult writeInteger(NodeMap &nodes, std::string_view name, std::int32_t bits)
@@ -69,9 +71,9 @@ std::int32_t OrvalisGetNodeInt(OCameraHandle handle, const char *name, OIntNode 
 
 std::int32_t OrvalisSetNodeInt(OCameraHandle handle, const char *name, std::int32_t value)
 {
-    return writeNode(handle, name, true, [&](NodeMap &nodes, std::string_view node) {
-        return writeInteger(nodes, node, value);
-    });
+    return writeNode(
+        handle, name, true,
+        [&](NodeMap &nodes, std::string_view node) { return writeInteger(nodes, node, value); });
 }
 
 std::int32_t OrvalisGetNodeFloat(OCameraHandle handle, const char *name, OFloatNode *node)
@@ -81,25 +83,29 @@ std::int32_t OrvalisGetNodeFloat(OCameraHandle handle, const char *name, OFloatN
 
 std::int32_t OrvalisSetNodeFloat(OCameraHandle handle, const char *name, double value)
 {
-    return writeNode(handle, name, true, [&](NodeMap &nodes, std::string_view node) {
-        return nodes.setFloat(node, value);
-    });
+    return writeNode(
+        handle, name, true,
+        [&](NodeMap &nodes, std::string_view node) { return nodes.setFloat(node, value); });
 }
 
 std::int32_t OrvalisGetNodeBoolean(OCameraHandle handle, const char *name, bool *value)
 {
-    return reading(handle, name && value, [&](Camera &camera) {
-        return camera.withNode(boundedText(name), [&](NodeMap &nodes, std::string_view node) {
-            return nodes.getBoolean(node, *value);
+    return reading(
+        handle, name && value,
+        [&](Camera &camera) {
+            return camera.withNode(
+                boundedText(name),
+                [&](NodeMap &nodes, std::string_view node) {
+                    return nodes.getBoolean(node, *value);
+                });
         });
-    });
 }
 
 std::int32_t OrvalisSetNodeBoolean(OCameraHandle handle, const char *name, bool value)
 {
-    return writeNode(handle, name, true, [&](NodeMap &nodes, std::string_view node) {
-        return nodes.setBoolean(node, value);
-    });
+    return writeNode(
+        handle, name, true,
+        [&](NodeMap &nodes, std::string_view node) { return nodes.setBoolean(node, value); });
 }
 
 std::int32_t OrvalisGetNodeEnum(OCameraHandle handle, const char *name, OEnumNode *node)
@@ -109,45 +115,56 @@ std::int32_t OrvalisGetNodeEnum(OCameraHandle handle, const char *name, OEnumNod
 
 std::int32_t OrvalisSetNodeEnum(OCameraHandle handle, const char *name, const char *entry)
 {
-    return writeNode(handle, name, entry, [&](NodeMap &nodes, std::string_view node) {
-        return nodes.setEnumeration(node, boundedText(entry));
-    });
+    return writeNode(
+        handle, name, entry,
+        [&](NodeMap &nodes, std::string_view node) {
+            return nodes.setEnumeration(node, boundedText(entry));
+        });
 }
 
 std::int32_t OrvalisGetNodeString(OCameraHandle handle, const char *name, char *text)
 {
-    return reading(handle, name && text, [&](Camera &camera) {
-        return camera.withNode(boundedText(name), [&](NodeMap &nodes, std::string_view node) {
-            std::string value;
-            const OResult result = readAsText(nodes, node, value);
-            if (result == ORVALIS_OK)
-                copyText(text, ORVALIS_TEXT_SIZE, value);
-            return result;
+    return reading(
+        handle, name && text,
+        [&](Camera &camera) {
+            return camera.withNode(
+                boundedText(name),
+                [&](NodeMap &nodes, std::string_view node) {
+                    std::string value;
+                    const OResult result = readAsText(nodes, node, value);
+                    if (result == ORVALIS_OK)
+                        copyText(text, ORVALIS_TEXT_SIZE, value);
+                    return result;
+                });
         });
-    });
 }
 
 std::int32_t OrvalisSetNodeString(OCameraHandle handle, const char *name, const char *text)
 {
-    return writeNode(handle, name, text, [&](NodeMap &nodes, std::string_view node) {
-        return writeAsText(nodes, node, boundedText(text));
-    });
+    return writeNode(
+        handle, name, text,
+        [&](NodeMap &nodes, std::string_view node) {
+            return writeAsText(nodes, node, boundedText(text));
+        });
 }
 
 std::int32_t OrvalisSetNodeCommand(OCameraHandle handle, const char *name)
 {
-    return writeNode(handle, name, true,
-                     [](NodeMap &nodes, std::string_view node) { return nodes.execute(node); });
+    return writeNode(
+        handle, name, true,
+        [](NodeMap &nodes, std::string_view node) { return nodes.execute(node); });
 }
 
 std::int32_t OrvalisReadRegister(OCameraHandle handle, std::uint32_t address, std::uint32_t *data)
 {
-    return reading(handle, data && isRegisterAddress(address),
-                   [&](Camera &camera) { return camera.device().readRegister(address, *data); });
+    return reading(
+        handle, data && isRegisterAddress(address),
+        [&](Camera &camera) { return camera.device().readRegister(address, *data); });
 }
 
 std::int32_t OrvalisWriteRegiser(OCameraHandle handle, std::uint32_t address, std::uint32_t data)
 {
-    return writing(handle, isRegisterAddress(address),
-                   [&](Camera &camera) { return camera.device().writeRegister(address, data); });
+    return writing(
+        handle, isRegisterAddress(address),
+        [&](Camera &camera) { return camera.device().writeRegister(address, data); });
 }

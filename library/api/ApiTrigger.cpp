@@ -7,9 +7,11 @@ using namespace orvalis::api;
 
 std::int32_t OrvalisRunSoftwareTrigger(OCameraHandle handle)
 {
-    return writing(handle, true, [](Camera &camera) {
-        return camera.features().fireSoftwareTrigger(camera.acquisition().streaming());
-    });
+    return writing(
+        handle, true,
+        [](Camera &camera) {
+            return camera.features().fireSoftwareTrigger(camera.acquisition().streaming());
+        });
 }
 
 std::int32_t OrvalisGetTriggerEnable(OCameraHandle handle, bool *enable)

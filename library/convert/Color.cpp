@@ -43,10 +43,12 @@ const Interleaved *interleavedOf(const PixelFormat &format)
 /// Calls `row(y)` for every row, on all cores.
 template <class Row> void forRows(const ImageView &image, const Row &row)
 {
-    cv::parallel_for_(cv::Range(0, static_cast<int>(image.height)), [&](const cv::Range &rows) {
-        for (int y = rows.start; y < rows.end; ++y)
-            row(static_cast<std::size_t>(y));
-    });
+    cv::parallel_for_(
+        cv::Range(0, static_cast<int>(image.height)),
+        [&](const cv::Range &rows) {
+            for (int y = rows.start; y < rows.end; ++y)
+                row(static_cast<std::size_t>(y));
+        });
 }
 
 /// The upper eight bits of each sample of a row: the row itself, or a copy in `scratch`.
@@ -63,16 +65,18 @@ const std::uint8_t *rowOf8(const ImageView &image, int channels, std::size_t y,
 
 void interleavedToRgb(const ImageView &image, const Interleaved &kind, std::uint8_t *out)
 {
-    forRows(image, [&](std::size_t y) {
-        thread_local std::vector<std::uint8_t> scratch;
-        const std::uint8_t *in = rowOf8(image, kind.channels, y, scratch);
-        std::uint8_t *const row = out + y * image.width * 3;
-        cv::Mat rgb = pixels(image.width, CV_8UC3, row);
-        if (kind.toRgb < 0)
-            std::memcpy(row, in, std::size_t{image.width} * 3);
-        else
-            cv::cvtColor(pixels(image.width, CV_8UC(kind.channels), in), rgb, kind.toRgb);
-    });
+    forRows(
+        image,
+        [&](std::size_t y) {
+            thread_local std::vector<std::uint8_t> scratch;
+            const std::uint8_t *in = rowOf8(image, kind.channels, y, scratch);
+            std::uint8_t *const row = out + y * image.width * 3;
+            cv::Mat rgb = pixels(image.width, CV_8UC3, row);
+            if (kind.toRgb < 0)
+                std::memcpy(row, in, std::size_t{image.width} * 3);
+            else
+                cv::cvtColor(pixels(image.width, CV_8UC(kind.channels), in), rgb, kind.toRgb);
+        });
 }
 
 /// Merges one row of three planes to R, G, B.
@@ -88,30 +92,36 @@ void mergeRow(const ImageView &image, std::size_t y, cv::Mat &rgb)
 
 void planarToRgb(const ImageView &image, std::uint8_t *out)
 {
-    forRows(image, [&](std::size_t y) {
-        cv::Mat rgb = pixels(image.width, CV_8UC3, out + y * image.width * 3);
-        mergeRow(image, y, rgb);
-    });
+    forRows(
+        image,
+        [&](std::size_t y) {
+            cv::Mat rgb = pixels(image.width, CV_8UC3, out + y * image.width * 3);
+            mergeRow(image, y, rgb);
+        });
 }
 
 void planarToBrightness(const ImageView &image, std::uint8_t *out)
 {
-    forRows(image, [&](std::size_t y) {
-        cv::Mat rgb;
-        mergeRow(image, y, rgb);
-        cv::Mat gray = pixels(image.width, CV_8UC1, out + y * image.width);
-        cv::cvtColor(rgb, gray, cv::COLOR_RGB2GRAY);
-    });
+    forRows(
+        image,
+        [&](std::size_t y) {
+            cv::Mat rgb;
+            mergeRow(image, y, rgb);
+            cv::Mat gray = pixels(image.width, CV_8UC1, out + y * image.width);
+            cv::cvtColor(rgb, gray, cv::COLOR_RGB2GRAY);
+        });
 }
 
 void interleavedToBrightness(const ImageView &image, const Interleaved &kind, std::uint8_t *out)
 {
-    forRows(image, [&](std::size_t y) {
-        thread_local std::vector<std::uint8_t> scratch;
-        const std::uint8_t *in = rowOf8(image, kind.channels, y, scratch);
-        cv::Mat gray = pixels(image.width, CV_8UC1, out + y * image.width);
-        cv::cvtColor(pixels(image.width, CV_8UC(kind.channels), in), gray, kind.toGray);
-    });
+    forRows(
+        image,
+        [&](std::size_t y) {
+            thread_local std::vector<std::uint8_t> scratch;
+            const std::uint8_t *in = rowOf8(image, kind.channels, y, scratch);
+            cv::Mat gray = pixels(image.width, CV_8UC1, out + y * image.width);
+            cv::cvtColor(pixels(image.width, CV_8UC(kind.channels), in), gray, kind.toGray);
+        });
 }
 
 bool directToRgb(const ImageView &image, std::uint8_t *out)
@@ -129,9 +139,8 @@ bool directToRgb(const ImageView &image, std::uint8_t *out)
 /// the format has none.
 const std::uint8_t *samples8(const ImageView &image, std::uint8_t *scratch)
 {
-    if (image.format->packing == PixelPacking::Bytes) {
+    if (image.format->packing == PixelPacking::Bytes)
         return image.data;
-    }
     return toGray8(image, scratch) ? scratch : nullptr;
 }
 

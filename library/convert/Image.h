@@ -13,9 +13,8 @@ inline constexpr std::uint32_t maxImageEdge = 1U << 20;
 inline bool fits(const ImageView &image)
 {
     if (image.format == nullptr || image.data == nullptr || image.width == 0 || image.height == 0 ||
-        image.width > maxImageEdge || image.height > maxImageEdge) {
+        image.width > maxImageEdge || image.height > maxImageEdge)
         return false;
-    }
     const std::size_t bytes = imageBytes(*image.format, image.width, image.height);
     return bytes != 0 && image.size >= bytes;
 }

@@ -146,9 +146,8 @@ const PixelFormat *findPixelFormat(std::uint32_t code)
 const PixelFormat *findPixelFormat(std::string_view name)
 {
     const auto *found = std::ranges::find(formats, name, &PixelFormat::name);
-    if (found != formats.end()) {
+    if (found != formats.end())
         return found;
-    }
     const auto *older = std::ranges::find(olderNames, name, &OlderName::name);
     return older == olderNames.end() ? nullptr : findPixelFormat(older->code);
 }
@@ -160,9 +159,8 @@ bool isPacked(const PixelFormat &format)
 
 const PixelFormat *unpackedFormat(const PixelFormat &format)
 {
-    if (!isPacked(format)) {
+    if (!isPacked(format))
         return &format;
-    }
     const auto *found = std::ranges::find_if(formats, [&](const PixelFormat &other) {
         return other.kind == format.kind && other.depth == format.depth && other.packing == Words;
     });
@@ -185,9 +183,8 @@ std::size_t imageBytes(const PixelFormat &format, std::uint32_t width, std::uint
 {
     const std::uint64_t pixels = std::uint64_t{width} * height;
     std::uint64_t bits = 0;
-    if (__builtin_mul_overflow(pixels, std::uint64_t{format.bitsPerPixel}, &bits)) {
+    if (__builtin_mul_overflow(pixels, std::uint64_t{format.bitsPerPixel}, &bits))
         return 0;
-    }
     return bits / 8 + (bits % 8 != 0 ? 1 : 0);
 }
 

@@ -181,9 +181,8 @@ void upperEight(unsigned depth, const std::uint8_t *words, std::size_t count, st
 
 bool unpackToWords(const ImageView &image, std::uint16_t *out)
 {
-    if (out == nullptr || !fits(image) || !isPacked(*image.format)) {
+    if (out == nullptr || !fits(image) || !isPacked(*image.format))
         return false;
-    }
     unpackerOf (*image.format)(image.data, imageBytes(*image.format, image.width, image.height),
                                pixelCount(image) * samplesPerPixel(*image.format), out);
     return true;
@@ -191,10 +190,8 @@ bool unpackToWords(const ImageView &image, std::uint16_t *out)
 
 bool toGray8(const ImageView &image, std::uint8_t *out)
 {
-    if (out == nullptr || !fits(image) || image.format->hasDirectColor() ||
-        isPacked(*image.format)) {
+    if (out == nullptr || !fits(image) || image.format->hasDirectColor() || isPacked(*image.format))
         return false;
-    }
     const std::size_t pixels = pixelCount(image);
     if (image.format->packing == PixelPacking::Bytes) {
         std::memcpy(out, image.data, pixels);

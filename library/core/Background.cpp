@@ -16,12 +16,11 @@ Background &Background::instance()
 
 Background::~Background()
 {
-    for (Job &job : jobs_) {
+    for (Job &job : jobs_)
         if (job.thread.get_id() == std::this_thread::get_id())
             job.thread.detach(); // exit() was called on this thread: it cannot join itself
         else
             job.thread.join();
-    }
 }
 
 void Background::run(std::function<void()> job)

@@ -78,13 +78,16 @@ OResult Camera::cameraInfo(OCameraInfo &info)
 
 OResult Camera::start(OFrameCallback callback, std::uint64_t session)
 {
-    return acquisition_.start(callback, session, [this]() -> OResult {
-        PresentFormat present;
-        const OResult result = features_.presentFormat(present);
-        if (result == ORVALIS_ERROR_CONNECTION_LOST)
-            return result;
-        return result == ORVALIS_OK && !present.format ? ORVALIS_ERROR_NOT_SUPPORTED : ORVALIS_OK;
-    });
+    return acquisition_.start(
+        callback, session,
+        [this]() -> OResult {
+            PresentFormat present;
+            const OResult result = features_.presentFormat(present);
+            if (result == ORVALIS_ERROR_CONNECTION_LOST)
+                return result;
+            return result == ORVALIS_OK && !present.format ? ORVALIS_ERROR_NOT_SUPPORTED
+                                                           : ORVALIS_OK;
+        });
 }
 
 OResult Camera::reset()

@@ -35,8 +35,9 @@ thread_local Pinned t_pinned;
 
 bool contains(const std::vector<DeviceDescription> &cameras, const std::string &id)
 {
-    return std::any_of(cameras.begin(), cameras.end(),
-                       [&](const DeviceDescription &camera) { return camera.id == id; });
+    return std::any_of(
+        cameras.begin(), cameras.end(),
+        [&](const DeviceDescription &camera) { return camera.id == id; });
 }
 
 bool hasSlowBackend(const Bus &bus)

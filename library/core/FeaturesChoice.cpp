@@ -52,31 +52,35 @@ template <class Body> OResult Features::withChoice(Choice choice, Body body)
 
 OResult Features::list(Choice choice, std::vector<std::string> &names)
 {
-    return withChoice(choice, [&](const ChoiceRow &wanted, const Located &node) -> OResult {
-        if (node.info.type == ORVALIS_NODE_BOOLEAN) {
-            if (!wanted.booleanNames[0])
-                return ORVALIS_ERROR_NOT_SUPPORTED;
-            names.assign(wanted.booleanNames.begin(), wanted.booleanNames.end());
-            return ORVALIS_OK;
-        }
-        return nodes_.getEntries(node.name, names);
-    });
+    return withChoice(
+        choice,
+        [&](const ChoiceRow &wanted, const Located &node) -> OResult {
+            if (node.info.type == ORVALIS_NODE_BOOLEAN) {
+                if (!wanted.booleanNames[0])
+                    return ORVALIS_ERROR_NOT_SUPPORTED;
+                names.assign(wanted.booleanNames.begin(), wanted.booleanNames.end());
+                return ORVALIS_OK;
+            }
+            return nodes_.getEntries(node.name, names);
+        });
 }
 
 OResult Features::get(Choice choice, std::string &name)
 {
-    return withChoice(choice, [&](const ChoiceRow &wanted, const Located &node) -> OResult {
-        if (node.info.type == ORVALIS_NODE_BOOLEAN) {
-            if (!wanted.booleanNames[0])
-                return ORVALIS_ERROR_NOT_SUPPORTED;
-            bool value = false;
-            const OResult result = nodes_.getBoolean(node.name, value);
-            if (result == ORVALIS_OK)
-                name = wanted.booleanNames[value ? 1 : 0];
-            return result;
-        }
-        return nodes_.getEntry(node.name, name);
-    });
+    return withChoice(
+        choice,
+        [&](const ChoiceRow &wanted, const Located &node) -> OResult {
+            if (node.info.type == ORVALIS_NODE_BOOLEAN) {
+                if (!wanted.booleanNames[0])
+                    return ORVALIS_ERROR_NOT_SUPPORTED;
+                bool value = false;
+                const OResult result = nodes_.getBoolean(node.name, value);
+                if (result == ORVALIS_OK)
+                    name = wanted.booleanNames[value ? 1 : 0];
+                return result;
+            }
+            return nodes_.getEntry(node.name, name);
+        });
 }
 
 OResult Features::set(Choice choice, std::string_view name)

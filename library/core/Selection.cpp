@@ -12,8 +12,9 @@ constexpr std::string_view kStrobe = "Strobe"; ///< the mode of a line that fire
 
 bool offers(const EnumerationValue &value, std::string_view entry)
 {
-    return std::any_of(value.entries.begin(), value.entries.end(),
-                       [&](const auto &candidate) { return candidate.name == entry; });
+    return std::any_of(
+        value.entries.begin(), value.entries.end(),
+        [&](const auto &candidate) { return candidate.name == entry; });
 }
 
 /// A missing selector is not an error if the camera can do without.
@@ -217,12 +218,16 @@ OResult Selection::selectTriggerLine()
 
 OResult Selection::selectFilteredLine()
 {
-    return selectFirst("LineSelector", [this] {
-        const auto &nodes = row(Number::TriggerNoiseFilter).nodes;
-        return std::any_of(nodes.begin(), nodes.end(), [this](const NumberNode &node) {
-            return node.name && isAvailable(nodes_, node.name);
+    return selectFirst(
+        "LineSelector",
+        [this] {
+            const auto &nodes = row(Number::TriggerNoiseFilter).nodes;
+            return std::any_of(
+                nodes.begin(), nodes.end(),
+                [this](const NumberNode &node) {
+                    return node.name && isAvailable(nodes_, node.name);
+                });
         });
-    });
 }
 
 /// Some cameras have a separate selector for inputs, with another name for the same line: "SyncIn2"

@@ -33,26 +33,23 @@ CameraLink::Lock CameraLink::acquire()
 {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [this] { return !locked_ || lost_; });
-    if (lost_) {
+    if (lost_)
         return Lock(nullptr);
-    }
     locked_ = true;
     return Lock(this);
 }
 
 CameraLink::Lock CameraLink::acquireUnlessGone()
 {
-    if (const char *proof = lost_ ? nullptr : presence_.whyGone()) {
+    if (const char *proof = lost_ ? nullptr : presence_.whyGone())
         markLost(proof);
-    }
     return acquire();
 }
 
 CameraLink::Lock::~Lock()
 {
-    if (link_ != nullptr) {
+    if (link_ != nullptr)
         link_->release();
-    }
 }
 
 void CameraLink::release()
@@ -74,9 +71,8 @@ OResult CameraLink::resultOf(const Failure &failure)
 /// Asks once more after a request that was not answered.
 bool CameraLink::answers()
 {
-    if (lost_ || presence_.isKnown()) {
+    if (lost_ || presence_.isKnown())
         return !lost_ && presence_.answers();
-    }
     Failure failure;
     guint32 version = 0;
     arv_device_read_register(device(), anyRegister, &version, failure.slot());
@@ -86,9 +82,8 @@ bool CameraLink::answers()
 void CameraLink::markLost(const char *reason)
 {
     const std::lock_guard lock(mutex_);
-    if (!lost_) {
+    if (!lost_)
         debugPrint("the camera is lost: %s", reason);
-    }
     lost_ = true;
     changed_.notify_all();
 }
@@ -117,12 +112,10 @@ CameraLink::Event CameraLink::waitForBuffer(Clock::time_point limit)
 {
     std::unique_lock lock(mutex_);
     changed_.wait_until(lock, limit, [this] { return bufferDone_ || wakePending_ || lost_; });
-    if (lost_) {
+    if (lost_)
         return Event::Lost;
-    }
-    if (std::exchange(wakePending_, false)) {
+    if (std::exchange(wakePending_, false))
         return Event::Wake;
-    }
     return std::exchange(bufferDone_, false) ? Event::Buffer : Event::Timeout;
 }
 

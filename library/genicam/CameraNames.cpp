@@ -22,9 +22,8 @@ std::string sanitized(std::string text)
 {
     for (char &c : text) {
         const bool plain = std::isalnum(static_cast<unsigned char>(c)) != 0 && (c & 0x80) == 0;
-        if (!plain && c != '-' && c != '.' && c != '_') {
+        if (!plain && c != '-' && c != '.' && c != '_')
             c = '_';
-        }
     }
     return text;
 }
@@ -32,11 +31,9 @@ std::string sanitized(std::string text)
 std::string joined(std::initializer_list<std::string> parts, const char *separator)
 {
     std::string text;
-    for (const std::string &part : parts) {
-        if (!part.empty()) {
+    for (const std::string &part : parts)
+        if (!part.empty())
             text += (text.empty() ? "" : separator) + part;
-        }
-    }
     return text;
 }
 
@@ -55,9 +52,8 @@ const std::string &numberOf(const CameraRecord &camera)
 std::string idOf(const CameraRecord &camera)
 {
     std::string id = joined({camera.vendor, camera.model, numberOf(camera)}, "-");
-    if (id.size() > maxNameLength) {
+    if (id.size() > maxNameLength)
         id = joined({camera.model, numberOf(camera)}, "-");
-    }
     return sanitized(lastOf(id, maxNameLength));
 }
 
@@ -73,9 +69,8 @@ std::pair<std::size_t, unsigned> characterAt(const std::string &text, std::size_
                                                           : 4;
     unsigned code = size == 1 ? first : first & (0x7FU >> size);
     for (std::size_t i = 1; i < size; ++i) {
-        if (at + i >= text.size() || (byte(at + i) & 0xC0U) != 0x80U) {
+        if (at + i >= text.size() || (byte(at + i) & 0xC0U) != 0x80U)
             return {1, first};
-        }
         code = code << 6 | (byte(at + i) & 0x3FU);
     }
     return {size, code};
@@ -104,18 +99,16 @@ std::string displayNameOf(const CameraRecord &camera, const std::string &mark)
 {
     std::string tail = " (" + lastOf(latin1(numberOf(camera)), maxSerialNumberLength) + ")";
     tail += mark.empty() ? "" : " " + mark;
-    if (camera.isGige() && !camera.route) {
+    if (camera.isGige() && !camera.route)
         tail += " - other subnet " + camera.address;
-    }
     const std::size_t room = tail.size() < maxNameLength ? maxNameLength - tail.size() : 0;
     const std::string userName = latin1(camera.userName).substr(0, maxUserNameLength);
     std::string name;
     for (const std::string &kind :
          {joined({latin1(camera.vendor), latin1(camera.model)}, " "), latin1(camera.model)}) {
         name = joined({userName, kind}, ": ");
-        if (name.size() <= room) {
+        if (name.size() <= room)
             break;
-        }
     }
     return lastOf(name.substr(0, room) + tail, maxNameLength);
 }
@@ -137,15 +130,12 @@ constexpr Text marks[] = {&CameraRecord::address, &CameraRecord::physicalId};
 std::vector<CameraRecord *> duplicates(std::vector<CameraRecord> &cameras, Text text)
 {
     std::map<std::string, int> count;
-    for (const CameraRecord &camera : cameras) {
+    for (const CameraRecord &camera : cameras)
         ++count[camera.*text];
-    }
     std::vector<CameraRecord *> found;
-    for (CameraRecord &camera : cameras) {
-        if (count[camera.*text] > 1) {
+    for (CameraRecord &camera : cameras)
+        if (count[camera.*text] > 1)
             found.push_back(&camera);
-        }
-    }
     return found;
 }
 
@@ -159,16 +149,14 @@ void nameCameras(std::vector<CameraRecord> &cameras)
     }
     for (const Text mark : marks) {
         for (CameraRecord *camera : duplicates(cameras, &CameraRecord::id)) {
-            if ((camera->*mark).empty()) {
+            if ((camera->*mark).empty())
                 continue;
-            }
             camera->id = marked(camera->id, camera->*mark);
             camera->displayName = displayNameOf(*camera, camera->*mark);
         }
     }
-    for (CameraRecord *camera : duplicates(cameras, &CameraRecord::displayName)) {
+    for (CameraRecord *camera : duplicates(cameras, &CameraRecord::displayName))
         camera->displayName = camera->id;
-    }
 }
 
 } // namespace orvalis

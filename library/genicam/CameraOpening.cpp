@@ -55,12 +55,10 @@ OResult openGige(const CameraRecord &camera, GPtr<ArvDevice> &device)
                        "its address is not in a subnet of the interface on which it was found");
     }
     const GigePresence presence(route);
-    if (const char *proof = presence.whyGone()) {
+    if (const char *proof = presence.whyGone())
         return refused(camera, ORVALIS_ERROR_NOT_FOUND, proof);
-    }
-    if (presence.isHeldByOther()) {
+    if (presence.isHeldByOther())
         return refused(camera, ORVALIS_ERROR_BUSY, heldByOther);
-    }
     Failure failure;
     GPtr<ArvDevice> opened = openThrough(route, failure);
     if (!opened) {

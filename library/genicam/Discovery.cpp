@@ -50,9 +50,8 @@ void addUsbCameras(std::vector<CameraRecord> &cameras)
         camera.vendor = textOf(arv_interface_get_device_vendor(bus, i));
         camera.model = textOf(arv_interface_get_device_model(bus, i));
         camera.serialNumber = textOf(arv_interface_get_device_serial_nbr(bus, i));
-        if (const UsbCamera *found = usbCameraOf(camera, plugged)) {
+        if (const UsbCamera *found = usbCameraOf(camera, plugged))
             camera.userName = userNameOf(*found);
-        }
         cameras.push_back(std::move(camera));
     }
 #endif
@@ -64,9 +63,8 @@ std::vector<CameraRecord> findCameras()
 {
     std::vector<CameraRecord> cameras;
     const std::vector<InterfaceAddress> interfaces = localInterfaces();
-    for (const GigeAnnouncement &seen : findGigeCameras(interfaces, gigeTimeout)) {
+    for (const GigeAnnouncement &seen : findGigeCameras(interfaces, gigeTimeout))
         cameras.push_back(gigeRecord(seen, interfaces));
-    }
     addUsbCameras(cameras);
     nameCameras(cameras);
     std::sort(cameras.begin(), cameras.end(),

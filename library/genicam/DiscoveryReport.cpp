@@ -49,16 +49,14 @@ std::string report(const std::vector<CameraRecord> &cameras,
 void reportDiscovery(const std::vector<CameraRecord> &cameras,
                      const std::vector<InterfaceAddress> &interfaces)
 {
-    if (!debugEnabled()) {
+    if (!debugEnabled())
         return;
-    }
     static std::mutex mutex; // guards last
     static std::string last;
     const std::lock_guard lock(mutex);
     std::string text = report(cameras, interfaces);
-    if (text == last) {
+    if (text == last)
         return;
-    }
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = text.find('\n', start);
         debugPrint("%s", text.substr(start, end - start).c_str());

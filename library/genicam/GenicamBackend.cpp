@@ -72,9 +72,8 @@ std::vector<DeviceDescription> GenicamBackend::discover()
     for (const CameraRecord &camera : findCameras()) {
         // Hide a lost camera until its program has closed it, so that the program notices the loss
         // in the list: the camera may return soon, or belong to another program now.
-        if (!open_->isLost(camera.id)) {
+        if (!open_->isLost(camera.id))
             found.push_back({camera.id, camera.displayName});
-        }
         const std::lock_guard lock(mutex_);
         known_[camera.id] = camera;
     }
@@ -85,9 +84,8 @@ bool GenicamBackend::findRecord(const std::string &id, CameraRecord &camera)
 {
     const std::lock_guard lock(mutex_);
     const auto found = known_.find(id);
-    if (found == known_.end()) {
+    if (found == known_.end())
         return false;
-    }
     camera = found->second;
     return true;
 }
@@ -95,18 +93,15 @@ bool GenicamBackend::findRecord(const std::string &id, CameraRecord &camera)
 OResult GenicamBackend::open(const std::string &id, std::unique_ptr<Device> &device)
 {
     CameraRecord camera;
-    if (!findRecord(id, camera)) {
+    if (!findRecord(id, camera))
         return ORVALIS_ERROR_NOT_FOUND;
-    }
     open_->waitUntilDisconnected(id);
     GPtr<ArvDevice> opened;
-    if (const OResult result = openRecordedCamera(camera, opened); result != ORVALIS_OK) {
+    if (const OResult result = openRecordedCamera(camera, opened); result != ORVALIS_OK)
         return result;
-    }
     DeviceIdentity identity = identityOf(opened.get(), id, camera.displayName);
-    if (!camera.serialNumber.empty()) {
+    if (!camera.serialNumber.empty())
         identity.serialNumber = camera.serialNumber;
-    }
     auto created = std::make_unique<GenicamDevice>(std::move(opened), std::move(identity),
                                                    [open = open_, id] { open->remove(id); });
     open_->add(id, created->lossProbe());
@@ -131,14 +126,12 @@ private:
 
 OResult FakeBackend::open(const std::string &wanted, std::unique_ptr<Device> &device)
 {
-    if (wanted != id) {
+    if (wanted != id)
         return ORVALIS_ERROR_NOT_FOUND;
-    }
     Failure failure;
     GPtr<ArvDevice> opened(arv_fake_device_new("1", failure.slot()));
-    if (!opened) {
+    if (!opened)
         return ORVALIS_ERROR_DEVICE;
-    }
     DeviceIdentity identity = identityOf(opened.get(), id, displayName);
     device = std::make_unique<GenicamDevice>(std::move(opened), std::move(identity), [] {});
     return ORVALIS_OK;
@@ -148,9 +141,8 @@ OResult FakeBackend::open(const std::string &wanted, std::unique_ptr<Device> &de
 
 std::unique_ptr<Backend> makeGenicamBackend(bool fake)
 {
-    if (fake) {
+    if (fake)
         return std::make_unique<FakeBackend>();
-    }
     return std::make_unique<GenicamBackend>();
 }
 

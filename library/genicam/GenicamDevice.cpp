@@ -24,17 +24,14 @@ std::string firstText(ArvDevice *device, std::initializer_list<const char *> nam
     NodeReach reach;
     for (const char *name : names) {
         ArvGcNode *const node = arv_device_get_feature(device, name);
-        if (!ARV_IS_GC_STRING(node)) {
+        if (!ARV_IS_GC_STRING(node))
             continue;
-        }
         Failure failure;
         std::string text;
-        if (reach.isSound(ARV_GC_FEATURE_NODE(node), failure)) {
+        if (reach.isSound(ARV_GC_FEATURE_NODE(node), failure))
             readText(ARV_GC_FEATURE_NODE(node), text, failure);
-        }
-        if (!failure && !text.empty()) {
+        if (!failure && !text.empty())
             return text;
-        }
     }
     return {};
 }
@@ -84,12 +81,10 @@ bool GenicamDevice::servesRegister(std::uint32_t address) const
 template <class Access> OResult GenicamDevice::atRegister(std::uint32_t address, Access access)
 {
     const CameraLink::Lock lock = link_->acquire();
-    if (!lock) {
+    if (!lock)
         return ORVALIS_ERROR_CONNECTION_LOST;
-    }
-    if (!servesRegister(address)) {
+    if (!servesRegister(address))
         return ORVALIS_ERROR_NOT_FOUND;
-    }
     Failure failure;
     access(link_->device(), failure.slot());
     return link_->resultOf(failure);
@@ -107,10 +102,12 @@ OResult GenicamDevice::readRegister(std::uint32_t address, std::uint32_t &value)
 
 OResult GenicamDevice::writeRegister(std::uint32_t address, std::uint32_t value)
 {
-    return atRegister(address, [&](ArvDevice *device, GError **error) {
-        arv_device_write_register(device, address, value, error);
-        nodes_.invalidateRegisters();
-    });
+    return atRegister(
+        address,
+        [&](ArvDevice *device, GError **error) {
+            arv_device_write_register(device, address, value, error);
+            nodes_.invalidateRegisters();
+        });
 }
 
 OResult GenicamDevice::reset()

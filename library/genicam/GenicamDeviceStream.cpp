@@ -27,25 +27,22 @@ constexpr int writeAttempts = 2;
 OResult GenicamDevice::begin(Session &session, StreamUse use)
 {
     const CameraLink::Lock lock = link_->acquireUnlessGone();
-    if (!lock) {
+    if (!lock)
         return ORVALIS_ERROR_CONNECTION_LOST;
-    }
     gige_.apply(link_->device());
     StreamCounters &counters = use == StreamUse::Continuous ? counters_ : grabCounters_;
     auto started = std::make_unique<StreamSession>(*link_, counters, order_);
     const OResult result = started->start(use);
-    if (result == ORVALIS_OK) {
+    if (result == ORVALIS_OK)
         session = std::move(started);
-    }
     return result;
 }
 
 /// Stops the camera, which takes seconds if it does not answer, and ends the stream.
 void GenicamDevice::end(Session session)
 {
-    if (const CameraLink::Lock lock = link_->acquireUnlessGone()) {
+    if (const CameraLink::Lock lock = link_->acquireUnlessGone())
         session->stopCamera();
-    }
     session->end();
 }
 
@@ -74,29 +71,25 @@ void GenicamDevice::stopStream()
 
 OResult GenicamDevice::nextImage(RawImage &image, Clock::time_point deadline)
 {
-    if (!session_) {
+    if (!session_)
         return ORVALIS_ERROR_ABORTED;
-    }
     for (;;) {
         const OResult result =
             waitForImage(*session_, image, std::min(deadline, lastContact_ + silenceLimit));
-        if (result != ORVALIS_OK && result != ORVALIS_ERROR_TIMEOUT) {
+        if (result != ORVALIS_OK && result != ORVALIS_ERROR_TIMEOUT)
             return result;
-        }
         // Check even if there is an image: a process that was suspended may find old images,
         // although the camera was lost meanwhile.
-        if (const OResult there = checkSilence(); there != ORVALIS_OK) {
+        if (const OResult there = checkSilence(); there != ORVALIS_OK)
             return there;
-        }
         if (result == ORVALIS_OK) {
             counters_.add(StreamCounters::Delivered);
             lastProgress_ = lastContact_ = Clock::now();
             restoreTransport();
             return ORVALIS_OK;
         }
-        if (Clock::now() >= deadline) {
+        if (Clock::now() >= deadline)
             return ORVALIS_ERROR_TIMEOUT;
-        }
     }
 }
 
@@ -104,16 +97,13 @@ OResult GenicamDevice::waitForImage(StreamSession &session, RawImage &image,
                                     Clock::time_point deadline)
 {
     while (!link_->lost()) {
-        if (session.take(image)) {
+        if (session.take(image))
             return ORVALIS_OK;
-        }
         const CameraLink::Event event = link_->waitForBuffer(deadline);
-        if (event == CameraLink::Event::Wake) {
+        if (event == CameraLink::Event::Wake)
             return ORVALIS_ERROR_ABORTED;
-        }
-        if (event == CameraLink::Event::Timeout) {
+        if (event == CameraLink::Event::Timeout)
             return ORVALIS_ERROR_TIMEOUT;
-        }
     }
     return ORVALIS_ERROR_CONNECTION_LOST;
 }
@@ -122,12 +112,10 @@ OResult GenicamDevice::waitForImage(StreamSession &session, RawImage &image,
 /// must change.
 OResult GenicamDevice::checkSilence()
 {
-    if (Clock::now() < lastContact_ + silenceLimit) {
+    if (Clock::now() < lastContact_ + silenceLimit)
         return ORVALIS_OK;
-    }
-    if (const OResult result = checkConnection(); result != ORVALIS_OK) {
+    if (const OResult result = checkConnection(); result != ORVALIS_OK)
         return result;
-    }
     lastContact_ = Clock::now();
     return mustRestart() ? restart() : ORVALIS_OK;
 }
@@ -136,12 +124,10 @@ OResult GenicamDevice::checkSilence()
 /// The absence of frames is not evidence: the camera may be exposing or waiting for a trigger.
 bool GenicamDevice::mustRestart()
 {
-    if (!session_->isRunning()) {
+    if (!session_->isRunning())
         return true;
-    }
-    if (session_->hasSilentSocket()) {
+    if (session_->hasSilentSocket())
         return gige_.fallBack(GigeTransport::Evidence::SilentSocket);
-    }
     return session_->damagedInARow() >= damagedLimit &&
            Clock::now() >= lastProgress_ + damagedTimeout &&
            gige_.fallBack(GigeTransport::Evidence::Damage);
@@ -150,11 +136,10 @@ bool GenicamDevice::mustRestart()
 /// Called for each image: returns to the best transport after a grace period without loss.
 void GenicamDevice::restoreTransport()
 {
-    if (session_->imageFollowsDamage()) {
+    if (session_->imageFollowsDamage())
         gige_.damaged();
-    } else if (gige_.restore()) {
+    else if (gige_.restore())
         restart(); // after a failure, checkSilence() tries again
-    }
 }
 
 OResult GenicamDevice::checkConnection()
@@ -170,24 +155,21 @@ OResult GenicamDevice::checkConnection()
 bool GenicamDevice::hasControl()
 {
     ArvDevice *device = link_->device();
-    if (!ARV_IS_GV_DEVICE(device)) {
+    if (!ARV_IS_GV_DEVICE(device))
         return true;
-    }
     Failure failure;
     guint32 privilege = 0;
     arv_device_read_register(device, privilegeRegister, &privilege, failure.slot());
-    if (failure) {
+    if (failure)
         return link_->resultOf(failure) != ORVALIS_ERROR_CONNECTION_LOST;
-    }
     OResult result =
         (privilege & controlPrivileges) != 0 ? ORVALIS_ERROR_TIMEOUT : ORVALIS_ERROR_ACCESS_DENIED;
     for (int attempt = 0; attempt < writeAttempts && result == ORVALIS_ERROR_TIMEOUT; ++attempt) {
         arv_device_write_register(device, privilegeRegister, privilege, failure.slot());
         result = link_->resultOf(failure);
     }
-    if (result != ORVALIS_ERROR_ACCESS_DENIED && result != ORVALIS_ERROR_TIMEOUT) {
+    if (result != ORVALIS_ERROR_ACCESS_DENIED && result != ORVALIS_ERROR_TIMEOUT)
         return !link_->lost();
-    }
     link_->markLost("this program no longer controls it");
     return false;
 }
@@ -198,30 +180,26 @@ OResult GenicamDevice::restart()
     lastProgress_ = Clock::now();
     {
         const CameraLink::Lock lock = link_->acquire();
-        if (!lock) {
+        if (!lock)
             return ORVALIS_ERROR_CONNECTION_LOST;
-        }
         session_->stopCamera();
         session_->end();
     }
     Session next;
     const OResult result = begin(next, StreamUse::Continuous);
-    if (result == ORVALIS_OK) {
+    if (result == ORVALIS_OK)
         session_ = std::move(next);
-    }
     return result;
 }
 
 OResult GenicamDevice::takeImage(RawImage &image, Clock::time_point deadline)
 {
     Session session;
-    if (const OResult result = begin(session, StreamUse::OneImage); result != ORVALIS_OK) {
+    if (const OResult result = begin(session, StreamUse::OneImage); result != ORVALIS_OK)
         return result;
-    }
     const OResult result = waitForImage(*session, image, deadline);
-    if (result == ORVALIS_ERROR_TIMEOUT) {
+    if (result == ORVALIS_ERROR_TIMEOUT)
         checkConnection();
-    }
     end(std::move(session));
     return result;
 }

@@ -44,11 +44,9 @@ bool isLockedByName(ArvGcFeatureNode *node)
 bool hasLockProperty(ArvGcFeatureNode *node)
 {
     for (ArvDomNode *child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child != nullptr;
-         child = arv_dom_node_get_next_sibling(child)) {
-        if (textOf(arv_dom_node_get_node_name(child)) == "pIsLocked") {
+         child = arv_dom_node_get_next_sibling(child))
+        if (textOf(arv_dom_node_get_node_name(child)) == "pIsLocked")
             return true;
-        }
-    }
     return false;
 }
 
@@ -67,9 +65,8 @@ bool isOurs(std::string_view name)
 
 ONodeType ourType(std::string_view name)
 {
-    if (name == StreamCounters::category) {
+    if (name == StreamCounters::category)
         return ORVALIS_NODE_CATEGORY;
-    }
     return name == StreamCounters::resetCommand ? ORVALIS_NODE_COMMAND : ORVALIS_NODE_INTEGER;
 }
 
@@ -100,19 +97,16 @@ bool isDone(ArvGcFeatureNode *command)
     ArvGcNode *const target = valueNodeOf(ARV_GC_NODE(command));
     ArvGcPropertyNode *value =
         propertyOf(ARV_GC_NODE(command), ARV_GC_PROPERTY_NODE_TYPE_COMMAND_VALUE);
-    if (value == nullptr) {
+    if (value == nullptr)
         value = propertyOf(ARV_GC_NODE(command), ARV_GC_PROPERTY_NODE_TYPE_P_COMMAND_VALUE);
-    }
     if (!ARV_IS_GC_INTEGER(target) || value == nullptr ||
         arv_gc_feature_node_get_actual_access_mode(ARV_GC_FEATURE_NODE(target)) ==
-            ARV_GC_ACCESS_MODE_WO) {
+            ARV_GC_ACCESS_MODE_WO)
         return true;
-    }
     Failure failure;
     const gint64 running = arv_gc_property_node_get_int64(value, failure.slot());
-    if (failure) {
+    if (failure)
         return true;
-    }
     const gint64 present = arv_gc_integer_get_value(ARV_GC_INTEGER(target), failure.slot());
     return !failure && present != running;
 }
@@ -127,9 +121,8 @@ OResult refusal(std::string_view name, ONodeType type)
 
 ArvGcFeatureNode *GenicamNodeMap::find(std::string_view name) const
 {
-    if (name == RegisterMemo::epochName) {
+    if (name == RegisterMemo::epochName)
         return nullptr; // the library's own, not the camera's
-    }
     ArvGcNode *node = arv_gc_get_node(link_.genicam(), std::string(name).c_str());
     return ARV_IS_GC_FEATURE_NODE(node) ? ARV_GC_FEATURE_NODE(node) : nullptr;
 }
@@ -144,56 +137,46 @@ void GenicamNodeMap::beginAccess()
 /// directly to the camera and empties the cache.
 OResult GenicamNodeMap::workOn(ArvGcFeatureNode *node, Purpose purpose, const Work &work)
 {
-    if (!memo_) {
+    if (!memo_)
         memo_.emplace(link_.genicam());
-    }
-    if (stale_.exchange(false)) {
+    if (stale_.exchange(false))
         memo_->forget();
-    }
-    if (accesses_ > 0 && purpose != Purpose::Write) {
+    if (accesses_ > 0 && purpose != Purpose::Write)
         memo_->use();
-    }
     Failure failure;
     const OResult result = work(node, failure);
     memo_->stop();
-    if (purpose == Purpose::Write) {
+    if (purpose == Purpose::Write)
         stale_ = true;
-    }
     return failure ? link_.resultOf(failure) : result;
 }
 
 OResult GenicamNodeMap::withAnyNode(std::string_view name, const Work &work, Purpose purpose)
 {
     const CameraLink::Lock lock = link_.acquire();
-    if (!lock) {
+    if (!lock)
         return ORVALIS_ERROR_CONNECTION_LOST;
-    }
     ArvGcFeatureNode *node = find(name);
-    if (node == nullptr) {
+    if (node == nullptr)
         return ORVALIS_ERROR_NOT_FOUND;
-    }
     return workOn(node, purpose, work);
 }
 
 OResult GenicamNodeMap::withNode(std::string_view name, ONodeType type, Purpose purpose,
                                  const Work &work)
 {
-    if (isOurs(name)) {
+    if (isOurs(name))
         return link_.lost() ? ORVALIS_ERROR_CONNECTION_LOST : refusal(name, type);
-    }
     return withAnyNode(
         name,
         [&](ArvGcFeatureNode *node, Failure &failure) {
-            if (nodeType(node) != type) {
+            if (nodeType(node) != type)
                 return ORVALIS_ERROR_WRONG_TYPE;
-            }
-            if (!reach_.isSound(node, failure)) {
+            if (!reach_.isSound(node, failure))
                 return ORVALIS_ERROR_DEVICE;
-            }
             const OAccessMode mode = access(node, failure);
-            if (failure) {
+            if (failure)
                 return ORVALIS_ERROR_DEVICE;
-            }
             const bool allowed = mode == ORVALIS_ACCESS_READ_WRITE ||
                                  mode == (purpose == Purpose::Read ? ORVALIS_ACCESS_READ_ONLY
                                                                    : ORVALIS_ACCESS_WRITE_ONLY);
@@ -204,9 +187,8 @@ OResult GenicamNodeMap::withNode(std::string_view name, ONodeType type, Purpose 
 
 bool GenicamNodeMap::locked(ArvGcFeatureNode *node, Failure &failure) const
 {
-    if (streaming_ && isLockedByName(node)) {
+    if (streaming_ && isLockedByName(node))
         return true;
-    }
     const bool locked = arv_gc_feature_node_is_locked(node, failure.slot()) != FALSE;
     if (failure && !failure.isSilence()) {
         failure.slot(); // unknown: the camera refuses the write if the node is locked
@@ -217,23 +199,18 @@ bool GenicamNodeMap::locked(ArvGcFeatureNode *node, Failure &failure) const
 
 OAccessMode GenicamNodeMap::access(ArvGcFeatureNode *node, Failure &failure) const
 {
-    if (!arv_gc_feature_node_is_implemented(node, failure.slot()) || failure) {
+    if (!arv_gc_feature_node_is_implemented(node, failure.slot()) || failure)
         return ORVALIS_ACCESS_NOT_IMPLEMENTED;
-    }
-    if (!arv_gc_feature_node_is_available(node, failure.slot()) || failure) {
+    if (!arv_gc_feature_node_is_available(node, failure.slot()) || failure)
         return ORVALIS_ACCESS_NOT_AVAILABLE;
-    }
     const ONodeType type = nodeType(node);
-    if (type == ORVALIS_NODE_CATEGORY) {
+    if (type == ORVALIS_NODE_CATEGORY)
         return ORVALIS_ACCESS_READ_ONLY;
-    }
     const ArvGcAccessMode mode = arv_gc_feature_node_get_actual_access_mode(node);
-    if (mode == ARV_GC_ACCESS_MODE_RO && type != ORVALIS_NODE_COMMAND) {
+    if (mode == ARV_GC_ACCESS_MODE_RO && type != ORVALIS_NODE_COMMAND)
         return ORVALIS_ACCESS_READ_ONLY;
-    }
-    if (locked(node, failure)) {
+    if (locked(node, failure))
         return ORVALIS_ACCESS_READ_ONLY;
-    }
     // Commands are only written, but users regard them as available.
     return mode == ARV_GC_ACCESS_MODE_WO && type != ORVALIS_NODE_COMMAND
                ? ORVALIS_ACCESS_WRITE_ONLY
@@ -244,37 +221,31 @@ OResult GenicamNodeMap::list(std::string_view category, std::vector<std::string>
 {
     std::vector<std::string> names;
     if (isOurs(category)) {
-        if (link_.lost()) {
+        if (link_.lost())
             return ORVALIS_ERROR_CONNECTION_LOST;
-        }
         if (category == StreamCounters::category) {
-            for (const StreamCounters::Node &node : StreamCounters::nodes) {
+            for (const StreamCounters::Node &node : StreamCounters::nodes)
                 names.emplace_back(node.name);
-            }
             names.emplace_back(StreamCounters::resetCommand);
         }
         children = std::move(names);
         return ORVALIS_OK;
     }
     const OResult result = withAnyNode(category, [&](ArvGcFeatureNode *node, Failure &) {
-        if (!ARV_IS_GC_CATEGORY(node)) {
+        if (!ARV_IS_GC_CATEGORY(node))
             return ORVALIS_OK;
-        }
         for (const GSList *item = arv_gc_category_get_features(ARV_GC_CATEGORY(node));
              item != nullptr; item = item->next) {
             const std::string name = textOf(static_cast<const char *>(item->data));
-            if (find(name) != nullptr) {
+            if (find(name) != nullptr)
                 names.push_back(name);
-            }
         }
         return ORVALIS_OK;
     });
-    if (result != ORVALIS_OK) {
+    if (result != ORVALIS_OK)
         return result;
-    }
-    if (category == "Root") {
+    if (category == "Root")
         names.emplace_back(StreamCounters::category);
-    }
     children = std::move(names);
     return ORVALIS_OK;
 }
@@ -282,9 +253,8 @@ OResult GenicamNodeMap::list(std::string_view category, std::vector<std::string>
 OResult GenicamNodeMap::info(std::string_view name, NodeInfo &info)
 {
     if (isOurs(name)) {
-        if (link_.lost()) {
+        if (link_.lost())
             return ORVALIS_ERROR_CONNECTION_LOST;
-        }
         info = ourInfo(name);
         return ORVALIS_OK;
     }
@@ -318,10 +288,11 @@ OResult GenicamNodeMap::getInteger(std::string_view name, IntegerValue &value)
 
 OResult GenicamNodeMap::setInteger(std::string_view name, std::int64_t value)
 {
-    return withNode(name, ORVALIS_NODE_INTEGER, Purpose::Write,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        return writeInteger(node, value, failure);
-                    });
+    return withNode(
+        name, ORVALIS_NODE_INTEGER, Purpose::Write,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            return writeInteger(node, value, failure);
+        });
 }
 
 OResult GenicamNodeMap::getFloat(std::string_view name, FloatValue &value)
@@ -341,30 +312,27 @@ OResult GenicamNodeMap::setFloat(std::string_view name, double value)
 /// Ignores availability, which is a rule of the description: the registers may answer anyway.
 OResult GenicamNodeMap::peekNumber(std::string_view name, FloatValue &value)
 {
-    return withAnyNode(name, [&](ArvGcFeatureNode *node, Failure &failure) {
-        if (!reach_.isSound(node, failure)) {
-            return ORVALIS_ERROR_DEVICE;
-        }
-        if (nodeType(node) == ORVALIS_NODE_FLOAT) {
-            return readFloat(node, value, failure);
-        }
-        if (nodeType(node) != ORVALIS_NODE_INTEGER) {
-            return ORVALIS_ERROR_WRONG_TYPE;
-        }
-        IntegerValue integer;
-        const OResult result = readInteger(node, integer, failure);
-        if (result == ORVALIS_OK && !failure) {
-            value = asFloat(integer);
-        }
-        return result;
-    });
+    return withAnyNode(
+        name,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            if (!reach_.isSound(node, failure))
+                return ORVALIS_ERROR_DEVICE;
+            if (nodeType(node) == ORVALIS_NODE_FLOAT)
+                return readFloat(node, value, failure);
+            if (nodeType(node) != ORVALIS_NODE_INTEGER)
+                return ORVALIS_ERROR_WRONG_TYPE;
+            IntegerValue integer;
+            const OResult result = readInteger(node, integer, failure);
+            if (result == ORVALIS_OK && !failure)
+                value = asFloat(integer);
+            return result;
+        });
 }
 
 OResult GenicamNodeMap::getPart(std::string_view name, NumberPart part, FloatValue &value)
 {
-    if (isOurs(name)) {
+    if (isOurs(name))
         return NodeMap::getPart(name, part, value);
-    }
     const auto read = [&](ArvGcFeatureNode *node, Failure &failure) {
         return readPart(node, part, value, failure);
     };
@@ -376,57 +344,63 @@ OResult GenicamNodeMap::getPart(std::string_view name, NumberPart part, FloatVal
 
 OResult GenicamNodeMap::getBoolean(std::string_view name, bool &value)
 {
-    return withNode(name, ORVALIS_NODE_BOOLEAN, Purpose::Read,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        const bool found =
-                            arv_gc_boolean_get_value(ARV_GC_BOOLEAN(node), failure.slot()) != FALSE;
-                        value = failure ? value : found;
-                        return ORVALIS_OK;
-                    });
+    return withNode(
+        name, ORVALIS_NODE_BOOLEAN, Purpose::Read,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            const bool found =
+                arv_gc_boolean_get_value(ARV_GC_BOOLEAN(node), failure.slot()) != FALSE;
+            value = failure ? value : found;
+            return ORVALIS_OK;
+        });
 }
 
 OResult GenicamNodeMap::setBoolean(std::string_view name, bool value)
 {
-    return withNode(name, ORVALIS_NODE_BOOLEAN, Purpose::Write,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        arv_gc_boolean_set_value(ARV_GC_BOOLEAN(node), value, failure.slot());
-                        return ORVALIS_OK;
-                    });
+    return withNode(
+        name, ORVALIS_NODE_BOOLEAN, Purpose::Write,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            arv_gc_boolean_set_value(ARV_GC_BOOLEAN(node), value, failure.slot());
+            return ORVALIS_OK;
+        });
 }
 
 OResult GenicamNodeMap::getEnumeration(std::string_view name, EnumerationValue &value)
 {
-    return withNode(name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        return readEnumeration(node, reach_, value, failure);
-                    });
+    return withNode(
+        name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            return readEnumeration(node, reach_, value, failure);
+        });
 }
 
 OResult GenicamNodeMap::getEntries(std::string_view name, std::vector<std::string> &entries)
 {
-    return withNode(name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
-                    [&](ArvGcFeatureNode *node, Failure &) {
-                        EnumerationValue value;
-                        value.entries = offeredEntries(node, reach_);
-                        entries = namesOf(value);
-                        return ORVALIS_OK;
-                    });
+    return withNode(
+        name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
+        [&](ArvGcFeatureNode *node, Failure &) {
+            EnumerationValue value;
+            value.entries = offeredEntries(node, reach_);
+            entries = namesOf(value);
+            return ORVALIS_OK;
+        });
 }
 
 OResult GenicamNodeMap::getEntry(std::string_view name, std::string &entry)
 {
-    return withNode(name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        return readEntry(node, reach_, entry, failure);
-                    });
+    return withNode(
+        name, ORVALIS_NODE_ENUMERATION, Purpose::Read,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            return readEntry(node, reach_, entry, failure);
+        });
 }
 
 OResult GenicamNodeMap::setEnumeration(std::string_view name, std::string_view entry)
 {
-    return withNode(name, ORVALIS_NODE_ENUMERATION, Purpose::Write,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        return writeEnumeration(node, reach_, std::string(entry), failure);
-                    });
+    return withNode(
+        name, ORVALIS_NODE_ENUMERATION, Purpose::Write,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            return writeEnumeration(node, reach_, std::string(entry), failure);
+        });
 }
 
 OResult GenicamNodeMap::getText(std::string_view name, std::string &value)
@@ -438,10 +412,11 @@ OResult GenicamNodeMap::getText(std::string_view name, std::string &value)
 
 OResult GenicamNodeMap::setText(std::string_view name, std::string_view value)
 {
-    return withNode(name, ORVALIS_NODE_STRING, Purpose::Write,
-                    [&](ArvGcFeatureNode *node, Failure &failure) {
-                        return writeText(node, std::string(value), failure);
-                    });
+    return withNode(
+        name, ORVALIS_NODE_STRING, Purpose::Write,
+        [&](ArvGcFeatureNode *node, Failure &failure) {
+            return writeText(node, std::string(value), failure);
+        });
 }
 
 OResult GenicamNodeMap::execute(std::string_view name)
@@ -458,9 +433,8 @@ OResult GenicamNodeMap::execute(std::string_view name)
                 failure || name == resetCommand || timedOutCommands_.contains(name) || isDone(node);
             return ORVALIS_OK;
         });
-    if (!done) {
+    if (!done)
         awaitCommand(name);
-    }
     return result;
 }
 
@@ -482,10 +456,12 @@ void GenicamNodeMap::awaitCommand(std::string_view name)
         });
     }
     if (!done) {
-        withAnyNode(name, [&](ArvGcFeatureNode *, Failure &) {
-            timedOutCommands_.emplace(name);
-            return ORVALIS_OK;
-        });
+        withAnyNode(
+            name,
+            [&](ArvGcFeatureNode *, Failure &) {
+                timedOutCommands_.emplace(name);
+                return ORVALIS_OK;
+            });
     }
 }
 

@@ -71,15 +71,13 @@ public:
         setsockopt(socket_, SOL_SOCKET, SO_BROADCAST, &on, sizeof on);
         setsockopt(socket_, IPPROTO_IP, IP_PKTINFO, &on, sizeof on);
         const sockaddr_in any{AF_INET, 0, {INADDR_ANY}, {}};
-        if (bind(socket_, reinterpret_cast<const sockaddr *>(&any), sizeof any) != 0) {
+        if (bind(socket_, reinterpret_cast<const sockaddr *>(&any), sizeof any) != 0)
             close(std::exchange(socket_, -1));
-        }
     }
     ~DiscoverySocket()
     {
-        if (socket_ >= 0) {
+        if (socket_ >= 0)
             close(socket_);
-        }
     }
     DiscoverySocket(const DiscoverySocket &) = delete;
     DiscoverySocket &operator=(const DiscoverySocket &) = delete;
@@ -103,13 +101,11 @@ public:
     {
         Message message;
         const ssize_t size = recvmsg(socket_, &message.head, 0);
-        if (size < 0) {
+        if (size < 0)
             return false;
-        }
         found = parseAnnouncement({message.bytes.data(), static_cast<std::size_t>(size)});
-        if (found) {
+        if (found)
             found->interfaceIndex = message.interfaceIndex();
-        }
         return true;
     }
 
@@ -184,11 +180,10 @@ void add(std::vector<GigeAnnouncement> &cameras, GigeAnnouncement camera,
 {
     const auto known = std::find_if(cameras.begin(), cameras.end(),
                                     [&](const auto &other) { return isSameCamera(camera, other); });
-    if (known == cameras.end() && cameras.size() < maxCameras) {
+    if (known == cameras.end() && cameras.size() < maxCameras)
         cameras.push_back(std::move(camera));
-    } else if (known != cameras.end() && rank(camera, interfaces) < rank(*known, interfaces)) {
+    else if (known != cameras.end() && rank(camera, interfaces) < rank(*known, interfaces))
         *known = std::move(camera);
-    }
 }
 
 } // namespace
@@ -196,9 +191,8 @@ void add(std::vector<GigeAnnouncement> &cameras, GigeAnnouncement camera,
 std::optional<GigeAnnouncement> parseAnnouncement(std::span<const std::uint8_t> packet)
 {
     if (packet.size() < headSize + vendorField.at ||
-        !std::equal(discoveryAnswer.begin(), discoveryAnswer.end(), packet.begin())) {
+        !std::equal(discoveryAnswer.begin(), discoveryAnswer.end(), packet.begin()))
         return std::nullopt;
-    }
     Payload payload{}; // missing fields are empty
     const auto sent = packet.subspan(headSize, std::min(packet.size() - headSize, payloadSize));
     std::copy(sent.begin(), sent.end(), payload.begin());
@@ -220,18 +214,15 @@ std::vector<GigeAnnouncement> findGigeCameras(const std::vector<InterfaceAddress
     const Clock::time_point begin = Clock::now();
     // Send twice: a lost command is not resent.
     for (const auto limit : {begin + timeout / 4, begin + timeout}) {
-        for (const InterfaceAddress &interface : interfaces) {
-            if (interface.broadcasts) {
+        for (const InterfaceAddress &interface : interfaces)
+            if (interface.broadcasts)
                 socket.ask(interface);
-            }
-        }
         while (Clock::now() < limit) {
             std::optional<GigeAnnouncement> found;
-            if (!socket.next(found)) {
+            if (!socket.next(found))
                 socket.waitUntil(limit);
-            } else if (found) {
+            else if (found)
                 add(cameras, *std::move(found), interfaces);
-            }
         }
     }
     return cameras;

@@ -26,9 +26,8 @@ constexpr std::chrono::hours maxGracePeriod{1};
 bool isLoopback(ArvGvDevice *device)
 {
     GSocketAddress *address = arv_gv_device_get_interface_address(device);
-    if (address == nullptr || !G_IS_INET_SOCKET_ADDRESS(address)) {
+    if (address == nullptr || !G_IS_INET_SOCKET_ADDRESS(address))
         return false;
-    }
     return g_inet_address_get_is_loopback(
                g_inet_socket_address_get_address(G_INET_SOCKET_ADDRESS(address))) != FALSE;
 }
@@ -41,9 +40,8 @@ bool packetSocketAllowed()
 
 GigeTransport transportFor(ArvDevice *device)
 {
-    if (!ARV_IS_GV_DEVICE(device)) {
+    if (!ARV_IS_GV_DEVICE(device))
         return GigeTransport();
-    }
     // On loopback a packet socket often receives nothing.
     return isLoopback(ARV_GV_DEVICE(device)) ? GigeTransport(loopbackPacket)
                                              : GigeTransport(0, packetSocketAllowed());
@@ -61,12 +59,10 @@ std::string described(const GigeTransport &transport)
 
 bool GigeTransport::fallBack(Evidence evidence, Clock::time_point now)
 {
-    if (evidence == Evidence::SilentSocket) {
+    if (evidence == Evidence::SilentSocket)
         return std::exchange(packetSocket_, false);
-    }
-    if (packetSize_ == smallestPacket) {
+    if (packetSize_ == smallestPacket)
         return false;
-    }
     if (packetSize_ == best_) {
         const bool again = now < restored_ + gracePeriod_;
         gracePeriod_ = again ? std::min<Clock::duration>(gracePeriod_ * 2, maxGracePeriod)
@@ -79,9 +75,8 @@ bool GigeTransport::fallBack(Evidence evidence, Clock::time_point now)
 
 bool GigeTransport::restore(Clock::time_point now)
 {
-    if (packetSize_ == best_ || now < undamagedSince_ + gracePeriod_) {
+    if (packetSize_ == best_ || now < undamagedSince_ + gracePeriod_)
         return false;
-    }
     packetSize_ = best_;
     restored_ = now;
     return true;
@@ -94,9 +89,8 @@ GigeLink::GigeLink(ArvDevice *device)
 
 void GigeLink::apply(ArvDevice *device)
 {
-    if (!gige_) {
+    if (!gige_)
         return;
-    }
     ArvGvDevice *gige = ARV_GV_DEVICE(device);
     arv_gv_device_set_stream_options(gige, transport_.packetSocket()
                                                ? ARV_GV_STREAM_OPTION_NONE
@@ -113,18 +107,16 @@ void GigeLink::apply(ArvDevice *device)
 
 bool GigeLink::fallBack(GigeTransport::Evidence evidence)
 {
-    if (!gige_ || !transport_.fallBack(evidence, Clock::now())) {
+    if (!gige_ || !transport_.fallBack(evidence, Clock::now()))
         return false;
-    }
     debugPrint("packets are lost: using %s", described(transport_).c_str());
     return true;
 }
 
 bool GigeLink::restore()
 {
-    if (!transport_.restore(Clock::now())) {
+    if (!transport_.restore(Clock::now()))
         return false;
-    }
     negotiated_ = false;
     debugPrint("packets are no longer lost: using %s", described(transport_).c_str());
     return true;

@@ -51,9 +51,8 @@ bool reportsController(const Answer &answer)
 {
     const auto &bytes = answer.bytes;
     const unsigned status = bytes[0] * 256U + bytes[1];
-    if (answer.size >= 8 && (status == statusAccessDenied || status == statusBusy)) {
+    if (answer.size >= 8 && (status == statusAccessDenied || status == statusBusy))
         return true;
-    }
     return answer.size == bytes.size() && status == 0 &&
            std::equal(privilegeHead.begin(), privilegeHead.end(), bytes.begin() + 2) &&
            (bytes[11] & exclusiveOrControl) != 0;
@@ -72,12 +71,10 @@ int openSocket(const GigeRoute &route)
     const int on = 1;
     if (made >= 0 && sendThrough(made, route.interfaceIndex) &&
         setsockopt(made, IPPROTO_IP, IP_RECVERR, &on, sizeof on) == 0 &&
-        bind(made, reinterpret_cast<const sockaddr *>(&local), sizeof local) == 0) {
+        bind(made, reinterpret_cast<const sockaddr *>(&local), sizeof local) == 0)
         return made;
-    }
-    if (made >= 0) {
+    if (made >= 0)
         close(made);
-    }
     return -1;
 }
 
@@ -86,9 +83,8 @@ Answer ask(const GigeRoute &route, std::span<const std::uint8_t> question, int t
 {
     Answer answer;
     const int probe = openSocket(route);
-    if (probe < 0) {
+    if (probe < 0)
         return answer;
-    }
     const sockaddr_in camera = socketAddress(route.camera, gigeControlPort);
     pollfd event{probe, POLLIN, 0};
     if (sendto(probe, question.data(), question.size(), 0,
@@ -118,12 +114,10 @@ bool hasNoLink(const GigeRoute &route)
 
 const char *GigePresence::whyGone() const
 {
-    if (!route_) {
+    if (!route_)
         return nullptr;
-    }
-    if (hasNoLink(route_)) {
+    if (hasNoLink(route_))
         return "the network interface has no link";
-    }
     return ask(route_, discoveryProbe, refusalTimeout).kind == Answer::Kind::Refused
                ? "the camera's port is closed"
                : nullptr;
@@ -133,9 +127,8 @@ bool GigePresence::answers() const
 {
     for (int i = 0; i < maxQueries && !hasNoLink(route_); ++i) {
         const Answer answer = ask(route_, discoveryProbe, retryTimeout);
-        if (answer.kind != Answer::Kind::None) {
+        if (answer.kind != Answer::Kind::None)
             return answer.kind == Answer::Kind::Some;
-        }
     }
     return false;
 }

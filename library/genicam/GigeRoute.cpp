@@ -20,9 +20,8 @@ InitSocket s_initSocket = nullptr;
 gboolean initRoutedSocket(GInitable *socket, GCancellable *cancellable, GError **error)
 {
     const gboolean made = s_initSocket(socket, cancellable, error);
-    if (made && t_interface != 0 && g_socket_get_family(G_SOCKET(socket)) == G_SOCKET_FAMILY_IPV4) {
+    if (made && t_interface != 0 && g_socket_get_family(G_SOCKET(socket)) == G_SOCKET_FAMILY_IPV4)
         sendThrough(g_socket_get_fd(G_SOCKET(socket)), t_interface);
-    }
     return made;
 }
 
@@ -74,17 +73,14 @@ GigeRoute routeTo(in_addr_t camera, unsigned interfaceIndex,
 {
     bool onThisComputer = false;
     for (const InterfaceAddress &interface : interfaces) {
-        if (interface.index == interfaceIndex && interface.reaches(camera)) {
+        if (interface.index == interfaceIndex && interface.reaches(camera))
             return {interfaceIndex, interface.address, camera};
-        }
         onThisComputer =
             onThisComputer || (interface.index == interfaceIndex && interface.loopback);
     }
-    for (const InterfaceAddress &interface : interfaces) {
-        if (onThisComputer && interface.address == camera) {
+    for (const InterfaceAddress &interface : interfaces)
+        if (onThisComputer && interface.address == camera)
             return {interface.index, interface.address, camera};
-        }
-    }
     return {0, 0, camera};
 }
 
@@ -103,9 +99,8 @@ GPtr<ArvDevice> openThrough(const GigeRoute &route, Failure &failure)
 
 GigeRoute routeOf(ArvDevice *device)
 {
-    if (!ARV_IS_GV_DEVICE(device)) {
+    if (!ARV_IS_GV_DEVICE(device))
         return {};
-    }
     ArvGvDevice *gige = ARV_GV_DEVICE(device);
     GigeRoute route{GPOINTER_TO_UINT(g_object_get_data(G_OBJECT(device), interfaceKey)),
                     bytesOf(arv_gv_device_get_interface_address(gige)),

@@ -56,12 +56,10 @@ OResult nodeResult(int code)
 
 OResult Failure::result() const
 {
-    if (error_ == nullptr) {
+    if (error_ == nullptr)
         return ORVALIS_OK;
-    }
-    if (error_->domain == ARV_DEVICE_ERROR) {
+    if (error_->domain == ARV_DEVICE_ERROR)
         return deviceResult(error_->code);
-    }
     return error_->domain == ARV_GC_ERROR ? nodeResult(error_->code) : ORVALIS_ERROR_DEVICE;
 }
 

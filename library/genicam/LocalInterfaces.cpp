@@ -25,19 +25,16 @@ std::vector<InterfaceAddress> localInterfaces()
 {
     std::vector<InterfaceAddress> found;
     ifaddrs *first = nullptr;
-    if (getifaddrs(&first) != 0) {
+    if (getifaddrs(&first) != 0)
         return found;
-    }
     for (const ifaddrs *item = first; item != nullptr; item = item->ifa_next) {
         if (item->ifa_addr == nullptr || item->ifa_netmask == nullptr ||
-            item->ifa_addr->sa_family != AF_INET || (item->ifa_flags & IFF_UP) == 0) {
+            item->ifa_addr->sa_family != AF_INET || (item->ifa_flags & IFF_UP) == 0)
             continue;
-        }
         InterfaceAddress entry;
         entry.name = item->ifa_name;
-        if (const std::size_t colon = entry.name.find(':'); colon != std::string::npos) {
+        if (const std::size_t colon = entry.name.find(':'); colon != std::string::npos)
             entry.name.resize(colon); // label of an additional address: "eth0:1"
-        }
         entry.index = if_nametoindex(entry.name.c_str());
         entry.address = addressOf(item->ifa_addr);
         entry.mask = addressOf(item->ifa_netmask);

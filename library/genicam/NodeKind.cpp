@@ -49,11 +49,9 @@ std::vector<ArvGcFeatureNode *> entriesOf(ArvGcEnumeration *enumeration)
 {
     std::vector<ArvGcFeatureNode *> entries;
     for (ArvDomNode *child = arv_dom_node_get_first_child(ARV_DOM_NODE(enumeration));
-         child != nullptr; child = arv_dom_node_get_next_sibling(child)) {
-        if (ARV_IS_GC_ENUM_ENTRY(child)) {
+         child != nullptr; child = arv_dom_node_get_next_sibling(child))
+        if (ARV_IS_GC_ENUM_ENTRY(child))
             entries.push_back(ARV_GC_FEATURE_NODE(child));
-        }
-    }
     return entries;
 }
 
@@ -61,9 +59,8 @@ std::vector<ArvGcFeatureNode *> entriesOf(ArvGcEnumeration *enumeration)
 bool isOffered(ArvGcFeatureNode *entry, NodeReach &reach)
 {
     Failure failure;
-    if (!reach.isSound(entry, failure)) {
+    if (!reach.isSound(entry, failure))
         return true;
-    }
     const bool implemented = arv_gc_feature_node_is_implemented(entry, failure.slot()) || failure;
     return implemented &&
            (arv_gc_feature_node_is_available(entry, failure.slot()) != FALSE || failure);
@@ -74,9 +71,8 @@ bool isOffered(ArvGcFeatureNode *entry, NodeReach &reach)
 /// `failure`.
 bool isSilent(Failure &failure)
 {
-    if (failure.isSilence()) {
+    if (failure.isSilence())
         return true;
-    }
     failure.slot();
     return false;
 }
@@ -85,23 +81,18 @@ IntegerValue integerBounds(ArvGcInteger *integer, Failure &failure)
 {
     IntegerValue bounds;
     bounds.minimum = arv_gc_integer_get_min(integer, failure.slot());
-    if (failure) {
+    if (failure)
         bounds.minimum = std::numeric_limits<std::int64_t>::min();
-    }
-    if (isSilent(failure)) {
+    if (isSilent(failure))
         return bounds;
-    }
     bounds.maximum = arv_gc_integer_get_max(integer, failure.slot());
-    if (failure) {
+    if (failure)
         bounds.maximum = std::numeric_limits<std::int64_t>::max();
-    }
-    if (isSilent(failure)) {
+    if (isSilent(failure))
         return bounds;
-    }
     bounds.increment = arv_gc_integer_get_inc(integer, failure.slot());
-    if (failure || bounds.increment < 1) {
+    if (failure || bounds.increment < 1)
         bounds.increment = 1;
-    }
     isSilent(failure);
     return bounds;
 }
@@ -110,24 +101,19 @@ FloatValue floatBounds(ArvGcFloat *number, Failure &failure)
 {
     FloatValue bounds;
     bounds.minimum = arv_gc_float_get_min(number, failure.slot());
-    if (failure || std::isnan(bounds.minimum)) {
+    if (failure || std::isnan(bounds.minimum))
         bounds.minimum = std::numeric_limits<double>::lowest();
-    }
-    if (isSilent(failure)) {
+    if (isSilent(failure))
         return bounds;
-    }
     bounds.maximum = arv_gc_float_get_max(number, failure.slot());
-    if (failure || std::isnan(bounds.maximum)) {
+    if (failure || std::isnan(bounds.maximum))
         bounds.maximum = std::numeric_limits<double>::max();
-    }
-    if (isSilent(failure)) {
+    if (isSilent(failure))
         return bounds;
-    }
     bounds.increment = arv_gc_float_get_inc(number, failure.slot());
     // The engine returns the smallest positive number if there is no increment.
-    if (failure || !(bounds.increment > std::numeric_limits<double>::min())) {
+    if (failure || !(bounds.increment > std::numeric_limits<double>::min()))
         bounds.increment = 0;
-    }
     isSilent(failure);
     return bounds;
 }
@@ -137,9 +123,8 @@ FloatValue floatBounds(ArvGcFloat *number, Failure &failure)
 OResult writeEntry(ArvGcFeatureNode *enumeration, ArvGcEnumEntry *entry, Failure &failure)
 {
     const gint64 number = arv_gc_enum_entry_get_value(entry, failure.slot());
-    if (failure) {
+    if (failure)
         return ORVALIS_OK;
-    }
     for (const auto type : {ARV_GC_PROPERTY_NODE_TYPE_P_VALUE, ARV_GC_PROPERTY_NODE_TYPE_VALUE}) {
         if (ArvGcPropertyNode *value = propertyOf(ARV_GC_NODE(enumeration), type)) {
             arv_gc_property_node_set_int64(value, number, failure.slot());
@@ -163,27 +148,20 @@ std::int64_t roundedDown(std::int64_t value, const IntegerValue &bounds)
 ONodeType nodeType(ArvGcFeatureNode *node)
 {
     // The engine's enumerations and booleans are integers too, so the order matters.
-    if (ARV_IS_GC_CATEGORY(node)) {
+    if (ARV_IS_GC_CATEGORY(node))
         return ORVALIS_NODE_CATEGORY;
-    }
-    if (ARV_IS_GC_COMMAND(node)) {
+    if (ARV_IS_GC_COMMAND(node))
         return ORVALIS_NODE_COMMAND;
-    }
-    if (ARV_IS_GC_ENUMERATION(node)) {
+    if (ARV_IS_GC_ENUMERATION(node))
         return ORVALIS_NODE_ENUMERATION;
-    }
-    if (ARV_IS_GC_BOOLEAN(node)) {
+    if (ARV_IS_GC_BOOLEAN(node))
         return ORVALIS_NODE_BOOLEAN;
-    }
-    if (ARV_IS_GC_STRING(node)) {
+    if (ARV_IS_GC_STRING(node))
         return ORVALIS_NODE_STRING;
-    }
-    if (ARV_IS_GC_FLOAT(node)) {
+    if (ARV_IS_GC_FLOAT(node))
         return ORVALIS_NODE_FLOAT;
-    }
-    if (ARV_IS_GC_INTEGER(node)) {
+    if (ARV_IS_GC_INTEGER(node))
         return ORVALIS_NODE_INTEGER;
-    }
     return ARV_IS_GC_REGISTER(node) ? ORVALIS_NODE_REGISTER : ORVALIS_NODE_VALUE;
 }
 
@@ -193,13 +171,11 @@ NodeInfo describe(ArvGcFeatureNode *node)
     info.type = nodeType(node);
     info.visibility = visibilityOf(node);
     info.displayName = textOf(arv_gc_feature_node_get_display_name(node));
-    if (info.displayName.empty()) {
+    if (info.displayName.empty())
         info.displayName = textOf(arv_gc_feature_node_get_name(node));
-    }
     info.description = textOf(arv_gc_feature_node_get_description(node));
-    if (info.description.empty()) {
+    if (info.description.empty())
         info.description = textOf(arv_gc_feature_node_get_tooltip(node));
-    }
     info.unit = unitOf(node);
     return info;
 }
@@ -208,9 +184,8 @@ OResult readInteger(ArvGcFeatureNode *node, IntegerValue &value, Failure &failur
 {
     ArvGcInteger *integer = ARV_GC_INTEGER(node);
     const gint64 present = arv_gc_integer_get_value(integer, failure.slot());
-    if (failure) {
+    if (failure)
         return ORVALIS_OK;
-    }
     IntegerValue found = integerBounds(integer, failure);
     found.value = present;
     value = failure ? value : found;
@@ -221,12 +196,10 @@ OResult writeInteger(ArvGcFeatureNode *node, std::int64_t value, Failure &failur
 {
     ArvGcInteger *integer = ARV_GC_INTEGER(node);
     const IntegerValue bounds = integerBounds(integer, failure);
-    if (failure) {
+    if (failure)
         return ORVALIS_OK;
-    }
-    if (value < bounds.minimum || value > bounds.maximum) {
+    if (value < bounds.minimum || value > bounds.maximum)
         return ORVALIS_ERROR_OUT_OF_RANGE;
-    }
     arv_gc_integer_set_value(integer, roundedDown(value, bounds), failure.slot());
     return ORVALIS_OK;
 }
@@ -235,9 +208,8 @@ OResult readFloat(ArvGcFeatureNode *node, FloatValue &value, Failure &failure)
 {
     ArvGcFloat *number = ARV_GC_FLOAT(node);
     const double present = arv_gc_float_get_value(number, failure.slot());
-    if (failure) {
+    if (failure)
         return ORVALIS_OK;
-    }
     FloatValue found = floatBounds(number, failure);
     found.value = present;
     value = failure ? value : found;
@@ -248,12 +220,10 @@ OResult writeFloat(ArvGcFeatureNode *node, double value, Failure &failure)
 {
     ArvGcFloat *number = ARV_GC_FLOAT(node);
     const FloatValue bounds = floatBounds(number, failure);
-    if (failure) {
+    if (failure)
         return ORVALIS_OK;
-    }
-    if (!(value >= bounds.minimum && value <= bounds.maximum)) {
+    if (!(value >= bounds.minimum && value <= bounds.maximum))
         return ORVALIS_ERROR_OUT_OF_RANGE;
-    }
     arv_gc_float_set_value(number, value, failure.slot());
     return ORVALIS_OK;
 }
@@ -278,9 +248,8 @@ OResult readEntry(ArvGcFeatureNode *node, NodeReach &reach, std::string &name, F
 {
     ArvGcEnumeration *enumeration = ARV_GC_ENUMERATION(node);
     const gint64 present = arv_gc_enumeration_get_int_value(enumeration, failure.slot());
-    if (failure) {
+    if (failure)
         return ORVALIS_OK;
-    }
     std::string found;
     for (ArvGcFeatureNode *entry : entriesOf(enumeration)) {
         Failure ignored;
@@ -303,9 +272,8 @@ std::vector<EnumerationValue::Entry> offeredEntries(ArvGcFeatureNode *node, Node
     for (ArvGcFeatureNode *entry : entries) {
         Failure ignored;
         const gint64 number = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(entry), ignored.slot());
-        if (!ignored && (Clock::now() >= limit || isOffered(entry, reach))) {
+        if (!ignored && (Clock::now() >= limit || isOffered(entry, reach)))
             offered.push_back({textOf(arv_gc_feature_node_get_name(entry)), number});
-        }
     }
     return offered;
 }
@@ -315,15 +283,13 @@ OResult readEnumeration(ArvGcFeatureNode *node, NodeReach &reach, EnumerationVal
 {
     const gint64 present =
         arv_gc_enumeration_get_int_value(ARV_GC_ENUMERATION(node), failure.slot());
-    if (failure) {
+    if (failure)
         return ORVALIS_OK;
-    }
     EnumerationValue found;
     found.entries = offeredEntries(node, reach);
     const auto current = std::ranges::find(found.entries, present, &EnumerationValue::Entry::value);
-    if (current != found.entries.end()) {
+    if (current != found.entries.end())
         found.current = static_cast<int>(current - found.entries.begin());
-    }
     value = std::move(found);
     return ORVALIS_OK;
 }
@@ -332,12 +298,9 @@ OResult writeEnumeration(ArvGcFeatureNode *node, NodeReach &reach, const std::st
                          Failure &failure)
 {
     ArvGcEnumeration *enumeration = ARV_GC_ENUMERATION(node);
-    for (ArvGcFeatureNode *candidate : entriesOf(enumeration)) {
-        if (entry == textOf(arv_gc_feature_node_get_name(candidate)) &&
-            isOffered(candidate, reach)) {
+    for (ArvGcFeatureNode *candidate : entriesOf(enumeration))
+        if (entry == textOf(arv_gc_feature_node_get_name(candidate)) && isOffered(candidate, reach))
             return writeEntry(node, ARV_GC_ENUM_ENTRY(candidate), failure);
-        }
-    }
     return ORVALIS_ERROR_NOT_FOUND;
 }
 

@@ -66,11 +66,9 @@ bool canBe(std::uint64_t length, ArvGcRegister *node)
 void NodeReach::Cost::add(const Cost &other)
 {
     reads = std::min(reads + other.reads, maxReads + 1);
-    for (ArvGcRegister *node : other.sized) {
-        if (std::ranges::find(sized, node) == sized.end()) {
+    for (ArvGcRegister *node : other.sized)
+        if (std::ranges::find(sized, node) == sized.end())
             sized.push_back(node);
-        }
-    }
 }
 
 /// Calls body(linked node, property) for each link of a node and of the register that contains it.
@@ -78,28 +76,23 @@ template <class Body> void NodeReach::eachLink(ArvGcNode *node, Body body)
 {
     for (ArvDomNode *child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child != nullptr;
          child = arv_dom_node_get_next_sibling(child)) {
-        if (!ARV_IS_GC_PROPERTY_NODE(child) || linkOf(typeOf(child)) == Link::None) {
+        if (!ARV_IS_GC_PROPERTY_NODE(child) || linkOf(typeOf(child)) == Link::None)
             continue;
-        }
-        if (ArvGcNode *linked = arv_gc_property_node_get_linked_node(ARV_GC_PROPERTY_NODE(child))) {
+        if (ArvGcNode *linked = arv_gc_property_node_get_linked_node(ARV_GC_PROPERTY_NODE(child)))
             body(linked, typeOf(child));
-        }
     }
-    if (ArvGcNode *whole = registerOf(node); whole != node) {
+    if (ArvGcNode *whole = registerOf(node); whole != node)
         eachLink(whole, body);
-    }
 }
 
 NodeReach::Cost NodeReach::ownCost(ArvGcNode *node) const
 {
     ArvGcNode *whole = registerOf(node);
-    if (!ARV_IS_GC_REGISTER(whole)) {
+    if (!ARV_IS_GC_REGISTER(whole))
         return {};
-    }
     ArvGcRegister *const memory = ARV_GC_REGISTER(whole);
-    if (propertyOf(whole, ARV_GC_PROPERTY_NODE_TYPE_P_LENGTH) != nullptr) {
+    if (propertyOf(whole, ARV_GC_PROPERTY_NODE_TYPE_P_LENGTH) != nullptr)
         return {1, {memory}};
-    }
     Failure failure;
     const bool bad = propertyOf(whole, ARV_GC_PROPERTY_NODE_TYPE_LENGTH) != nullptr &&
                      !canBe(arv_gc_register_get_length(memory, failure.slot()), memory);
@@ -108,37 +101,31 @@ NodeReach::Cost NodeReach::ownCost(ArvGcNode *node) const
 
 NodeReach::Cost NodeReach::valueCost(ArvGcNode *node, unsigned depth)
 {
-    if (const auto known = values_.find(node); known != values_.end()) {
+    if (const auto known = values_.find(node); known != values_.end())
         return known->second;
-    }
-    if (depth > maxDepth) {
+    if (depth > maxDepth)
         return {maxReads + 1, {}};
-    }
     values_[node] = {maxReads + 1, {}}; // found again through a circular link
     Cost cost = ownCost(node);
     eachLink(node, [&](ArvGcNode *linked, ArvGcPropertyNodeType type) {
-        if (linkOf(type) == Link::Value) {
+        if (linkOf(type) == Link::Value)
             cost.add(valueCost(linked, depth + 1));
-        }
     });
     return values_[node] = cost;
 }
 
 NodeReach::Cost NodeReach::fullCost(ArvGcNode *node, unsigned depth)
 {
-    if (const auto known = whole_.find(node); known != whole_.end()) {
+    if (const auto known = whole_.find(node); known != whole_.end())
         return known->second;
-    }
     Cost cost = valueCost(node, depth);
-    if (cost.reads > maxReads) {
+    if (cost.reads > maxReads)
         return whole_[node] = cost;
-    }
     eachLink(node, [&](ArvGcNode *linked, ArvGcPropertyNodeType type) {
-        if (linkOf(type) == Link::State) {
+        if (linkOf(type) == Link::State)
             cost.add(valueCost(linked, depth + 1));
-        } else if (type == ARV_GC_PROPERTY_NODE_TYPE_P_VALUE) {
+        else if (type == ARV_GC_PROPERTY_NODE_TYPE_P_VALUE)
             cost.add(fullCost(linked, depth + 1)); // the engine reads its bounds as well
-        }
     });
     return whole_[node] = cost;
 }
@@ -146,9 +133,8 @@ NodeReach::Cost NodeReach::fullCost(ArvGcNode *node, unsigned depth)
 bool NodeReach::isSound(ArvGcFeatureNode *node, Failure &failure)
 {
     const Cost &cost = fullCost(ARV_GC_NODE(node), 0);
-    if (cost.reads > maxReads) {
+    if (cost.reads > maxReads)
         return false;
-    }
     return std::ranges::all_of(cost.sized, [&](ArvGcRegister *memory) {
         const std::uint64_t length = arv_gc_register_get_length(memory, failure.slot());
         return !failure && canBe(length, memory);
@@ -158,11 +144,9 @@ bool NodeReach::isSound(ArvGcFeatureNode *node, Failure &failure)
 ArvGcPropertyNode *propertyOf(ArvGcNode *node, ArvGcPropertyNodeType type)
 {
     for (ArvDomNode *child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child != nullptr;
-         child = arv_dom_node_get_next_sibling(child)) {
-        if (ARV_IS_GC_PROPERTY_NODE(child) && typeOf(child) == type) {
+         child = arv_dom_node_get_next_sibling(child))
+        if (ARV_IS_GC_PROPERTY_NODE(child) && typeOf(child) == type)
             return ARV_GC_PROPERTY_NODE(child);
-        }
-    }
     return nullptr;
 }
 

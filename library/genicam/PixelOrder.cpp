@@ -25,9 +25,8 @@ constexpr double decisiveRatio = 4;
 
 bool isOldBigEndian(ArvDevice *device)
 {
-    if (!ARV_IS_GV_DEVICE(device)) {
+    if (!ARV_IS_GV_DEVICE(device))
         return false;
-    }
     Failure failure;
     guint32 version = 0;
     guint32 mode = 0;
@@ -66,9 +65,8 @@ private:
 
 bool isDecisive(const Statistics &right, const Statistics &wrong, unsigned depth)
 {
-    if (right.fits(depth) != wrong.fits(depth)) {
+    if (right.fits(depth) != wrong.fits(depth))
         return right.fits(depth);
-    }
     return right.roughness() > 0 && right.roughness() * decisiveRatio < wrong.roughness();
 }
 
@@ -107,9 +105,8 @@ void PixelOrder::correct(RawImage &image)
 {
     const PixelFormat *format = mayBeBig_ ? findPixelFormat(image.pixelFormat) : nullptr;
     if (format == nullptr || format->packing != PixelPacking::Words ||
-        !(format->isMono() || format->isBayer())) {
+        !(format->isMono() || format->isBayer()))
         return;
-    }
     if (order_ == Order::Unknown) {
         Statistics little;
         Statistics big;
@@ -121,9 +118,8 @@ void PixelOrder::correct(RawImage &image)
             order_ = Order::Little;
         }
     }
-    if (order_ == Order::Big) {
+    if (order_ == Order::Big)
         swapBytes(image);
-    }
 }
 
 } // namespace orvalis

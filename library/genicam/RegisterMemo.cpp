@@ -28,14 +28,12 @@ ArvGcNode *addEpoch(ArvGc *genicam, ArvDomNode *root)
 
 RegisterMemo::RegisterMemo(ArvGc *genicam) : genicam_(genicam)
 {
-    if (genicam == nullptr) {
+    if (genicam == nullptr)
         return;
-    }
     auto *const root =
         ARV_DOM_NODE(arv_dom_document_get_document_element(ARV_DOM_DOCUMENT(genicam)));
-    if (root == nullptr) {
+    if (root == nullptr)
         return;
-    }
     invalidate(root);
     epoch_ = ARV_GC_INTEGER(addEpoch(genicam, root));
 }
@@ -48,25 +46,21 @@ void RegisterMemo::invalidate(ArvDomNode *node)
         appendText(genicam_, ARV_DOM_NODE(invalidator), epochName);
     }
     for (ArvDomNode *child = arv_dom_node_get_first_child(node); child != nullptr;
-         child = arv_dom_node_get_next_sibling(child)) {
-        if (ARV_IS_GC_NODE(child) && !ARV_IS_GC_PROPERTY_NODE(child)) {
+         child = arv_dom_node_get_next_sibling(child))
+        if (ARV_IS_GC_NODE(child) && !ARV_IS_GC_PROPERTY_NODE(child))
             invalidate(child); // registers may be in groups
-        }
-    }
 }
 
 void RegisterMemo::use()
 {
-    if (epoch_ != nullptr) {
+    if (epoch_ != nullptr)
         arv_gc_set_register_cache_policy(genicam_, ARV_REGISTER_CACHE_POLICY_ENABLE);
-    }
 }
 
 void RegisterMemo::stop()
 {
-    if (epoch_ != nullptr) {
+    if (epoch_ != nullptr)
         arv_gc_set_register_cache_policy(genicam_, ARV_REGISTER_CACHE_POLICY_DISABLE);
-    }
 }
 
 void RegisterMemo::forget()

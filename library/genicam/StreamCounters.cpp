@@ -42,18 +42,16 @@ void StreamCounters::bufferDone(bool complete)
 {
     const std::lock_guard lock(mutex_);
     ++framesDone_;
-    if (stream_ == nullptr || !ARV_IS_GV_STREAM(stream_)) {
+    if (stream_ == nullptr || !ARV_IS_GV_STREAM(stream_))
         return;
-    }
     const auto count = [this](const char *name) {
         return static_cast<std::int64_t>(arv_stream_get_info_uint64_by_name(stream_, name));
     };
     const std::int64_t before =
         std::exchange(received_, count("n_received_packets") - count("n_duplicated_packets") -
                                      count("n_ignored_packets") - count("n_error_packets"));
-    if (!complete) {
+    if (!complete)
         return;
-    }
     const std::int64_t ofFrame = received_ - before;
     longFrames_ += (ofFrame == packets_.longIds ? 1 : 0) - (ofFrame == packets_.shortIds ? 1 : 0);
     const std::int64_t packets = longFrames_ > 0 ? packets_.longIds : packets_.shortIds;
@@ -89,18 +87,16 @@ StreamCounters::Values StreamCounters::values() const
 {
     const std::lock_guard lock(mutex_);
     Values values = present();
-    for (std::size_t i = 0; i < values.size(); ++i) {
+    for (std::size_t i = 0; i < values.size(); ++i)
         values[i] -= offset_[i];
-    }
     return values;
 }
 
 StreamCounters::Values StreamCounters::present() const
 {
     Values values = counted_;
-    if (stream_ == nullptr) {
+    if (stream_ == nullptr)
         return values;
-    }
     guint64 completed = 0;
     guint64 failed = 0;
     guint64 underruns = 0;

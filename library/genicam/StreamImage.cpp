@@ -18,14 +18,11 @@ std::optional<guint> imagePart(ArvBuffer *buffer)
     const ArvBufferPayloadType type = arv_buffer_get_payload_type(buffer);
     if (type != ARV_BUFFER_PAYLOAD_TYPE_IMAGE &&
         type != ARV_BUFFER_PAYLOAD_TYPE_EXTENDED_CHUNK_DATA &&
-        type != ARV_BUFFER_PAYLOAD_TYPE_MULTIPART) {
+        type != ARV_BUFFER_PAYLOAD_TYPE_MULTIPART)
         return std::nullopt;
-    }
-    for (guint part = 0; part < arv_buffer_get_n_parts(buffer); ++part) {
-        if (arv_buffer_get_part_data_type(buffer, part) == ARV_BUFFER_PART_DATA_TYPE_2D_IMAGE) {
+    for (guint part = 0; part < arv_buffer_get_n_parts(buffer); ++part)
+        if (arv_buffer_get_part_data_type(buffer, part) == ARV_BUFFER_PART_DATA_TYPE_2D_IMAGE)
             return part;
-        }
-    }
     return std::nullopt;
 }
 
@@ -53,13 +50,11 @@ bool removePadding(RawImage &image, int padding)
     const std::size_t stride = row + static_cast<std::size_t>(padding);
     image.height =
         static_cast<std::uint32_t>(std::min<std::size_t>(image.height, image.size / stride));
-    if (bits % 8 != 0 || image.height == 0) {
+    if (bits % 8 != 0 || image.height == 0)
         return false;
-    }
     const auto rows = std::make_shared<std::vector<std::uint8_t>>(row * image.height);
-    for (std::size_t y = 0; y < image.height; ++y) {
+    for (std::size_t y = 0; y < image.height; ++y)
         std::memcpy(rows->data() + y * row, image.data + y * stride, row);
-    }
     image.data = rows->data();
     image.size = rows->size();
     image.owner = rows;
@@ -78,9 +73,8 @@ bool cutToLines(RawImage &image, std::size_t room)
         image.size = announced > 0 ? announced : image.size;
         return true;
     }
-    if (announced > room) {
+    if (announced > room)
         return false;
-    }
     const std::size_t line = std::size_t{format->bitsPerPixel} * image.width;
     image.height = static_cast<std::uint32_t>(image.size * 8 / line);
     return image.height > 0;
@@ -92,20 +86,17 @@ BufferContent contentOf(ArvBuffer *buffer, std::size_t room, RawImage &image)
 {
     const ArvBufferStatus status = arv_buffer_get_status(buffer);
     if (status == ARV_BUFFER_STATUS_TIMEOUT || status == ARV_BUFFER_STATUS_MISSING_PACKETS ||
-        status == ARV_BUFFER_STATUS_WRONG_PACKET_ID) {
+        status == ARV_BUFFER_STATUS_WRONG_PACKET_ID)
         return BufferContent::Damaged;
-    }
     const auto part = status == ARV_BUFFER_STATUS_SUCCESS ? imagePart(buffer) : std::nullopt;
     RawImage found;
-    if (!part || !announcedImage(buffer, *part, found)) {
+    if (!part || !announcedImage(buffer, *part, found))
         return BufferContent::Other;
-    }
     int paddingX = 0;
     int paddingY = 0;
     arv_buffer_get_part_padding(buffer, *part, &paddingX, &paddingY);
-    if ((paddingX > 0 && !removePadding(found, paddingX)) || !cutToLines(found, room)) {
+    if ((paddingX > 0 && !removePadding(found, paddingX)) || !cutToLines(found, room))
         return BufferContent::Other;
-    }
     image = std::move(found);
     return BufferContent::Image;
 }

@@ -47,13 +47,11 @@ double frameRate(ArvDevice *device)
 {
     Failure failure;
     for (const char *name : rateNodes) {
-        if (!ARV_IS_GC_FLOAT(arv_device_get_feature(device, name))) {
+        if (!ARV_IS_GC_FLOAT(arv_device_get_feature(device, name)))
             continue;
-        }
         const double rate = arv_device_get_float_feature_value(device, name, failure.slot());
-        if (!failure && std::isfinite(rate) && rate > 0) {
+        if (!failure && std::isfinite(rate) && rate > 0)
             return rate;
-        }
     }
     return 30;
 }
@@ -91,9 +89,8 @@ void setParametersLocked(ArvDevice *device, bool locked)
 /// The number of packets of a GigE Vision frame, leader and trailer included.
 StreamCounters::PacketsPerFrame packetsPerFrame(ArvDevice *device, std::size_t payload)
 {
-    if (!ARV_IS_GV_DEVICE(device)) {
+    if (!ARV_IS_GV_DEVICE(device))
         return {};
-    }
     Failure failure;
     const guint packet = arv_gv_device_get_packet_size(ARV_GV_DEVICE(device), failure.slot());
     const auto count = [&](guint overhead) -> std::int64_t {
@@ -138,11 +135,10 @@ void tuneGigeStream(ArvStream *stream, std::size_t payload)
 void BufferPool::giveBack(ArvBuffer *buffer)
 {
     const std::lock_guard lock(mutex_);
-    if (stream_) {
+    if (stream_)
         arv_stream_push_buffer(stream_.get(), buffer);
-    } else {
+    else
         g_object_unref(buffer);
-    }
 }
 
 void BufferPool::end()
@@ -163,9 +159,8 @@ OResult StreamSession::start(StreamUse use)
         const OResult result = link_.resultOf(failure);
         return result != ORVALIS_OK ? result : ORVALIS_ERROR_DEVICE;
     }
-    if (ARV_IS_UV_DEVICE(link_.device())) {
+    if (ARV_IS_UV_DEVICE(link_.device()))
         arv_uv_device_set_usb_mode(ARV_UV_DEVICE(link_.device()), usbMode);
-    }
     const SocketRouting routing(routeOf(link_.device()));
     GPtr<ArvStream> stream(
         arv_device_create_stream(link_.device(), onStreamEvent, this, failure.slot()));
@@ -182,21 +177,18 @@ OResult StreamSession::start(StreamUse use)
     }
     arv_device_execute_command(link_.device(), "AcquisitionStart", failure.slot());
     const OResult result = link_.resultOf(failure);
-    if (result != ORVALIS_OK && result != ORVALIS_ERROR_CONNECTION_LOST) {
+    if (result != ORVALIS_OK && result != ORVALIS_ERROR_CONNECTION_LOST)
         stopCamera(); // it may have started anyway, and its parameters are locked
-    }
     return result;
 }
 
 void StreamSession::makePool(GPtr<ArvStream> stream, std::size_t payload, unsigned buffers)
 {
-    if (ARV_IS_GV_STREAM(stream.get())) {
+    if (ARV_IS_GV_STREAM(stream.get()))
         tuneGigeStream(stream.get(), payload);
-    }
     payload_ = payload;
-    for (unsigned i = 0; i < buffers; ++i) {
+    for (unsigned i = 0; i < buffers; ++i)
         arv_stream_push_buffer(stream.get(), arv_buffer_new_allocate(payload));
-    }
     counters_.attach(stream.get(), packetsPerFrame(link_.device(), payload));
     pool_ = std::make_shared<BufferPool>(std::move(stream));
 }
@@ -224,9 +216,8 @@ void StreamSession::end()
 /// receives them too, and they stay there unread.
 bool StreamSession::hasSilentSocket()
 {
-    if (!isRunning() || !ARV_IS_GV_STREAM(pool_->stream())) {
+    if (!isRunning() || !ARV_IS_GV_STREAM(pool_->stream()))
         return false;
-    }
     const bool found =
         arv_stream_get_info_uint64_by_name(pool_->stream(), "n_received_packets") == 0 &&
         hasUnreadPackets(arv_gv_stream_get_port(ARV_GV_STREAM(pool_->stream())));
@@ -235,9 +226,8 @@ bool StreamSession::hasSilentSocket()
 
 bool StreamSession::take(RawImage &image)
 {
-    if (!isRunning()) {
+    if (!isRunning())
         return false;
-    }
     while (ArvBuffer *buffer = arv_stream_try_pop_buffer(pool_->stream())) {
         const BufferContent content = contentOf(buffer, payload_, image);
         if (content == BufferContent::Image) {
@@ -246,11 +236,10 @@ bool StreamSession::take(RawImage &image)
             imageFollowsDamage_ = std::exchange(damagedInARow_, 0) > 0;
             return true;
         }
-        if (content == BufferContent::Damaged && !unsupportedPayload_) {
+        if (content == BufferContent::Damaged && !unsupportedPayload_)
             ++damagedInARow_;
-        } else {
+        else
             countOther(arv_buffer_get_status(buffer));
-        }
         pool_->giveBack(buffer);
     }
     return false;
@@ -261,9 +250,8 @@ bool StreamSession::take(RawImage &image)
 void StreamSession::countOther(ArvBufferStatus status)
 {
     unsupportedPayload_ = unsupportedPayload_ || status == ARV_BUFFER_STATUS_CLEARED;
-    if (status == ARV_BUFFER_STATUS_CLEARED || status == ARV_BUFFER_STATUS_ABORTED) {
+    if (status == ARV_BUFFER_STATUS_CLEARED || status == ARV_BUFFER_STATUS_ABORTED)
         return;
-    }
     counters_.add(StreamCounters::OtherPayload);
 }
 

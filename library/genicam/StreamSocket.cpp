@@ -34,9 +34,8 @@ int socketAt(std::uint16_t port)
         const std::string name = entry.path().filename();
         int socket = -1;
         std::from_chars(name.data(), name.data() + name.size(), socket);
-        if (socket >= 0 && receivesAt(socket, port)) {
+        if (socket >= 0 && receivesAt(socket, port))
             return socket;
-        }
     }
     return -1;
 }

@@ -23,9 +23,8 @@ struct LongText {
 ArvGcRegister *registerOf(ArvGcFeatureNode *node)
 {
     ArvGcNode *source = ARV_GC_NODE(node);
-    while (source != nullptr && !ARV_IS_GC_REGISTER(source)) {
+    while (source != nullptr && !ARV_IS_GC_REGISTER(source))
         source = valueNodeOf(source);
-    }
     return source != nullptr ? ARV_GC_REGISTER(source) : nullptr;
 }
 
@@ -41,16 +40,13 @@ bool isInDevice(ArvGcRegister *memory)
 OResult locate(ArvGcFeatureNode *node, LongText &text, Failure &failure)
 {
     ArvGcRegister *const memory = registerOf(node);
-    if (memory == nullptr) {
+    if (memory == nullptr)
         return ORVALIS_OK;
-    }
     const std::uint64_t length = arv_gc_register_get_length(memory, failure.slot());
-    if (failure || length <= ORVALIS_TEXT_SIZE) {
+    if (failure || length <= ORVALIS_TEXT_SIZE)
         return ORVALIS_OK;
-    }
-    if (!isInDevice(memory)) {
+    if (!isInDevice(memory))
         return ORVALIS_ERROR_DEVICE;
-    }
     text.address = arv_gc_register_get_address(memory, failure.slot());
     text.device = arv_gc_get_device(arv_gc_node_get_genicam(ARV_GC_NODE(node)));
     return ORVALIS_OK;
@@ -62,9 +58,8 @@ OResult readText(ArvGcFeatureNode *node, std::string &text, Failure &failure)
 {
     LongText place;
     const OResult result = locate(node, place, failure);
-    if (result != ORVALIS_OK || failure) {
+    if (result != ORVALIS_OK || failure)
         return result;
-    }
     if (place.device == nullptr) {
         const std::string found =
             textOf(arv_gc_string_get_value(ARV_GC_STRING(node), failure.slot()));
@@ -73,9 +68,8 @@ OResult readText(ArvGcFeatureNode *node, std::string &text, Failure &failure)
     }
     std::array<char, ORVALIS_TEXT_SIZE> bytes{};
     arv_device_read_memory(place.device, place.address, bytes.size(), bytes.data(), failure.slot());
-    if (!failure) {
+    if (!failure)
         text.assign(bytes.begin(), std::ranges::find(bytes, '\0'));
-    }
     return ORVALIS_OK;
 }
 
@@ -84,14 +78,12 @@ OResult writeText(ArvGcFeatureNode *node, const std::string &text, Failure &fail
     ArvGcString *string = ARV_GC_STRING(node);
     LongText place;
     const OResult result = locate(node, place, failure);
-    if (result != ORVALIS_OK || failure) {
+    if (result != ORVALIS_OK || failure)
         return result;
-    }
     if (place.device != nullptr) {
         std::array<char, ORVALIS_TEXT_SIZE + wordSize> bytes{};
-        if (text.size() >= ORVALIS_TEXT_SIZE) {
+        if (text.size() >= ORVALIS_TEXT_SIZE)
             return ORVALIS_ERROR_OUT_OF_RANGE;
-        }
         std::ranges::copy(text, bytes.begin());
         const std::size_t size = (text.size() / wordSize + 1) * wordSize; // with a NUL
         arv_device_write_memory(place.device, place.address, static_cast<guint32>(size),
@@ -99,9 +91,8 @@ OResult writeText(ArvGcFeatureNode *node, const std::string &text, Failure &fail
         return ORVALIS_OK;
     }
     const gint64 longest = arv_gc_string_get_max_length(string, failure.slot());
-    if (!failure && longest > 0 && text.size() > static_cast<std::uint64_t>(longest)) {
+    if (!failure && longest > 0 && text.size() > static_cast<std::uint64_t>(longest))
         return ORVALIS_ERROR_OUT_OF_RANGE;
-    }
     arv_gc_string_set_value(string, text.c_str(), failure.slot());
     return ORVALIS_OK;
 }

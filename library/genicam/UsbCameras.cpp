@@ -56,9 +56,8 @@ std::uint8_t userNameIndexIn(const std::string &descriptors)
     for (std::size_t at = 0; at + 2 < descriptors.size();) {
         const auto size = static_cast<unsigned char>(descriptors[at]);
         if (size >= infoSize && at + size <= descriptors.size() &&
-            descriptors[at + 1] == infoType && descriptors[at + 2] == infoSubtype) {
+            descriptors[at + 1] == infoType && descriptors[at + 2] == infoSubtype)
             return static_cast<std::uint8_t>(descriptors[at + userNameAt]);
-        }
         at += std::max<std::size_t>(size, 2);
     }
     return 0;
@@ -104,9 +103,8 @@ std::string utf8(const std::uint8_t *bytes, std::size_t size)
     std::string text;
     for (std::size_t at = 2; at + 1 < size; at += 2) {
         const unsigned code = bytes[at] | unsigned{bytes[at + 1]} << 8;
-        if (code == 0) {
+        if (code == 0)
             break;
-        }
         const auto put = [&](unsigned byte) { text += static_cast<char>(byte); };
         if (code < 0x80) {
             put(code);
@@ -132,9 +130,8 @@ std::vector<UsbCamera> pluggedUsbCameras(const fs::path &devices, const fs::path
         // "1-2:1.0" is an interface of the device "1-2".
         const std::string name = entry.path().filename();
         const std::size_t colon = name.find(':');
-        if (colon != std::string::npos && isControlInterface(entry.path())) {
+        if (colon != std::string::npos && isControlInterface(entry.path()))
             cameras.push_back(cameraAt(devices / name.substr(0, colon), entry.path(), nodes));
-        }
     }
     return cameras;
 }
@@ -144,12 +141,10 @@ const UsbCamera *usbCameraOf(const CameraRecord &camera, const std::vector<UsbCa
     const UsbCamera *found = nullptr;
     int ofThatNumber = 0;
     for (const UsbCamera &candidate : plugged) {
-        if (candidate.serialNumber != camera.serialNumber) {
+        if (candidate.serialNumber != camera.serialNumber)
             continue;
-        }
-        if (candidate.vendor == camera.vendor && candidate.model == camera.model) {
+        if (candidate.vendor == camera.vendor && candidate.model == camera.model)
             return &candidate;
-        }
         found = &candidate;
         ++ofThatNumber;
     }
@@ -159,21 +154,18 @@ const UsbCamera *usbCameraOf(const CameraRecord &camera, const std::vector<UsbCa
 
 OResult usbRefusal(const UsbCamera *camera, OResult otherwise)
 {
-    if (camera == nullptr) {
+    if (camera == nullptr)
         return ORVALIS_ERROR_NOT_FOUND;
-    }
-    if (!camera->permitted) {
+    if (!camera->permitted)
         return ORVALIS_ERROR_ACCESS_DENIED;
-    }
     return camera->claimed ? ORVALIS_ERROR_BUSY : otherwise;
 }
 
 std::string userNameOf(const UsbCamera &camera)
 {
     const int file = camera.userNameIndex != 0 ? open(camera.node.c_str(), O_RDWR | O_CLOEXEC) : -1;
-    if (file < 0) {
+    if (file < 0)
         return {};
-    }
     std::array<std::uint8_t, 255> bytes{};
     usbdevfs_ctrltransfer request{};
     request.bRequestType = 0x80;                                                 // from the device

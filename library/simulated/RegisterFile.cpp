@@ -91,10 +91,9 @@ void RegisterFile::setFactoryValues()
                 setNumber(spec, spec.address + 4 * i, spec.range.initial);
     }
     setWord(address::kLineMode + 4 * kOutputLine, 1);
-    if (model_.color) { // the sensor is most sensitive to green
+    if (model_.color) // the sensor is most sensitive to green
         for (std::uint32_t c = 0; c < 3; ++c)
             setReal(address::kBalanceRatio + 4 * c, kNeutralRatio[c]);
-    }
     updateDerived();
 }
 

@@ -127,8 +127,8 @@ void paintLinePairs(Painter &painter)
 
 void paintLamp(Painter &painter)
 {
-    painter.fill(0.53, 0.05, 0.57, 0.05 + 0.04 * painter.aspect(),
-                 [](double, double) { return gray(2.0); });
+    painter.fill(
+        0.53, 0.05, 0.57, 0.05 + 0.04 * painter.aspect(), [](double, double) { return gray(2.0); });
 }
 
 std::vector<Plane> paintVisible(const CameraModel &model)
@@ -139,7 +139,8 @@ std::vector<Plane> paintVisible(const CameraModel &model)
     paintStar(painter);
     paintLinePairs(painter);
     paintLamp(painter);
-    painter.fill(0, 0.66, 1, 0.80, [](double, double) { return gray(0.26); });
+    painter.fill(
+        0, 0.66, 1, 0.80, [](double, double) { return gray(0.26); });
     painter.fill(0.04, 0.84, 0.96, 0.94, [](double u, double) { return gray((u - 0.04) / 0.92); });
     return painter.take();
 }
@@ -157,14 +158,16 @@ std::vector<Plane> paintThermal(const CameraModel &model)
         {0.55, 0.15, 0.30, 0.01, 0.35},                                  // a pipe
     };
     Painter painter(model);
-    painter.fill(0, 0, 1, 1, [&](double u, double v) {
-        double heat = 0.12 + 0.06 * v;
-        for (const Warmth &spot : kSpots) {
-            const double dx = (u - spot.u) / spot.width, dy = (v - spot.v) / spot.height;
-            heat += spot.amount * std::exp(-0.5 * (dx * dx + dy * dy));
-        }
-        return gray(heat);
-    });
+    painter.fill(
+        0, 0, 1, 1,
+        [&](double u, double v) {
+            double heat = 0.12 + 0.06 * v;
+            for (const Warmth &spot : kSpots) {
+                const double dx = (u - spot.u) / spot.width, dy = (v - spot.v) / spot.height;
+                heat += spot.amount * std::exp(-0.5 * (dx * dx + dy * dy));
+            }
+            return gray(heat);
+        });
     painter.fill(0.04, 0.86, 0.96, 0.94, [](double u, double) { return gray((u - 0.04) / 0.92); });
     return painter.take();
 }

@@ -21,7 +21,8 @@ std::uint8_t visibilityOf(const NodeSpec &spec)
 
 OResult SimulatedNodes::presence(OResult otherwise)
 {
-    return camera_.look(session_, [&](const RegisterFile &, bool) { return otherwise; });
+    return camera_.look(
+        session_, [&](const RegisterFile &, bool) { return otherwise; });
 }
 
 const NodeSpec *SimulatedNodes::find(std::string_view name, ONodeType type, OResult &result)
@@ -87,15 +88,16 @@ OResult SimulatedNodes::info(std::string_view name, NodeInfo &info)
 
 OResult SimulatedNodes::getInteger(std::string_view name, IntegerValue &value)
 {
-    return read(name, ORVALIS_NODE_INTEGER,
-                [&](const RegisterFile &r, const NodeSpec &spec, std::uint32_t address) {
-                    const Range range = r.bounds(spec, address);
-                    value = {.value = static_cast<std::int64_t>(r.number(spec, address)),
-                             .minimum = static_cast<std::int64_t>(range.minimum),
-                             .maximum = static_cast<std::int64_t>(range.maximum),
-                             .increment = std::max<std::int64_t>(
-                                 1, static_cast<std::int64_t>(range.increment))};
-                });
+    return read(
+        name, ORVALIS_NODE_INTEGER,
+        [&](const RegisterFile &r, const NodeSpec &spec, std::uint32_t address) {
+            const Range range = r.bounds(spec, address);
+            value = {.value = static_cast<std::int64_t>(r.number(spec, address)),
+                     .minimum = static_cast<std::int64_t>(range.minimum),
+                     .maximum = static_cast<std::int64_t>(range.maximum),
+                     .increment =
+                         std::max<std::int64_t>(1, static_cast<std::int64_t>(range.increment))};
+        });
 }
 
 OResult SimulatedNodes::setInteger(std::string_view name, std::int64_t value)
@@ -105,14 +107,15 @@ OResult SimulatedNodes::setInteger(std::string_view name, std::int64_t value)
 
 OResult SimulatedNodes::getFloat(std::string_view name, FloatValue &value)
 {
-    return read(name, ORVALIS_NODE_FLOAT,
-                [&](const RegisterFile &r, const NodeSpec &spec, std::uint32_t address) {
-                    const Range range = r.bounds(spec, address);
-                    value = {.value = r.number(spec, address),
-                             .minimum = range.minimum,
-                             .maximum = range.maximum,
-                             .increment = range.increment};
-                });
+    return read(
+        name, ORVALIS_NODE_FLOAT,
+        [&](const RegisterFile &r, const NodeSpec &spec, std::uint32_t address) {
+            const Range range = r.bounds(spec, address);
+            value = {.value = r.number(spec, address),
+                     .minimum = range.minimum,
+                     .maximum = range.maximum,
+                     .increment = range.increment};
+        });
 }
 
 OResult SimulatedNodes::setFloat(std::string_view name, double value)
@@ -122,10 +125,11 @@ OResult SimulatedNodes::setFloat(std::string_view name, double value)
 
 OResult SimulatedNodes::getBoolean(std::string_view name, bool &value)
 {
-    return read(name, ORVALIS_NODE_BOOLEAN,
-                [&](const RegisterFile &r, const NodeSpec &, std::uint32_t address) {
-                    value = r.flag(address);
-                });
+    return read(
+        name, ORVALIS_NODE_BOOLEAN,
+        [&](const RegisterFile &r, const NodeSpec &, std::uint32_t address) {
+            value = r.flag(address);
+        });
 }
 
 OResult SimulatedNodes::setBoolean(std::string_view name, bool value)
@@ -135,15 +139,16 @@ OResult SimulatedNodes::setBoolean(std::string_view name, bool value)
 
 OResult SimulatedNodes::getEnumeration(std::string_view name, EnumerationValue &value)
 {
-    return read(name, ORVALIS_NODE_ENUMERATION,
-                [&](const RegisterFile &r, const NodeSpec &spec, std::uint32_t address) {
-                    value = {};
-                    for (const EntrySpec &entry : spec.entries) {
-                        if (entry.value == r.word(address))
-                            value.current = static_cast<int>(value.entries.size());
-                        value.entries.push_back({std::string(entry.name), entry.value});
-                    }
-                });
+    return read(
+        name, ORVALIS_NODE_ENUMERATION,
+        [&](const RegisterFile &r, const NodeSpec &spec, std::uint32_t address) {
+            value = {};
+            for (const EntrySpec &entry : spec.entries) {
+                if (entry.value == r.word(address))
+                    value.current = static_cast<int>(value.entries.size());
+                value.entries.push_back({std::string(entry.name), entry.value});
+            }
+        });
 }
 
 OResult SimulatedNodes::setEnumeration(std::string_view name, std::string_view entry)

@@ -113,7 +113,7 @@ QString stateOf(Bench &bench)
     if (!bench.window().isAcquiring())
         return box + (bench.isOpen() ? QStringLiteral("open") : QStringLiteral("closed"));
     return box + (bench.waitForPictures(1, cellPatienceMs) ? QStringLiteral("plays")
-                                                      : QStringLiteral("plays, no picture"));
+                                                           : QStringLiteral("plays, no picture"));
 }
 
 QString waitingOf(const Waits &waits)

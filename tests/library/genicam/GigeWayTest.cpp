@@ -129,7 +129,8 @@ TEST_F(GigeTransports, aSilentPacketSocketIsDetected)
         orvalis::StreamSession session(link, counters, order);
         const auto lock = link.acquire();
         ASSERT_EQ(session.start(orvalis::StreamUse::Continuous), ORVALIS_OK);
-        EXPECT_FALSE(session.hasSilentSocket() || session.hasSilentSocket()) << "no packet has arrived";
+        EXPECT_FALSE(session.hasSilentSocket() || session.hasSilentSocket())
+            << "no packet has arrived";
         camera_->sendFrame();
         RawImage image;
         bool whole = false;
