@@ -38,6 +38,18 @@ protected:
         }
     }
 
+    void startAndLosePackets()
+    {
+        ASSERT_EQ(device_->startStream(), ORVALIS_OK);
+        expectPictures(3, 1050, 1001);
+        const auto before = camera_->packetsLost();
+        camera_->faults.losesPerMillion = 10000; // more than one packet of a frame
+        while (camera_->packetsLost() < before + 12)
+            expectPictures(1, 1050, 1001);
+        camera_->faults.losesPerMillion = 0;
+        expectPictures(20, 1050, 1001);
+    }
+
     std::unique_ptr<RigCamera> camera_;
     std::unique_ptr<Device> device_;
 };
@@ -156,16 +168,21 @@ TEST_F(GigePayload, lostPacketsWithLongBlockIdsAreCounted)
     open({.offersResend = false});
     camera_->faults.extendedIds = true;
     setSize(1050, 1001); // with short headers, the frame would need one packet less
-    ASSERT_EQ(device_->startStream(), ORVALIS_OK);
-    expectPictures(3, 1050, 1001);
-    camera_->faults.losesPerMillion = 10000; // more than one packet of a frame
-    while (camera_->packetsLost() < 12) {
-        expectPictures(1, 1050, 1001);
-    }
-    camera_->faults.losesPerMillion = 0;
-    expectPictures(20, 1050, 1001);
-    EXPECT_EQ(counted("StreamMissingPacketCount"), static_cast<long>(camera_->packetsLost()));
-    device_->stopStream();
+    // Where the machine pauses the camera for longer than Aravis waits for a packet, packets that
+    // are only late count as well. A wrong count of packets for each frame is wrong every time.
+    const auto countsWhatWasLost = [&] {
+        const auto before = static_cast<long>(camera_->packetsLost());
+        startAndLosePackets();
+        const long lost = static_cast<long>(camera_->packetsLost()) - before;
+        const long found = counted("StreamMissingPacketCount");
+        device_->stopStream();
+        return found == lost;
+    };
+    constexpr int attempts = 5;
+    int attempt = 0;
+    while (attempt < attempts && !HasFatalFailure() && !countsWhatWasLost())
+        ++attempt;
+    EXPECT_LT(attempt, attempts);
 }
 
 TEST_F(GigePayload, skippedFrameNumbersAreNoFailure)

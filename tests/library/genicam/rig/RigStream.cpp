@@ -128,6 +128,10 @@ RigFrame RigStream::nextFrame() const
 void RigStream::sendOne()
 {
     RigFrame frame = nextFrame();
+    {
+        const std::lock_guard lock(mutex_);
+        ++framesSent_; // before its packets: a test may look as soon as the frame has arrived
+    }
     frame.pixels = slope(frame, faults_.bigEndianPixels);
     Packets packets = packetsOf(frame, memory_.at(RigAddress::packetSize) & 0xFFFF);
     for (const auto &packet : packets) {
@@ -143,7 +147,6 @@ void RigStream::sendOne()
     if (kept_.size() > maxKeptFrames) {
         kept_.pop_front();
     }
-    ++framesSent_;
     isFirst_ = false;
     const unsigned every = faults_.skipsFrameEvery;
     number_ += every != 0 && framesSent_ % every == 0 ? 2 : 1;
