@@ -49,7 +49,6 @@ bool isAvailable(NodeMap &nodes, std::string_view name)
 
 OResult readEntry(NodeMap &nodes, std::string_view name, std::string &entry)
 {
-    entry.clear();
     return ignoreMissing(nodes.getEntry(name, entry));
 }
 

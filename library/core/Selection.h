@@ -77,8 +77,8 @@ bool isAvailable(NodeMap &nodes, std::string_view name);
 /// True if the camera has the node, usable at present or not.
 bool hasNode(NodeMap &nodes, std::string_view name);
 
-/// Reads the name of an enumeration's present entry; empty for a camera that lacks the node or
-/// denies access to it.
+/// Reads the name of an enumeration's present entry into `entry`, which stays as it is for a camera
+/// that lacks the node or denies access to it.
 OResult readEntry(NodeMap &nodes, std::string_view name, std::string &entry);
 
 /// Likewise; empty after any failure.
