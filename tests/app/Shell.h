@@ -239,7 +239,14 @@ private:
 
 inline QRgb gray(int value) { return qRgb(value, value, value); }
 
-/// Delivers until the frame is on show.
+/// Processes events, and those that they cause.
+inline void settle()
+{
+    for (int round = 0; round < 10; ++round)
+        QCoreApplication::processEvents();
+}
+
+/// Delivers the frame until it is displayed.
 inline bool shows(const Shell &shell, Frame &frame, QRgb colour)
 {
     return QTest::qWaitFor([&] {

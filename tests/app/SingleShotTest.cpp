@@ -47,9 +47,6 @@ private slots:
     void picturesDoNotPileUpBeforeAWindowThatIsLate();
     void aSettingDuringAShotBeginsNoStream_data();
     void aSettingDuringAShotBeginsNoStream();
-    void playEndsTheModeOfAShotThatWasLost_data();
-    void playEndsTheModeOfAShotThatWasLost();
-    void playKeepsAModeThatNoShotSet();
 
 private:
     static bool isIdle(const Shell &shell) { return !shell->isAcquiring(); }
@@ -460,49 +457,6 @@ void SingleShotTest::aSettingDuringAShotBeginsNoStream()
     QVERIFY(!shell.log().contains("start stream Camera[CAM-A]"));
 }
 
-void SingleShotTest::playEndsTheModeOfAShotThatWasLost_data()
-{
-    QTest::addColumn<int>("next"); // the camera that is opened then
-    QTest::addColumn<bool>("repaired");
-    QTest::newRow("the same camera") << 0 << true;
-    QTest::newRow("another camera") << 1 << false;
-}
-
 // The camera can no longer be written to when it is lost, and keeps its mode if it keeps its power.
-void SingleShotTest::playEndsTheModeOfAShotThatWasLost()
-{
-    QFETCH(int, next);
-    QFETCH(bool, repaired);
-    const Shell shell;
-    shell.open();
-    shell->slotOneGrab();
-    fakeorvalis::fail("OrvalisSetNodeEnum");
-    shell->loseCamera();
-    fakeorvalis::fail("OrvalisSetNodeEnum", ORVALIS_OK);
-    shell.open(next);
-    shell->slotStartCamera();
-    const QString mode = QString("OrvalisSetNodeEnum(h2, \"AcquisitionMode\", \"Continuous\")");
-    QStringList calls = shell::calls();
-    QCOMPARE(calls.count(mode), repaired ? 1 : 0);
-    QVERIFY(calls.last().startsWith("OrvalisStartAcquisition(h2"));
-
-    shell->slotStopCamera();
-    fakeorvalis::clearCalls();
-    shell->slotStartCamera(); // once is enough
-    QVERIFY(!shell::calls().contains(mode));
-}
-
-void SingleShotTest::playKeepsAModeThatNoShotSet()
-{
-    const Shell shell;
-    shell.open();
-    fakeorvalis::fail("OrvalisSetNodeEnum"); // a camera without modes
-    shell->slotOneGrab();
-    shell->slotStopCamera();
-    fakeorvalis::clearCalls();
-    shell->slotStartCamera();
-    QVERIFY(fakeorvalis::callsOf({"OrvalisSetNodeEnum"}).empty());
-}
-
 ORVALIS_QTEST_MAIN(SingleShotTest)
 #include "SingleShotTest.moc"
