@@ -95,15 +95,22 @@ void LibraryTest::TearDown()
     }
 }
 
-std::string LibraryTest::cameraId()
+bool eventually(const std::function<bool()> &done)
 {
     const auto deadline = std::chrono::steady_clock::now() + kFrameTimeout;
-    std::string id = findCamera();
-    while (id.empty() && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(50ms); // there is no notification: poll
-        id = findCamera();
+    while (!done()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(50ms);
     }
-    EXPECT_FALSE(id.empty()) << "no camera to test with";
+    return true;
+}
+
+std::string LibraryTest::cameraId()
+{
+    std::string id;
+    EXPECT_TRUE(eventually([&] { return !(id = findCamera()).empty(); }))
+        << "no camera to test with";
     return id;
 }
 

@@ -48,6 +48,9 @@ private:
     bool inside_ = false;
 };
 
+/// Polls until `done` returns true, for 30 s at most. For what has no notification.
+bool eventually(const std::function<bool()> &done);
+
 /// The initialised library, without an open camera.
 class LibraryTest : public testing::Test {
 protected:

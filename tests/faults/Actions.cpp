@@ -203,7 +203,8 @@ void armed(Bench &bench)
 {
     playing(bench);
     bench.armSaving(QStringLiteral("RAW"));
-    (void)bench.waitForPictures(3, callMs);
+    // Not for images: those of frames before the arming may still be queued.
+    (void)waitFor([&] { return !bench.files().isEmpty(); }, callMs);
 }
 
 void stopAndCloseArmed(Bench &bench)
