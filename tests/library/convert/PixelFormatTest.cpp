@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <set>
+#include <string>
 
 using namespace std::string_view_literals;
 using orvalis::findPixelFormat;
@@ -35,6 +36,22 @@ TEST_P(KnownFormat, hasTheSizeInItsCode)
     ASSERT_NE(format, nullptr);
     EXPECT_EQ(format->bitsPerPixel, GetParam().code >> 16 & 0xFF);
     EXPECT_EQ(format->hasDirectColor(), GetParam().code >> 24 == 2);
+}
+
+/// The last number of a PFNC name: "YCbCr601_422_8" has 8 bits, "RGBa10p" 10. Only "YUV8_UYV" and
+/// the names of GigE Vision have text behind it.
+unsigned bitsInName(std::string_view name)
+{
+    const std::size_t last = name.find_last_of("0123456789");
+    const std::size_t begin = name.find_last_not_of("0123456789", last) + 1;
+    return static_cast<unsigned>(std::stoul(std::string(name.substr(begin, last + 1 - begin))));
+}
+
+TEST_P(KnownFormat, hasTheDepthInItsName)
+{
+    const PixelFormat *format = findPixelFormat(GetParam().code);
+    ASSERT_NE(format, nullptr);
+    EXPECT_EQ(format->depth, bitsInName(format->name));
 }
 
 INSTANTIATE_TEST_SUITE_P(

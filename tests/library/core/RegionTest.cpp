@@ -180,6 +180,12 @@ TEST_F(RegionTest, sensorSizeHasOtherNamesToo)
     for (const char *name : {"WidthMax", "HeightMax"})
         nodes_.nodes.erase(name);
     EXPECT_EQ(get().maxWidth, kSensorWidth) << "from the bounds of the width";
+    set({128, 64, 640, 480, 0, 0});
+    EXPECT_EQ(get().maxWidth, kSensorWidth - 128) << "the bound excludes the offset";
+    nodes_.nodes["OffsetX"].value = 640; // a camera whose bounds are late
+    nodes_.nodes["Width"].maximum = 640;
+    EXPECT_EQ(get().maxWidth, 640 + 640) << "never smaller than the region";
+    nodes_.nodes["OffsetX"].value = 0;
     nodes_.nodes["SensorWidth"] = integerNode(2000, 0, 4000);
     nodes_.nodes["SensorHeight"] = integerNode(1000, 0, 4000);
     EXPECT_EQ(get().maxWidth, 2000);
