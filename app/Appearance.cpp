@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Corrections to the desktop's colours, where these leave something hard to read or to see.
+// Corrections to desktop colours that make texts unreadable or borders invisible.
 #include "app/Appearance.h"
 
 #include <QApplication>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr double readable = 3.5; ///< contrast of a disabled text
 constexpr double visible = 3.0;  ///< contrast of a border
-constexpr int shares = 20;       ///< steps from one colour to the other
+constexpr int mixSteps = 20;     ///< steps from one colour to the other
 
 double linear(double channel)
 {
@@ -36,11 +36,12 @@ QColor mixed(const QColor &from, const QColor &to, double share)
                             part(from.blueF(), to.blueF()));
 }
 
-/// The first colour on the way from `from` to `to` that stands out from `background` enough.
-QColor standingOut(const QColor &from, const QColor &to, const QColor &background, double contrast)
+/// The first mix on the way from `from` to `to` that has this contrast with `background`.
+QColor mixedForContrast(const QColor &from, const QColor &to, const QColor &background,
+                        double contrast)
 {
-    for (int step = 0; step < shares; ++step) {
-        QColor colour = mixed(from, to, double(step) / shares);
+    for (int step = 0; step < mixSteps; ++step) {
+        QColor colour = mixed(from, to, double(step) / mixSteps);
         if (contrastOf(colour, background) >= contrast)
             return colour;
     }
@@ -55,14 +56,13 @@ constexpr TextOn texts[] = {{QPalette::WindowText, QPalette::Window},
                             {QPalette::Text, QPalette::Base},
                             {QPalette::ButtonText, QPalette::Button}};
 
-/// Corrects the application's colours each time that Qt takes them from the desktop. A palette
-/// given to the application would stay when the desktop changes.
+/// Corrects the application's colours whenever Qt reads them from the desktop. A palette set on the
+/// application would override later changes of the desktop.
 ///
-/// Fusion makes borders of the window's colour by darkening it, which leaves nothing of them on
-/// black.
+/// Fusion draws borders in a darkened window colour, which makes them invisible on black.
 class ReadableStyle : public QProxyStyle {
 public:
-    /// @param base the style to correct; becomes this one's own
+    /// @param base the style to correct; this style takes ownership
     explicit ReadableStyle(QStyle *base)
         : QProxyStyle(base), m_borders(base->objectName() == QLatin1String("fusion"))
     {
@@ -105,7 +105,7 @@ private:
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->setPen(
-            standingOut(window, option.palette.color(QPalette::WindowText), window, visible));
+            mixedForContrast(window, option.palette.color(QPalette::WindowText), window, visible));
         painter->setBrush(Qt::NoBrush);
         painter->drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), radius,
                                  radius);
@@ -130,8 +130,8 @@ QPalette withReadableDisabledTexts(QPalette colours)
         const QColor background = colours.color(QPalette::Disabled, role.background);
         if (contrastOf(text, background) < readable) {
             colours.setColor(QPalette::Disabled, role.text,
-                             standingOut(text, colours.color(QPalette::Active, role.text),
-                                         background, readable));
+                             mixedForContrast(text, colours.color(QPalette::Active, role.text),
+                                              background, readable));
         }
     }
     return colours;

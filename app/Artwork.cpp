@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures of the form in the sizes that are sharp where they are shown.
+// Icons and logo of the form in the resolution at which they are displayed.
 #include "app/Artwork.h"
 
 #include <QAction>

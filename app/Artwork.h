@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Pictures of the form in the sizes that are sharp where they are shown.
+// Icons and logo of the form in the resolution at which they are displayed.
 #pragma once
 
 #include <QPixmap>
 
 class QAction;
 
-/// Adds the drawing for 20 pixels that exists of the icon `name` ("camera-open") to the action's
-/// icon, which has one for 32 pixels alone. Icons of a desktop's theme stay as they are.
+/// Adds the 20-pixel variant of the icon `name`, such as "camera-open", to the icon of `action`,
+/// which has only one for 32 pixels. Icons of a desktop theme stay unchanged.
 void addToolBarSize(QAction *action, const QString &name);
 
-/// The picture shown until a camera streams.
+/// The image displayed until a camera streams.
 /// @param devicePixelRatio of the screen; the logical size is the same for all
 QPixmap logoFor(qreal devicePixelRatio);

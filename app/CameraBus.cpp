@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Asks the camera library which cameras are on the bus.
+// Queries the camera library for the cameras on the bus.
 #include "app/CameraBus.h"
 
 #include <algorithm>
@@ -8,14 +8,14 @@
 
 namespace {
 
-/// More cameras than any bus has; a count beyond it is an error of the library's.
-constexpr std::uint32_t mostCameras = 1024;
+/// More cameras than any bus has; a larger count is an error of the library.
+constexpr std::uint32_t maxCameras = 1024;
 
 std::uint32_t cameraCount()
 {
     std::uint32_t count = 0;
     (void)OrvalisNumberOfCameras(&count);
-    return std::min(count, mostCameras);
+    return std::min(count, maxCameras);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Passes over the bus: which cameras are there, and whether the one opened last has left.
+// Discovery passes: list the cameras on the bus, and detect the loss of the one opened last.
 #include "app/CameraFinder.h"
 
 #include <QCoreApplication>
@@ -43,7 +43,7 @@ bool CameraFinder::isAttached()
     return m_listener.context != nullptr;
 }
 
-// Works on this object alone, as the window may be destroyed during any call of the library.
+// Uses no member of the window, which may be destroyed during any call of the library.
 void CameraFinder::run()
 {
     if (!isAttached())

@@ -12,7 +12,7 @@ CameraList::CameraList(QWidget *parent)
     ui->setupUi(this);
     setFocusProxy(ui->listWidget);
     ui->listWidget->installEventFilter(this);
-    chooseNone();
+    clearCurrent();
 }
 
 CameraList::~CameraList() = default;
@@ -36,7 +36,7 @@ void CameraList::openCurrent()
         emit sigOpenCamera(currentCameraIdx());
 }
 
-QStringList CameraList::shownNames() const
+QStringList CameraList::listedNames() const
 {
     QStringList names;
     for (int row = 0; row < ui->listWidget->count(); ++row)
@@ -46,8 +46,8 @@ QStringList CameraList::shownNames() const
 
 void CameraList::slotUpdateCameraList(QStringList names)
 {
-    // A list that has not changed stays: a double-click ends on the entry that it began on.
-    if (names != shownNames()) {
+    // Keep an unchanged list: a double-click must end on the item on which it began.
+    if (names != listedNames()) {
         ui->listWidget->clear();
         ui->listWidget->addItems(names);
     }
@@ -55,12 +55,11 @@ void CameraList::slotUpdateCameraList(QStringList names)
     if (!m_bOpened && ui->listWidget->count() > 1)
         ui->listWidget->setCurrentRow(0);
     else
-        chooseNone();
+        clearCurrent();
 }
 
-/// Set in this way, "none" stays when the list gets the focus, which else makes the first row
-/// current.
-void CameraList::chooseNone() { ui->listWidget->setCurrentIndex({}); }
+/// Makes no row current. Otherwise the list makes its first row current when it gets the focus.
+void CameraList::clearCurrent() { ui->listWidget->setCurrentIndex({}); }
 
 void CameraList::slotCameraOpened(bool opened)
 {

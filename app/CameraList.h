@@ -24,14 +24,13 @@ public:
     int currentCameraIdx() const;
 
 public slots:
-    /// Shows `names` in place of what was listed. Selects the first of several while no camera is
-    /// open.
+    /// Replaces the listed names. Selects the first row if there are several and no camera is open.
     void slotUpdateCameraList(QStringList names);
-    /// While a camera is open no other can be picked.
+    /// Disables the list while a camera is open.
     void slotCameraOpened(bool opened);
 
 signals:
-    /// The user wants the camera of row `index` opened.
+    /// The user requests to open the camera of row `index`.
     void sigOpenCamera(int index);
 
 private slots:
@@ -42,8 +41,8 @@ protected:
 
 private:
     void openCurrent();
-    void chooseNone();
-    QStringList shownNames() const;
+    void clearCurrent();
+    QStringList listedNames() const;
 
     std::unique_ptr<Ui::CameraList> ui;
     bool m_bOpened = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The wait for frames that are still to be written when the window has closed.
+// Waits for pending save tasks after the window has closed.
 #include "app/ExitNotice.h"
 
 #include "capture/SaveLimiter.h"

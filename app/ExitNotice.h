@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The wait for frames that are still to be written when the window has closed.
+// Waits for pending save tasks after the window has closed.
 #pragma once
 
 class SaveLimiter;
 
-/// Returns when every frame is written, or the user gives up. A wait of more than a moment shows a
-/// message, as the disk may never answer, and lets events through. GUI thread.
+/// Returns when every frame is saved, or when the user gives up. After 1.5 s it displays a message,
+/// since the disk may never respond, and processes events from then on. GUI thread.
 void awaitSaves(SaveLimiter &limiter);

@@ -1,25 +1,25 @@
 // SPDX-License-Identifier: MIT
-// What the window tells its user in each situation, in words and not by colours alone.
+// Texts that guide the user in each situation.
 #pragma once
 
-/// Where the user stands on the way from a start to a live image.
+/// The situations between the start of the program and a live image, as the user sees them.
 enum class Situation {
     NoCamera,      ///< nothing is on the bus
     CameraLost,    ///< the open camera has left the bus
     OneNotOpen,    ///< a single camera is listed, not preselected and not open
     NotOpen,       ///< several cameras are listed, none is open
-    NotStarted,    ///< a camera is open and has shown nothing yet
+    NotStarted,    ///< a camera is open and no image has been displayed yet
     NoPanel,       ///< the same, and the camera has no control panel
     Stopped,       ///< the last image is still displayed
     NoFrameYet,    ///< started, and no frame has arrived
     Live,          ///< frames arrive
-    LiveAndSaving, ///< and are saved
+    LiveAndSaving, ///< frames arrive and are saved
 };
 
 /// Texts of one situation.
 struct Guidance {
-    const char *status; ///< for the status bar, where the zoom of an image follows; never empty
-    const char *title;  ///< in place of an image, one line; empty where an image is displayed
+    const char *status; ///< for the status bar, before the zoom of an image; never empty
+    const char *title;  ///< one line in place of an image; empty while an image is displayed
     const char *detail; ///< below the title
 };
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The dock that lists what happened, with time stamps.
+// The dock that lists log messages with time stamps.
 #include "app/LogStatus.h"
 
 #include "ui_LogStatus.h"
 
 namespace {
 
-constexpr int mostLines = 1000;
+constexpr int maxLines = 1000;
 
 } // namespace
 
@@ -14,7 +14,7 @@ LogStatus::LogStatus(QWidget *parent) : QDockWidget(parent), ui(std::make_unique
 {
     ui->setupUi(this);
     setFocusProxy(ui->listWidget);
-    ui->listWidget->setTextElideMode(Qt::ElideNone); // long lines are scrolled to
+    ui->listWidget->setTextElideMode(Qt::ElideNone); // long lines scroll instead
 }
 
 LogStatus::~LogStatus() = default;
@@ -23,7 +23,7 @@ QString LogStatus::logLine(const QDateTime &time, const QString &message)
 {
     const QDate date = time.date();
     const QTime clock = time.time();
-    // Kept: the year stands in place of the day as well, and no number is padded.
+    // Deliberate: the year also replaces the day, and no number is padded.
     const QString year = QString::number(date.year());
     return QStringLiteral("[%1-%2-%3 %4:%5:%6.%7] %8")
         .arg(year, QString::number(date.month()), year, QString::number(clock.hour()),
@@ -34,7 +34,7 @@ QString LogStatus::logLine(const QDateTime &time, const QString &message)
 void LogStatus::slotTraceLog(QString message)
 {
     const QDateTime now = QDateTime::currentDateTime();
-    if (ui->listWidget->count() > mostLines)
+    if (ui->listWidget->count() > maxLines)
         ui->listWidget->clear();
     ui->listWidget->addItem(logLine(now, message));
     ui->listWidget->scrollToBottom();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The dock that lists what happened, with time stamps.
+// The dock that lists log messages with time stamps.
 #pragma once
 
 #include <QDateTime>
@@ -23,7 +23,7 @@ public:
     static QString logLine(const QDateTime &time, const QString &message);
 
 public slots:
-    /// Appends a line. With more than 1000 lines the list starts over.
+    /// Appends a line. A list with more than 1000 lines is cleared first.
     void slotTraceLog(QString message);
 
 private:

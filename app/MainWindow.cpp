@@ -35,7 +35,7 @@ void showAndRaise(QWidget *widget, bool show)
     widget->raise();
 }
 
-/// The keyboard goes where the user wants to look.
+/// A dock that the user shows gets the keyboard focus.
 void showDock(QDockWidget *dock, bool show)
 {
     showAndRaise(dock, show);
@@ -56,7 +56,7 @@ MainWindow::MainWindow(QWidget *parent)
     ui->setupUi(this);
     m_view.attach(ui->graphicsView);
     (void)OrvalisInit();
-    sharpenIcons();
+    addToolBarIcons();
     assignDockCorners();
     connectCameraActions();
     createLogDock();
@@ -79,17 +79,17 @@ MainWindow::MainWindow(QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    leaveDiscovery();
+    stopDiscovery();
     (void)OrvalisUninit();
     slotCloseCamera();
     enter(SessionStep::Exiting);
-    endPoolTasks();
+    awaitPoolTasks();
     ui.reset();
     frameQueue.clear();
     g_inst = nullptr;
 }
 
-void MainWindow::sharpenIcons()
+void MainWindow::addToolBarIcons()
 {
     addToolBarSize(ui->actionExit, QStringLiteral("window-close"));
     addToolBarSize(ui->actionOpen, QStringLiteral("camera-open"));
@@ -97,7 +97,7 @@ void MainWindow::sharpenIcons()
     addToolBarSize(ui->actionRegisterAccess_2, QStringLiteral("camera-register"));
 }
 
-/// The log needs little width and the docks at the sides need all the height they can get.
+/// The log needs little width; the docks at the sides need the full height.
 void MainWindow::assignDockCorners()
 {
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -152,7 +152,7 @@ void MainWindow::createControlDock()
     m_pCameraCtrl = new CameraCtrl(this);
     m_pCameraCtrl->setStreamControl(this);
     m_pCameraCtrl->hide();
-    m_pCameraCtrl->widget()->setEnabled(false); // until it has a camera
+    m_pCameraCtrl->widget()->setEnabled(false); // until a camera is open
     addDockWidget(Qt::RightDockWidgetArea, m_pCameraCtrl);
     connect(m_pCameraCtrl->toggleViewAction(), SIGNAL(triggered(bool)), this,
             SLOT(slotShowCameraCtrl(bool)));
@@ -190,7 +190,8 @@ void MainWindow::connectRemainingActions()
     connect(ui->actionZoom100, SIGNAL(triggered()), this, SLOT(slotZoom100()));
     connect(ui->actionZoomIN, SIGNAL(triggered()), this, SLOT(slotZoomIn()));
     connect(ui->actionZoomOUT, SIGNAL(triggered()), this, SLOT(slotZoomOut()));
-    // Deliberate: direct, as a queued event for each frame would take memory in the callback.
+    // Deliberate: a direct connection. A queued event for each frame would allocate memory in the
+    // callback.
     connect(this, SIGNAL(sigStatusBar(int, double, double)), this,
             SLOT(slotStatusBar(int, double, double)), Qt::DirectConnection);
 }
@@ -205,7 +206,7 @@ void MainWindow::createStatusLabels()
 void MainWindow::createGuidance()
 {
     ui->graphicsView->setAccessibleName(tr("Image"));
-    ui->graphicsView->setBackgroundRole(QPalette::Window); // quieter around an image than white
+    ui->graphicsView->setBackgroundRole(QPalette::Window); // distracts less than white
     m_pHint = new HintLabel(ui->graphicsView);
     const auto *scale = new ScaleWatch(ui->graphicsView);
     connect(scale, &ScaleWatch::sigScaleChanged, this, &MainWindow::updateGuidance,
@@ -217,20 +218,20 @@ void MainWindow::createGuidance()
             updateGuidance();
         });
     connect(ui->actionSave, &QAction::toggled, m_pHint, [this] { updateGuidance(); });
-    // A menu under the mouse clears the message.
+    // Qt clears the message when the mouse moves over a menu.
     connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString &message) {
         if (message.isEmpty())
             updateGuidance();
     });
 }
 
-void MainWindow::endPoolTasks()
+void MainWindow::awaitPoolTasks()
 {
-    hide(); // the window would not answer while the rest is saved
+    hide(); // the window does not respond during the waits
     m_bOneGrabDone = true;
     m_grabPool.waitForDone();
     awaitSaves(m_saver.limiter());
-    endDiscovery();
+    awaitDiscovery();
 }
 
 void MainWindow::slotExit()
@@ -248,7 +249,7 @@ void MainWindow::init_graphics_view(bool streaming)
     m_view.renewScene(this);
     const QGraphicsPixmapItem *item = m_pixmapItem;
     QCoreApplication::processEvents();
-    // An event may have brought another scene.
+    // An event may have replaced the scene.
     if (!streaming && m_pixmapItem == item)
         m_pixmapItem->setPixmap(logoFor(devicePixelRatioF()));
 }
@@ -257,7 +258,7 @@ void MainWindow::slotDisplayFrame(QPixmap pixmap)
 {
     if (!m_bStreaming)
         return;
-    // The signal is connected once more by every single shot, so one frame may come many times.
+    // Every single shot connects the signal again, so one frame may arrive several times.
     const bool cross = ui->actionDrawCenter->isChecked();
     if (m_view.showFrame(pixmap, cross ? std::optional(m_cross) : std::nullopt))
         updateGuidance();
@@ -311,5 +312,5 @@ void MainWindow::slotAccessRegister()
     if (m_pAccessRegister == nullptr)
         return;
     showAndRaise(m_pAccessRegister, true);
-    m_pAccessRegister->activateWindow(); // to be typed into, also if it was visible before
+    m_pAccessRegister->activateWindow(); // gives it the focus even if it was visible already
 }

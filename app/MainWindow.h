@@ -42,15 +42,15 @@ namespace Ui {
 class MainWindow;
 }
 
-/// Slots run on the GUI thread; of the other functions those say so that do not. There is one
-/// window at a time. Its constructor initialises the camera library, its destructor uninitialises
-/// it.
+/// Functions run on the GUI thread unless their comment names another. Only one window exists at a
+/// time. The constructor initialises the camera library, the destructor uninitialises it.
 class MainWindow : public QMainWindow, public StreamControl {
     Q_OBJECT
 
 public:
     explicit MainWindow(QWidget *parent = nullptr);
-    /// Waits for frames that are still to be saved, and at most three seconds for discovery.
+    /// Waits for pending save tasks until the user gives up, and at most three seconds for
+    /// discovery.
     ~MainWindow() override;
 
     bool isStreaming() const override { return m_session.isLive(); }
@@ -60,13 +60,13 @@ public:
     void pausePreview() override;
     void resumePreview() override;
 
-    /// Bytes of frames that wait to be written to disk. Any thread.
+    /// Bytes of frames queued for saving. Any thread.
     std::size_t bytesToSave() const { return m_saver.limiter().taken(); }
 
-    /// One discovery pass. Any thread; returns 0.
+    /// Runs one discovery pass. Any thread; returns 0.
     int DiscoveryProc();
 
-    /// Closes the open camera, which has left the bus, and says so.
+    /// Closes the open camera after it has left the bus, and displays the loss.
     void loseCamera();
 
     /// Enables and disables actions: stage 0 camera opened or closed, 1 right after an open, any
@@ -76,13 +76,13 @@ public:
 signals:
     /// The display names of all cameras on the bus, in its order.
     void sigUpdateCameraList(QStringList names);
-    /// A camera was opened, or the open one was closed.
+    /// A camera was opened (true) or closed (false).
     void sigCameraOpened(bool opened);
     /// An image to display, without the cross. From the display thread and from the delivery
     /// thread.
     void sigDisplayFrame(QPixmap pixmap);
-    /// The same with all bits of the frame, for whatever reads pixels. From the same threads.
-    /// Connect queued; frames are skipped while the GUI thread is late.
+    /// The same image with all bits of the frame, for code that reads samples. From the same
+    /// threads. Connect queued; frames are skipped while the GUI thread is late.
     void sigPicture(PicturePtr picture);
     /// A line for the log. From any thread.
     void sigTraceLog(QString message);
@@ -95,32 +95,34 @@ public slots:
     void slotStopCamera() override;
     /// Takes one frame and stops; does nothing without a camera or while it streams.
     void slotOneGrab();
-    /// Ends the single shot, with its frame or without.
+    /// Ends the single shot, whether or not its frame has arrived.
     void slotFinishedGrab();
-    /// Arms or disarms saving: the next displayed frames are written as the control panel says.
+    /// Arms or disarms saving: the next displayed frames are saved with the options of the control
+    /// panel.
     void slotSaveImg(bool checked);
-    /// Displays the image, with the cross if that is on, while a stream or a single shot runs.
+    /// Displays the image while a stream or a single shot runs, with the centre cross if it is
+    /// enabled.
     void slotDisplayFrame(QPixmap pixmap);
-    /// Displays the figures of sigStatusBar(). On any other thread than the GUI's it leaves them
-    /// for the next refresh, without an allocation.
+    /// Displays the figures of sigStatusBar(). On any thread but the GUI thread, stores them for
+    /// the next refresh without an allocation. Any thread.
     void slotStatusBar(int kind, double a, double b);
 
     /// @param[out] count cameras found; may be null
     void slotRefreshCamera(int *count = nullptr);
-    /// Starts a discovery pass on the pool, unless too many have not come back yet.
+    /// Starts a discovery pass on the pool, unless too many are pending or no file descriptor is
+    /// left.
     void OnTimer();
-    /// @param index of the camera, -1 for the one that is current in the list
+    /// @param index of the camera, -1 for the current row of the list
     void slotOpenCamera(int index = -1);
-    /// Stops the stream and closes the camera. Without a camera it brings the actions up to date
-    /// and logs the close all the same.
+    /// Stops the stream and closes the camera. Without a camera it still updates the actions and
+    /// logs the close.
     void slotCloseCamera();
     /// Asks the user, then restarts the camera and closes it.
     void slotResetCamera();
 
     /// Closes the camera and ends the program.
     void slotExit();
-    /// Shows a dock in front of those that it shares its place with, and gives it the focus; false
-    /// does nothing.
+    /// Shows and raises the dock and gives it the focus; does nothing if `show` is false.
     void slotShowCameraList(bool show = true);
     /// @copydoc slotShowCameraList
     void slotShowXMLCtrl(bool show = true);
@@ -128,28 +130,28 @@ public slots:
     void slotShowCameraCtrl(bool show = true);
     /// @copydoc slotShowCameraList
     void slotShowLogStatus(bool show = true);
-    /// Shows the versions.
+    /// Shows the about dialog.
     void slotShowAboutDlg();
     /// Shows or hides the dialog of the centre cross.
     void slotShowDrawCenterDlg(bool show);
-    /// Takes width, in pixels of the image, and colour of the centre cross.
+    /// Sets width, in pixels of the image, and colour of the centre cross.
     void slotCenterValue(int width, QColor color);
     /// Shows the register dialog of the open camera; does nothing before the first open.
     void slotAccessRegister();
-    /// One step nearer; the image is not fitted to the window any more.
+    /// Zooms in by one step and stops fitting the image to the window.
     void slotZoomIn();
-    /// One step back; the image is not fitted to the window any more.
+    /// Zooms out by one step and stops fitting the image to the window.
     void slotZoomOut();
-    /// Shows the image at 100 %, and fits it to the window with every frame from the next one on.
+    /// Displays the image at 100 %; from the next frame on, fits it to the window.
     void slotZoomFit();
-    /// One pixel of the image for one of the screen.
+    /// Displays the image at 100 % and stops fitting it to the window.
     void slotZoom100();
 
 private:
     friend void OneGrabThread(void *mainWindow);
 
     // Construction, in the order of the calls.
-    void sharpenIcons();
+    void addToolBarIcons();
     void assignDockCorners();
     void connectCameraActions();
     void createLogDock();
@@ -162,9 +164,9 @@ private:
     void createGuidance();
     void startDiscovery();
     // Destruction.
-    void leaveDiscovery();
-    void endDiscovery();
-    void endPoolTasks();
+    void stopDiscovery();
+    void awaitDiscovery();
+    void awaitPoolTasks();
 
     // View.
     void init_graphics_view(bool streaming);
@@ -172,10 +174,10 @@ private:
     // Guidance.
     Situation situation() const;
     void updateGuidance();
-    void streamBegins();
+    void startGracePeriod();
 
     // Connection.
-    /// Takes a step of the session, which its table must allow.
+    /// Takes a step of the session. Logs a warning if the table refuses it.
     void enter(SessionStep next);
     void closeCamera(SessionStep afterwards);
     void cameraOpened(const CameraId &id);
@@ -190,22 +192,23 @@ private:
     // Stream and single shot.
     static void callback_imgrecv(OImageFrame *frame); ///< delivery thread
     static void callback_oneGrab(OImageFrame *frame); ///< delivery thread
-    /// Hands the frame to the window, if there is one, and keeps exceptions from the library.
+    /// Passes the frame to `handle` of the window, if there is one. Catches exceptions, which must
+    /// not reach the library.
     static void receive(OImageFrame *frame, void (MainWindow::*handle)(OImageFrame *)) noexcept;
     void frameReceived(OImageFrame *frame);    ///< delivery thread
     void oneFrameReceived(OImageFrame *frame); ///< delivery thread
-    bool showOneFrame(OImageFrame *frame);     ///< delivery thread; false if it cannot be shown
+    bool displayOneFrame(OImageFrame *frame);  ///< delivery thread; false if it is not displayed
     void waitForOneGrab();                     ///< pool thread
     void DisplayThread();                      ///< body of m_displayThread
     void displayIfPossible(const PublishedFrame &frame, PictureMaker *maker); ///< display thread
     void displayFrame(const PublishedFrame &frame, PictureMaker *maker);      ///< display thread
-    bool guiIsLate() const;                       ///< too many images wait for the GUI thread
+    bool guiIsLate() const;                       ///< too many images are pending in it
     void sendToScreen(const PicturePtr &picture); ///< display thread, delivery thread of a shot
     SaveOptions saveOptions() const;              ///< display thread
     void saveIfArmed(const Picture &picture);     ///< display thread
     void readStreamFormat();
     StreamInfo streamInfo() const { return {m_sizeInfo, m_pixelFormat, m_sensorPixelFormat, 0}; }
-    /// @return false if the start is not to go on
+    /// @return false if an event during the call cancelled or replaced the start
     bool prepareStart();
     void cancelStart();
     bool startDisplaying();
@@ -232,31 +235,31 @@ private:
 
     OCameraHandle m_hCamera = nullptr;
     CameraId m_szCameraID{};         ///< of the camera opened last; kept after a close
-    unsigned m_nConnection = 0;      ///< number of opens so far, tells one connection from the next
-    unsigned m_nStops = 0;           ///< number of stops so far, also while nothing streamed
-    QString m_singleFrameCamera;     ///< ID of the camera that a shot left in its mode, or empty
-    OSizeInfo m_sizeInfo{};          ///< written only while no thread streams
+    unsigned m_nConnection = 0;      ///< number of opens so far; identifies a connection
+    unsigned m_nStops = 0;           ///< calls of slotStopCamera() so far
+    QString m_singleFrameCamera;     ///< ID of the camera that a shot set to its mode, or empty
+    OSizeInfo m_sizeInfo{};          ///< written only while nothing is acquired
     std::uint32_t m_pixelFormat = 0; ///< PFNC code of frames, likewise
     std::uint32_t m_sensorPixelFormat = 0; ///< PFNC code that the camera is set to, likewise
     PixelMeaning m_meaning;                ///< of the format, likewise
 
     // Shared with the delivery, display and pool threads.
     SessionState m_session;
-    const SessionQuestion m_bStreaming{m_session, &SessionState::isAcquiring};
+    const SessionQuery m_bStreaming{m_session, &SessionState::isAcquiring};
     FrameHub m_hub;
     std::atomic<std::uint64_t> &m_u64FrameCount{m_hub.count()};
-    std::atomic<std::size_t> m_pendingDisplayBytes{0}; ///< pixmaps that the GUI has not seen yet
+    std::atomic<std::size_t> m_pendingDisplayBytes{0}; ///< images in the GUI thread's queue
     std::atomic<bool> m_bOneGrabDone{false};
     std::atomic<unsigned> m_nGrabRun{0}; ///< number of single shots so far
     FrameSaver m_saver{[this] { return saveOptions(); }};
     SaveRequest &m_bSaveRequest{m_saver.request()};
-    LatestFrame frameQueue; ///< a tap of the hub: what the display thread takes
-    QThreadPool m_grabPool; ///< one thread for the wait of a single shot, which saves never hold up
+    LatestFrame frameQueue; ///< a tap of the hub, read by the display thread
+    QThreadPool m_grabPool; ///< one thread for single shots, independent of save tasks
     const std::shared_ptr<CameraFinder> m_finder = std::make_shared<CameraFinder>();
 
     bool m_bNUCCamera = false;
-    int m_nCameras = 0;         ///< in the list
-    QElapsedTimer m_sinceStart; ///< of the stream
+    int m_nCameras = 0;         ///< number of cameras in the list
+    QElapsedTimer m_sinceStart; ///< since the acquisition started
 
     PictureView m_view;
     bool &m_bFitView{m_view.fit()};
@@ -271,12 +274,12 @@ private:
     std::thread m_displayThread;
 };
 
-/// The one main window, null when there is none: frame callbacks carry no pointer of their own.
+/// The main window, null if there is none. Frame callbacks have no user pointer.
 extern std::atomic<MainWindow *> g_inst;
 
-/// Pool task: one discovery pass of a MainWindow; nothing if that one is gone.
+/// Pool task: runs one discovery pass of a MainWindow; does nothing if it has been destroyed.
 void DiscoveryThread(void *mainWindow);
 
-/// Pool task: waits for the frame of a MainWindow's single shot, at most 1.5 s. The window must
-/// live.
+/// Pool task: waits for the frame of a single shot of a MainWindow, at most 1.5 s. The window must
+/// outlive the task.
 void OneGrabThread(void *mainWindow);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Finds, opens, closes and reboots cameras, sets up the panels that work on one, and guides the
+// Finds, opens, closes and reboots cameras, sets up the panels of the open camera, and guides the
 // user.
 #include "app/MainWindow.h"
 
@@ -24,15 +24,15 @@ namespace {
 constexpr int discoveryPeriodMs = 3000;
 constexpr std::chrono::milliseconds longestWaitAtExit{3000};
 
-/// Passes that hang in the library at a time; beyond that a tick starts none.
+/// Limit of pending passes, since each may hang in the library; at the limit, a tick starts none.
 constexpr int maxPasses = 8;
 
-/// Until then the first frame of a stream is not missed: mostly it comes at once.
-constexpr int patienceMs = 700;
+/// Grace period for the first frame of a stream: normally it arrives at once.
+constexpr int firstFrameGraceMs = 700;
 
-/// The finder of the window at `owner`, which is an address to be compared with only.
+/// The finder of the window at `owner`, an address that is only compared, never dereferenced.
 struct CurrentFinder {
-    std::mutex mutex; // guards the rest
+    std::mutex mutex; // guards owner and finder
     const void *owner = nullptr;
     std::shared_ptr<CameraFinder> finder;
 
@@ -50,7 +50,7 @@ struct CurrentFinder {
 };
 CurrentFinder currentFinder;
 
-/// "43 %", and below ten "4.3 %".
+/// "43 %", or "4.3 %" below ten percent.
 QString percentText(qreal factor)
 {
     const qreal percent = 100 * factor;
@@ -64,7 +64,7 @@ void DiscoveryThread(void *mainWindow)
     const std::shared_ptr<CameraFinder> finder = currentFinder.of(mainWindow);
     if (finder == nullptr)
         return;
-    // A pass mostly waits for the library; save tasks should not wait for it.
+    // A pass mostly waits for the library: let the pool run save tasks meanwhile.
     QThreadPool::globalInstance()->releaseThread();
     finder->run();
     QThreadPool::globalInstance()->reserveThread();
@@ -96,23 +96,23 @@ void MainWindow::startDiscovery()
 
 void MainWindow::OnTimer()
 {
-    // A pass makes room for one more thread of the pool.
+    // A pass releases its place in the pool, so the pool may start another thread.
     if (m_finder->passes.running() >= maxPasses || !mayStartPoolThread())
         return;
     m_finder->passes.begin();
     m_discoveryWatcher.setFuture(QtConcurrent::run([finder = m_finder, window = this] {
-        DiscoveryThread(window); // its address alone: the window may be gone
+        DiscoveryThread(window); // only its address: the window may be destroyed already
         finder->passes.end();
     }));
 }
 
-void MainWindow::leaveDiscovery()
+void MainWindow::stopDiscovery()
 {
     m_pTimer->stop();
     m_finder->detach();
 }
 
-void MainWindow::endDiscovery()
+void MainWindow::awaitDiscovery()
 {
     (void)m_finder->passes.waitIdle(longestWaitAtExit);
     currentFinder.set(nullptr, nullptr);
@@ -254,7 +254,7 @@ void MainWindow::closeCamera(SessionStep afterwards)
     updateGuidance();
 }
 
-// The short way out, when another camera is to be opened: the image stays, and nothing is logged.
+// Closes the camera before another one is opened: the image stays, and nothing is logged.
 void MainWindow::releaseOpenCamera()
 {
     endStream();
@@ -300,7 +300,7 @@ Situation MainWindow::situation() const
         return Situation::Stopped;
     if (!m_bStreaming)
         return m_bNUCCamera ? Situation::NoPanel : Situation::NotStarted;
-    if (!m_view.hasFrame() && m_sinceStart.hasExpired(patienceMs))
+    if (!m_view.hasFrame() && m_sinceStart.hasExpired(firstFrameGraceMs))
         return Situation::NoFrameYet;
     return ui->actionSave->isChecked() ? Situation::LiveAndSaving : Situation::Live;
 }
@@ -318,8 +318,8 @@ void MainWindow::updateGuidance()
     statusBar()->showMessage(status);
 }
 
-void MainWindow::streamBegins()
+void MainWindow::startGracePeriod()
 {
     m_sinceStart.start();
-    QTimer::singleShot(patienceMs + 1, this, &MainWindow::updateGuidance);
+    QTimer::singleShot(firstFrameGraceMs + 1, this, &MainWindow::updateGuidance);
 }

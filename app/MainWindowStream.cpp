@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The live stream and the single shot: from the camera library's callback through the display
+// The live stream and the single shot, from the callback of the camera library through the display
 // thread to the screen.
 #include "app/MainWindow.h"
 
@@ -27,11 +27,10 @@ constexpr useconds_t displayPauseUs = 33000;
 
 constexpr int everyFrame = -1;
 
-/// Images that wait for a GUI thread that is late. With that many no further frame is taken.
+/// Backpressure: at this many bytes of images pending in the GUI thread, no further frame is taken.
 constexpr std::size_t maxPendingDisplayBytes = std::size_t{64} * 1024 * 1024;
 
-/// How often the wait for the frame of a single shot looks, and how long it sleeps in between:
-/// about 1.5 s.
+/// The wait for the frame of a single shot, about 1.5 s: number of checks, and pause between two.
 constexpr int waitSteps = 150;
 constexpr useconds_t waitStepUs = 10000;
 
@@ -63,7 +62,7 @@ void MainWindow::slotStartCamera()
         return;
     }
     continueInContinuousMode();
-    readStreamFormat(); // after the events, which may have changed it
+    readStreamFormat(); // after the events in prepareStart(), which may change the format
     if (!startDisplaying()) {
         UpdateUIStatus(false, 2);
         acquisitionChanged();
@@ -75,8 +74,9 @@ void MainWindow::slotStartCamera()
     acquisitionChanged();
 }
 
-// The new scene lets events through. They may stop this start, close the camera, open another one
-// or take a single shot; only a shot that has already ended leaves the start as it was.
+// init_graphics_view() processes events. They may stop this start, close the camera, open another
+// one or take a single shot. The start continues only if none of this happened, or if a shot has
+// already ended.
 bool MainWindow::prepareStart()
 {
     enter(SessionStep::Starting);
@@ -94,12 +94,12 @@ bool MainWindow::startDisplaying()
             Qt::QueuedConnection);
     showSizeInTitle();
     joinDisplayThread();
-    m_pStatus->discard(); // a library that failed to stop may have gone on
+    m_pStatus->discard(); // figures of a library that failed to stop
     m_hub.start(streamInfo());
     enter(SessionStep::Live);
     try {
         m_displayThread = std::thread(&MainWindow::DisplayThread, this);
-    } catch (const std::system_error &) { // the system has no thread left
+    } catch (const std::system_error &) { // the system cannot create a thread
         enter(SessionStep::Stopping);
         enter(SessionStep::Open);
         m_hub.stop();
@@ -113,13 +113,13 @@ void MainWindow::joinDisplayThread()
 {
     if (!m_displayThread.joinable())
         return;
-    // A frame that waits for a place among those to be saved gets it now.
+    // The display thread may be waiting for the limiter: admit its frame now.
     m_saver.limiter().setBypass(true);
     m_displayThread.join();
     m_saver.limiter().setBypass(false);
 }
 
-// After this no callback runs, no frame is held, and a pending image is not displayed.
+// On return, no callback runs, no frame is held, and pending images will not be displayed.
 void MainWindow::endStream()
 {
     const bool shot = m_session.is(SessionStep::Shooting);
@@ -149,8 +149,8 @@ void MainWindow::slotStopCamera()
     acquisitionChanged();
 }
 
-// Nothing runs yet that could be stopped; the start itself ends when its events have been
-// processed.
+// There is no stream to stop yet. prepareStart() detects the cancellation when it has processed its
+// events.
 void MainWindow::cancelStart()
 {
     enter(SessionStep::Open);
@@ -163,7 +163,7 @@ void MainWindow::acquisitionChanged()
     m_pXMLCtrl->UpdateAcqState(m_bStreaming);
     ui->actionPlay->setChecked(m_session.isLive());
     if (m_bStreaming) {
-        streamBegins();
+        startGracePeriod();
         m_pStatus->start();
     } else {
         m_pStatus->stop();
@@ -178,7 +178,7 @@ void MainWindow::receive(OImageFrame *frame, void (MainWindow::*handle)(OImageFr
         return;
     try {
         (window->*handle)(frame);
-    } catch (const std::exception &error) { // the library, which is C, cannot pass it on
+    } catch (const std::exception &error) { // must not reach C code
         qDebug() << "a frame was lost:" << error.what();
     }
 }
@@ -188,7 +188,7 @@ void MainWindow::callback_imgrecv(OImageFrame *frame)
     receive(frame, &MainWindow::frameReceived);
 }
 
-// We are running in the library's thread: expensive operations are not allowed.
+// Runs on the library's thread, which must not wait: no expensive work here.
 void MainWindow::frameReceived(OImageFrame *frame)
 {
     m_hub.publish(frame);
@@ -213,7 +213,7 @@ void MainWindow::displayIfPossible(const PublishedFrame &frame, PictureMaker *ma
     try {
         displayFrame(frame, maker);
     } catch (const std::bad_alloc &) {
-        qDebug() << "no memory to save and show a frame";
+        qDebug() << "no memory to save and display a frame";
     }
 }
 
@@ -221,7 +221,7 @@ void MainWindow::displayFrame(const PublishedFrame &frame, PictureMaker *maker)
 {
     const PicturePtr picture =
         maker->make(frame, Rows::AlignedTo4, regionPixels(m_sizeInfo.width, m_sizeInfo.height));
-    frameQueue.clear(); // frames that arrived meanwhile are not displayed later
+    frameQueue.clear(); // discards frames that arrived meanwhile
     if (picture == nullptr)
         return;
     saveIfArmed(*picture);
@@ -238,8 +238,8 @@ void MainWindow::sendToScreen(const PicturePtr &picture)
     m_pendingDisplayBytes += bytes;
     emit sigDisplayFrame(pixmap);
     emit sigPicture(picture);
-    // After the image, and by a timer: posted events alone, if they come as fast as they are
-    // handled, would leave the user's no turn.
+    // Release the bytes after the image, and by a timer: if posted events arrive as fast as Qt
+    // processes them, only a timer leaves time for user input.
     QMetaObject::invokeMethod(
         this,
         [this, bytes] {
@@ -266,7 +266,7 @@ void MainWindow::saveIfArmed(const Picture &picture)
     const auto saved = m_saver.saveIfArmed(picture, m_szCameraID);
     if (!saved)
         return;
-    // Watcher and action belong to the GUI thread.
+    // Only the GUI thread may use watcher and action.
     QMetaObject::invokeMethod(
         this,
         [this, saved = *saved] {
@@ -284,8 +284,7 @@ void MainWindow::slotOneGrab()
     if (OrvalisSetNodeEnum(m_hCamera, "AcquisitionMode", "SingleFrame") == ORVALIS_OK)
         m_singleFrameCamera = cameraIdText();
     readStreamFormat();
-    // Deliberate: connected again by every shot, here and below. Both slots may be called
-    // repeatedly.
+    // Deliberate: every shot connects again, here and below. Both slots are idempotent.
     connect(this, SIGNAL(sigDisplayFrame(QPixmap)), this, SLOT(slotDisplayFrame(QPixmap)),
             Qt::QueuedConnection);
     UpdateUIStatus(true, 2);
@@ -307,21 +306,21 @@ void MainWindow::callback_oneGrab(OImageFrame *frame)
     receive(frame, &MainWindow::oneFrameReceived);
 }
 
-// May be called for several frames: a camera without single-frame mode goes on until it is stopped.
+// May run for several frames: a camera without single-frame mode continues until it is stopped.
 void MainWindow::oneFrameReceived(OImageFrame *frame)
 {
-    const bool shown = showOneFrame(frame);
+    const bool displayed = displayOneFrame(frame);
     const std::uint64_t count = ++m_u64FrameCount;
     emit sigStatusBar(0, static_cast<double>(count), 0.0);
-    if (shown)
+    if (displayed)
         m_bOneGrabDone = true;
 }
 
-bool MainWindow::showOneFrame(OImageFrame *frame)
+bool MainWindow::displayOneFrame(OImageFrame *frame)
 {
     if (m_bOneGrabDone && guiIsLate())
         return false;
-    // Read from where it lies: it may be larger than announced, if its own size confirms that.
+    // The frame is read in place, so it may be larger than announced if its rawSize confirms that.
     const std::uint64_t mostPixels =
         std::max<std::uint64_t>(regionPixels(m_sizeInfo.width, m_sizeInfo.height), frame->rawSize);
     const FrameStamp stamp{m_u64FrameCount + 1, std::chrono::steady_clock::now(),
@@ -340,7 +339,7 @@ void MainWindow::waitForOneGrab()
 {
     const unsigned run = m_nGrabRun;
     int counter = waitSteps;
-    // A shot that was stopped, and followed by another, has nothing more to say.
+    // A newer shot replaces this one, which then has nothing to report.
     while (!m_bOneGrabDone && run == m_nGrabRun) {
         if (--counter == 0) {
             emit sigStatusBar(0, 0.0, 0.0);
@@ -352,7 +351,7 @@ void MainWindow::waitForOneGrab()
 
 void MainWindow::slotFinishedGrab()
 {
-    // A stream may have been started after the shot.
+    // The shot may have been stopped, and a stream started, meanwhile.
     if (!m_session.is(SessionStep::Shooting))
         return;
     UpdateUIStatus(false, 2);
@@ -367,7 +366,7 @@ void MainWindow::slotFinishedGrab()
 void MainWindow::endOneGrab()
 {
     m_bOneGrabDone = true;
-    // Also for a shot that was stopped, or the next stream would end with its first frame.
+    // Also after a stop: in single-frame mode, the next stream would end with its first frame.
     endSingleFrameMode();
 }
 
@@ -377,8 +376,8 @@ void MainWindow::endSingleFrameMode()
         m_singleFrameCamera.clear();
 }
 
-// A camera that is lost during a shot takes no more writes, and has the shot's mode when it
-// returns. A mode that the user has set stays.
+// A camera that is lost during a shot cannot be written to, and returns in single-frame mode. A
+// mode that the user has set stays.
 void MainWindow::continueInContinuousMode()
 {
     if (!m_singleFrameCamera.isEmpty() && m_singleFrameCamera == cameraIdText())

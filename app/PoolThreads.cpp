@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Threads for the tasks of the window.
+// Makes sure that pool tasks get a thread.
 #include "app/PoolThreads.h"
 
 #include <QSemaphore>
@@ -22,7 +22,7 @@ void keepPoolThreads(QThreadPool *pool)
     pool->setExpiryTimeout(neverEnd);
     const int threads = pool->maxThreadCount();
     const auto begun = std::make_shared<QSemaphore>();
-    // None of these tasks ends before all have begun, so each has a thread of its own.
+    // No task ends before all have begun, so the pool starts a thread for each.
     for (int i = 0; i < threads; ++i)
         QtConcurrent::run(pool, [begun, threads] {
             begun->release();
@@ -33,7 +33,7 @@ void keepPoolThreads(QThreadPool *pool)
 
 bool mayStartPoolThread()
 {
-    // What each thread's event dispatcher takes.
+    // The event dispatcher of each thread needs a descriptor.
     const int descriptor = eventfd(0, EFD_CLOEXEC);
     return descriptor >= 0 && close(descriptor) == 0;
 }

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Threads for the tasks of the window.
+// Makes sure that pool tasks get a thread.
 #pragma once
 
 class QThreadPool;
 
-/// Starts all threads of `pool`, and lets none of them end before the pool does. Returns at once. A
-/// task for which the pool could start no thread any more would never run: a frame that it should
-/// save would be lost.
+/// Starts all threads of `pool` and keeps them until the pool is destroyed. Returns at once. If the
+/// pool started threads on demand and the system refused one, its task would never run, and the
+/// frame that it saves would be lost.
 void keepPoolThreads(QThreadPool *pool);
 
-/// Whether the system has a descriptor left. Without one, a thread that the pool starts in addition
-/// to those that it keeps would end the program.
+/// Whether a file descriptor is available. Without one, the program ends when the pool starts a
+/// thread in addition to those that it keeps.
 bool mayStartPoolThread();

@@ -9,10 +9,10 @@
 
 namespace {
 
-/// As often as frames are displayed.
+/// The period at which frames are displayed.
 constexpr int statusPeriodMs = 33;
 
-/// The label grows with the text, and keeps that size.
+/// Fixes the size of the label, which grows with the text and never shrinks.
 void showIn(QLabel *label, const QString &text)
 {
     label->setText(text);
@@ -31,7 +31,7 @@ qint64 wholeNumber(double value)
 StreamStatus::StreamStatus(QStatusBar *bar)
     : QObject(bar), m_rate(new QLabel(bar)), m_received(new QLabel(bar))
 {
-    // The longest numbers that are expected set the width.
+    // Reserve the width of the longest expected numbers.
     showCount(99999999);
     showRates({999.9, 9999.9});
     bar->addPermanentWidget(m_rate);

@@ -12,27 +12,26 @@
 class QLabel;
 class QStatusBar;
 
-/// Two labels of a fixed width: any other label makes the whole window lay itself out again with
-/// every text, up to 1000 times a second, and moves what is beside it. GUI thread, except put().
+/// Two labels of fixed size: any other label would make Qt lay out the whole window for each new
+/// text, and would move its neighbours. GUI thread, except put().
 class StreamStatus : public QObject {
 public:
     /// Adds both labels to `bar`, which owns them and this object.
     explicit StreamStatus(QStatusBar *bar);
 
-    /// Displays the figures of MainWindow::sigStatusBar(). On another thread than the GUI's it
-    /// leaves them for the next refresh, without an allocation. Any thread.
+    /// Displays the figures of MainWindow::sigStatusBar(). On any thread but the GUI thread, stores
+    /// them for the next refresh without an allocation. Any thread.
     void put(int kind, double a, double b);
 
     /// Refreshes 30 times a second until stop().
     void start() { m_timer.start(); }
-    /// Ends start().
+    /// Ends the refreshes.
     void stop() { m_timer.stop(); }
     /// Discards figures that are not displayed yet.
     void discard() { (void)m_figures.take(); }
-    /// After the last frame: displays its number. A rate that was measured just before the end is
-    /// discarded.
+    /// Displays the number of the last frame. Discards a pending rate.
     void showFinalCount();
-    /// What the rate label displays between two streams.
+    /// Displays a rate of zero, for the time between two streams.
     void showNoRate();
 
 private:

@@ -19,8 +19,8 @@ int runViewer(QApplication *application)
     return application->exec();
 }
 
-// All drawing is done by the processor. Loading OpenGL, which Qt does with the first window, would
-// take a third of the time to start.
+// The viewer draws without OpenGL. Qt would load it with the first window, which takes a third of
+// the start time.
 void startWithoutOpenGl()
 {
     constexpr char variable[] = "QT_XCB_GL_INTEGRATION";
@@ -33,18 +33,19 @@ void startWithoutOpenGl()
 int main(int argc, char *argv[])
 {
     startWithoutOpenGl();
-    // A limit of file sizes ("ulimit -f") is met like a full disk, not with the end of the program.
+    // Treat a limit of file sizes ("ulimit -f") like a full disk instead of ending the program.
     (void)std::signal(SIGXFSZ, SIG_IGN);
     QApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("OrvalisViewer"));
-    // Names the window to desktops that show icon and title of the installed desktop file.
+    // Desktops take icon and title of the window from the installed desktop file.
     QApplication::setDesktopFileName(QStringLiteral("org.orvalis.OrvalisViewer"));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/OrvalisViewer.ico")));
     applyAppearance();
     const int result = runViewer(&application);
-    // What is left on the pool now hangs in the camera library; nothing else is lost by leaving it.
+    // Tasks that still run hang in the camera library, or on a disk that the user gave up waiting
+    // for.
     if (!QThreadPool::globalInstance()->waitForDone(100))
         std::_Exit(result);
     return result;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one state of the window's camera, and the steps that it allows.
+// The state of the window's camera, and the steps that it allows.
 #include "session/SessionState.h"
 
 #include <algorithm>
@@ -29,13 +29,13 @@ struct Row {
     std::uint16_t allowed;
 };
 
-// A close without a camera is allowed: the window logs it all the same. A close of a camera that
-// streams stops it first.
+// A close without a camera is allowed, because the window logs it. The close of a camera that
+// streams stops the stream first.
 constexpr std::array<Row, sessionSteps> table{{
     {Closed, "closed", to({Opening, Closing, Exiting})},
     {Opening, "opening", to({Open, Closed, Lost})},
-    // An idle camera is stopped, too, before another one is opened. A single shot that ran during a
-    // start leaves the camera open, and the start goes on.
+    // Opening another camera also stops an idle one. A single shot during a start leaves the camera
+    // open, and the start continues.
     {Open, "open", to({Starting, Live, Shooting, Stopping, Closing})},
     // Events that run during a start may take a single shot, close the camera or open another.
     {Starting, "starting", to({Live, Open, Shooting, Stopping, Closing})},

@@ -7,10 +7,9 @@
 
 QPixmap CenterCross::paintedOn(const QPixmap &pixmap) const
 {
-    // Copied once here: to paint on a pixmap that shares its image copies both, one after the
-    // other.
+    // Copy explicitly: painting on a pixmap that shares its image copies both pixmap and image.
     QPixmap marked = pixmap.copy();
-    if (marked.isNull()) // no memory for it
+    if (marked.isNull()) // out of memory
         return pixmap;
     const int right = marked.width();
     const int bottom = marked.height();

@@ -44,9 +44,8 @@ DrawCenterDlg::DrawCenterDlg(QWidget *parent) : QDialog(parent)
     QMetaObject::connectSlotsByName(this);
 }
 
-/// The dialog's size is fixed, the desktop's font is not: takes the largest size up to the
-/// desktop's with which two rows fit. Before the widgets are made, as a combo box keeps its first
-/// size hint.
+/// The dialog has a fixed size: reduces a large desktop font until two rows fit. Call it before the
+/// widgets are created, because a combo box keeps its first size hint.
 void DrawCenterDlg::fitFont()
 {
     constexpr int tallestText = 20;

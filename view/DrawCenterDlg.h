@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Asks for the line width and the colour of the cross over the image.
+// The dialog of the centre cross: a width, a colour and a button.
 #pragma once
 
 #include <QColor>
@@ -9,7 +9,7 @@ class QComboBox;
 class QPushButton;
 class QSpinBox;
 
-/// Only reports values; whoever owns it paints. GUI thread.
+/// Only reports values; its owner paints the cross. GUI thread.
 class DrawCenterDlg : public QDialog {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
     explicit DrawCenterDlg(QWidget *parent);
 
 public slots:
-    /// Announces width and colour of the cross.
+    /// Emits sigValueApply() with the selected values.
     void on_btnApply_clicked();
 
 signals:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Tells the user what to do next, where there is no picture to look at.
+// Displays what the user can do next, while the view displays no image.
 #include "view/HintLabel.h"
 
 #include <QEvent>
@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int gap = 12;     ///< pixels to the picture above and to the view's borders
+constexpr int gap = 12;     ///< pixels to the scene above and to the view's borders
 constexpr int widest = 480; ///< pixels; longer lines are hard to read
 
 QString richText(const QString &title, const QString &detail)
@@ -28,7 +28,7 @@ HintLabel::HintLabel(QGraphicsView *view) : QLabel(view), m_pView(view)
     setTextFormat(Qt::RichText);
     setWordWrap(true);
     setAttribute(Qt::WA_TransparentForMouseEvents);
-    setAutoFillBackground(true); // where there is no room for the picture
+    setAutoFillBackground(true); // hides the scene if there is no room below it
     hide();
     view->viewport()->installEventFilter(this);
 }
@@ -52,9 +52,9 @@ void HintLabel::place()
     const QRect all = m_pView->viewport()->geometry();
     const QRect room = all.adjusted(gap, gap, -gap, -gap);
     const int width = std::clamp(room.width(), 1, widest);
-    setMargin(0); // else what it was before would count
+    setMargin(0); // heightForWidth() includes the margin
     const int height = heightForWidth(width);
-    // What is smaller than the view stands in its middle.
+    // The view centres a scene that is smaller than itself.
     const int below = room.center().y() + qRound(m_pView->sceneRect().height() / 2) + gap;
     const bool fits =
         below + height <= room.bottom() + 1 && m_pView->sceneRect().width() <= all.width();

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Tells the user what to do next, where there is no picture to look at.
+// Displays what the user can do next, while the view displays no image.
 #pragma once
 
 #include <QLabel>
 
 class QGraphicsView;
 
-/// Lies over a view, below what its scene shows, or in its place where there is no room for both.
-/// Lets the mouse through. Hidden while it has no text. GUI thread.
+/// Lies over a view: below the scene, or over the whole view if there is no room below it. Ignores
+/// the mouse. Hidden while it has no text. GUI thread.
 class HintLabel : public QLabel {
     Q_OBJECT
 
@@ -15,8 +15,8 @@ public:
     /// @param view parent and owner
     explicit HintLabel(QGraphicsView *view);
 
-    /// @param title one short line; nothing is shown if it is empty
-    /// @param detail what stands below it, broken into lines; plain text, may be empty
+    /// @param title one short line; an empty one hides the label
+    /// @param detail displayed below the title with line breaks; plain text, may be empty
     void showHint(const QString &title, const QString &detail);
 
 protected:

@@ -25,7 +25,7 @@ void PictureView::renewScene(QObject *owner)
     m_view->setScene(scene);
     scene->addItem(m_item);
     for (QGraphicsItem *overlay : m_overlays)
-        scene->addItem(overlay); // takes it from the previous scene
+        scene->addItem(overlay); // removes it from the previous scene
     m_view->setAlignment(Qt::AlignCenter);
     m_view->setDragMode(QGraphicsView::ScrollHandDrag);
 }
@@ -63,7 +63,7 @@ void PictureView::addOverlay(QGraphicsItem *overlay)
 void PictureView::removeOverlay(QGraphicsItem *overlay)
 {
     m_overlays.erase(std::remove(m_overlays.begin(), m_overlays.end(), overlay), m_overlays.end());
-    delete overlay; // leaves its scene
+    delete overlay; // also removes it from its scene
 }
 
 bool PictureView::eventFilter(QObject *viewport, QEvent *event)

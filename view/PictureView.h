@@ -20,12 +20,12 @@ class ImageTool {
 public:
     virtual ~ImageTool() = default;
     /// A press, move, release or double-click over the view.
-    /// @param at pixels of the image; may lie outside of it
+    /// @param at pixels of the image; may lie outside it
     /// @return true if the tool uses the event; the view then does not drag the image
     virtual bool mouseEvent(const QMouseEvent &event, QPointF at) = 0;
 };
 
-/// Knows images, never cameras. GUI thread.
+/// Independent of cameras. GUI thread.
 class PictureView : public QObject {
 public:
     /// @param view displays everything; not owned. Call it once, before anything else.
@@ -35,8 +35,8 @@ public:
     /// @param owner of the scene; the previous scene stays with its owner
     void renewScene(QObject *owner);
 
-    /// Displays an image of the camera, fitted if fit() is set. An image that is displayed already
-    /// costs nothing.
+    /// Displays an image of the camera, fitted if fit() is set. An image that is already displayed
+    /// is not painted again.
     /// @param cross painted into the displayed image
     /// @return true for the first image of a scene
     bool showFrame(const QPixmap &pixmap, const std::optional<CenterCross> &cross);
@@ -54,7 +54,7 @@ public:
     /// Deletes an overlay.
     void removeOverlay(QGraphicsItem *overlay);
 
-    /// @param tool gets the mouse from now on; null for none. Not owned.
+    /// @param tool receives mouse events from now on; null for none. Not owned.
     void setTool(ImageTool *tool) { m_tool = tool; }
 
 protected:

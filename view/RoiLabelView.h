@@ -7,7 +7,7 @@
 
 class QRubberBand;
 
-/// Stands for the whole area of a sensor. Any mouse button draws.
+/// Represents the whole area of a sensor. Any mouse button draws.
 class RoiLabelView : public QLabel {
     Q_OBJECT
 
@@ -15,13 +15,13 @@ public:
     explicit RoiLabelView(QWidget *parent = nullptr);
 
 signals:
-    /// A rectangle was drawn from `start`, where the button went down, to `end`, where it came up.
-    /// Label coordinates, not normalized: `end` may lie left of or above `start`, and outside the
-    /// label.
+    /// The user drew a rectangle from `start`, where a button was pressed, to `end`, where it was
+    /// released. Label coordinates, not normalised: `end` may lie left of or above `start`, and
+    /// outside the label.
     void sigCurrentPoint(QPoint start, QPoint end);
 
 public slots:
-    /// Takes the rubber band away.
+    /// Hides the rubber band.
     void slotHideRubberBand();
 
 protected:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Notices at which scale a view shows its scene.
+// Reports changes of the scale at which a view displays its scene.
 #include "view/ScaleWatch.h"
 
 #include <QEvent>

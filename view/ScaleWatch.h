@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Notices at which scale a view shows its scene.
+// Reports changes of the scale at which a view displays its scene.
 #pragma once
 
 #include <QObject>
 
 class QGraphicsView;
 
-/// Tells when the scale of a view has changed, whoever changed it: the view is painted anew then.
-/// GUI thread.
+/// Detects every change of the scale, whatever its cause, because the view repaints after each. GUI
+/// thread.
 class ScaleWatch : public QObject {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
     explicit ScaleWatch(QGraphicsView *view);
 
 signals:
-    /// Comes from inside of a paint event: connect it queued to whatever paints.
+    /// Emitted during a paint event: connect slots that paint with a queued connection.
     /// @param scale pixels of the view for one of the scene
     void sigScaleChanged(qreal scale);
 
@@ -25,5 +25,5 @@ protected:
 
 private:
     QGraphicsView *m_pView; // the parent
-    qreal m_scale = 0;      ///< the last one told; 0: none yet
+    qreal m_scale = 0;      ///< the last one reported; 0 before the first
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The view of the live picture, with animated zoom about the mouse.
+// The view of the live image, with animated zoom about the mouse position.
 #include "view/ZoomGraphicsView.h"
 
 #include "view/ZoomArithmetic.h"
@@ -14,7 +14,7 @@ namespace {
 constexpr int animationMs = 350;
 constexpr int tickMs = 20;
 
-// The axis that moved more; the event of a plain wheel has only one.
+// The axis with the larger movement; a plain wheel has only one.
 int wheelDelta(const QWheelEvent &event)
 {
     const QPoint angle = event.angleDelta();
@@ -25,7 +25,8 @@ int wheelDelta(const QWheelEvent &event)
 
 ZoomGraphicsView::ZoomGraphicsView(QWidget *parent) : QGraphicsView(parent)
 {
-    // The anchor is kept by hand, so that it also holds where the picture could not be scrolled.
+    // scalingTime() keeps the anchor in place itself: Qt does so only while it can scroll the
+    // image.
     setTransformationAnchor(QGraphicsView::NoAnchor);
     setResizeAnchor(QGraphicsView::NoAnchor);
 }
@@ -34,13 +35,13 @@ void ZoomGraphicsView::ZoomInOut(int delta) { startZoom(geometry().center(), del
 
 void ZoomGraphicsView::fitScene()
 {
-    if (presentFit() == m_fit)
+    if (currentFit() == m_fit)
         return;
     fitInView(scene()->sceneRect(), Qt::KeepAspectRatio);
-    m_fit = presentFit();
+    m_fit = currentFit();
 }
 
-ZoomGraphicsView::Fit ZoomGraphicsView::presentFit() const
+ZoomGraphicsView::Fit ZoomGraphicsView::currentFit() const
 {
     return {viewport()->size(), scene()->sceneRect(), transform()};
 }
@@ -78,7 +79,7 @@ void ZoomGraphicsView::scalingTime(qreal)
 void ZoomGraphicsView::animFinshed()
 {
     numScheduledScalings = scalingsAfterAnimation(numScheduledScalings);
-    // At once, not later: the signal is the last thing that a time line does, and the emission
-    // itself allows for a sender that is gone when its slot returns.
+    // Delete at once, without deleteLater(): the time line emits this signal last, and Qt permits a
+    // slot to delete the sender.
     delete qobject_cast<QTimeLine *>(sender());
 }

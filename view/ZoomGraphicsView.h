@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The view of the live picture, with animated zoom about the mouse.
+// The view of the live image, with animated zoom about the mouse position.
 #pragma once
 
 #include <QGraphicsView>
@@ -11,15 +11,14 @@ class ZoomGraphicsView : public QGraphicsView {
 public:
     explicit ZoomGraphicsView(QWidget *parent);
 
-    /// @param flag cleared whenever the user zooms here; not owned, may be null
+    /// @param flag cleared when the user zooms in this view; not owned, may be null
     void setFitFlag(bool *flag) { m_pFitView = flag; }
 
     /// Zooms about the view's centre.
     /// @param delta wheel units: 120 is one step in, -120 one step out
     void ZoomInOut(int delta);
 
-    /// Shows the whole scene as large as the view permits. Nothing is drawn anew if it is shown so
-    /// already.
+    /// Scales the whole scene to the size of the view. Does not repaint if it fits already.
     void fitScene();
 
 protected:
@@ -27,12 +26,12 @@ protected:
 
 private slots:
     void scalingTime(qreal value);
-    void animFinshed(); // the spelling is part of the interface
+    void animFinshed(); // Deliberate: the spelling is part of the interface
 
 private:
     void startZoom(const QPoint &anchor, int delta);
 
-    /// What fitScene() started from and what came out.
+    /// Input and result of fitScene().
     struct Fit {
         QSize view;
         QRectF scene;
@@ -42,10 +41,10 @@ private:
             return view == other.view && scene == other.scene && transform == other.transform;
         }
     };
-    Fit presentFit() const;
+    Fit currentFit() const;
 
     Fit m_fit;
     bool *m_pFitView = nullptr;
     double numScheduledScalings = 0.0; ///< pending steps: positive in, negative out
-    QPoint m_anchor;                   ///< viewport point that stays still
+    QPoint m_anchor;                   ///< viewport point that stays in place
 };

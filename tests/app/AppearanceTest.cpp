@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Disabled texts can be read and borders be seen, whatever the desktop's colours.
+// Disabled texts are readable and borders visible with any colours of the desktop.
 #include "app/Appearance.h"
 #include "tests/support/QtTestMain.h"
 
@@ -14,13 +14,13 @@ class AppearanceTest : public QObject {
 private slots:
     void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
 
-    void contrastIsThatOfTheGuidelines();
+    void contrastFollowsTheGuidelines();
     void disabledTextsAreReadable_data();
     void disabledTextsAreReadable();
-    void readableTextsStayAsTheyAre();
-    void checkBoxesAreSeenOnDarkColours_data();
-    void checkBoxesAreSeenOnDarkColours();
-    void coloursFollowADesktopThatTurnsDark();
+    void readableTextsStayUnchanged();
+    void checkBoxesAreVisibleOnDarkColours_data();
+    void checkBoxesAreVisibleOnDarkColours();
+    void coloursFollowTheDesktop();
 };
 
 namespace {
@@ -39,7 +39,7 @@ QPalette coloured(const QColor &background, const QColor &text, const QColor &di
 
 } // namespace
 
-void AppearanceTest::contrastIsThatOfTheGuidelines()
+void AppearanceTest::contrastFollowsTheGuidelines()
 {
     QCOMPARE(contrastOf(Qt::black, Qt::white), 21.0);
     QCOMPARE(contrastOf(Qt::white, Qt::black), 21.0);
@@ -74,20 +74,20 @@ void AppearanceTest::disabledTextsAreReadable()
     }
 }
 
-void AppearanceTest::readableTextsStayAsTheyAre()
+void AppearanceTest::readableTextsStayUnchanged()
 {
     const QPalette colours = coloured(Qt::black, Qt::white, Qt::green);
     QCOMPARE(withReadableDisabledTexts(colours), colours);
 }
 
-void AppearanceTest::checkBoxesAreSeenOnDarkColours_data()
+void AppearanceTest::checkBoxesAreVisibleOnDarkColours_data()
 {
     QTest::addColumn<QColor>("background");
     QTest::newRow("dark") << QColor(0x2b, 0x2b, 0x2b);
     QTest::newRow("black") << QColor(Qt::black);
 }
 
-void AppearanceTest::checkBoxesAreSeenOnDarkColours()
+void AppearanceTest::checkBoxesAreVisibleOnDarkColours()
 {
     QFETCH(QColor, background);
     applyAppearance();
@@ -98,12 +98,12 @@ void AppearanceTest::checkBoxesAreSeenOnDarkColours()
     double most = 1;
     for (int x = 0; x < drawn.width(); ++x)
         most = qMax(most, contrastOf(drawn.pixelColor(x, drawn.height() / 2), background));
-    QVERIFY2(most >= 2.9, qPrintable(QString::number(most))); // less than 3 by the smoothing
+    QVERIFY2(most >= 2.9, qPrintable(QString::number(most))); // antialiasing reduces it below 3
 }
 
 namespace {
 
-/// Gives the application the colours of a desktop that changes them.
+/// A style with the colours of a desktop, which `dark` changes.
 class DesktopStyle : public QProxyStyle {
 public:
     DesktopStyle() : QProxyStyle(QStringLiteral("fusion")) { setObjectName("desktop"); }
@@ -128,7 +128,7 @@ void compareWithDesktop(const QColor &text, const QColor &background)
 
 } // namespace
 
-void AppearanceTest::coloursFollowADesktopThatTurnsDark()
+void AppearanceTest::coloursFollowTheDesktop()
 {
     auto *desktop = new DesktopStyle;
     QApplication::setStyle(desktop);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Icons and logo are sharp where they are shown.
+// Icons and logo are sharp at the size at which they are displayed.
 #include "app/Artwork.h"
 #include "tests/app/Shell.h"
 
@@ -69,7 +69,7 @@ void ArtworkTest::theLogoHasTheScreensResolution()
     QCOMPARE(logo.size() / logo.devicePixelRatio(), QImage(":/icons/logo.png").size());
 }
 
-// The picture's place between the docks, on a screen of 1280 x 800 with a title bar.
+// The space between the docks, on a screen of 1280 x 800 with a title bar.
 void ArtworkTest::theLogoFitsASmallScreen()
 {
     const Shell shell;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A global thread pool whose threads all wait, as for a disk that does not answer.
+// A global thread pool whose threads all wait, as for a disk that does not respond.
 #pragma once
 
 #include <QFutureSynchronizer>
@@ -11,7 +11,7 @@
 
 namespace shell {
 
-/// Keeps every thread of the pool busy until release() or its end. Begin it behind the window,
+/// Occupies every thread of the pool until release() or destruction. Create it after the window,
 /// whose icons Qt may convert on the pool.
 class BusyPool {
 public:

@@ -14,9 +14,9 @@ private slots:
     void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
 
     void openMakesItsCallsInOrder();
-    void openTellsEveryone();
+    void openUpdatesTheWindow();
     void openWithoutASelectionDoesNothing();
-    void openTakesTheSelectedRow();
+    void openUsesTheSelectedRow();
     void aDoubleClickedRowIsOpened();
     void openWithACameraOpenOnlyClosesIt();
     void openOfAnotherCameraClosesTheFirst();
@@ -25,17 +25,17 @@ private slots:
     void anIdThatFillsItsBufferIsRead();
     void aFailedSizeIsNotReported();
     void thermalCamerasHaveNoPanel();
-    void theRegisterDialogIsMadeAnew();
+    void everyOpenCreatesARegisterDialog();
     void closeMakesItsCallsInOrder();
     void closeWithNothingOpenStillLogs();
     void closeEndsAStream();
-    void closePutsTheLogoBack();
-    void resetAsks_data();
-    void resetAsks();
+    void closeDisplaysTheLogo();
+    void resetAsksTheUser_data();
+    void resetAsksTheUser();
     void resetOfACameraThatLeftDuringTheQuestionDoesNothing();
     void aFailedCallDuringCloseIsNotReported_data();
     void aFailedCallDuringCloseIsNotReported();
-    void openTellsInOrder();
+    void openNotifiesInOrder();
     void aRefusedResetStillCloses();
     void resetWithoutACameraDoesNothing();
     void resetInsideACloseDoesNothing();
@@ -57,7 +57,7 @@ void ConnectionTest::openMakesItsCallsInOrder()
     QTRY_VERIFY(!fakeorvalis::callsOf({"OrvalisGrabRGBData", "OrvalisGrabRAWData"}).empty());
 }
 
-void ConnectionTest::openTellsEveryone()
+void ConnectionTest::openUpdatesTheWindow()
 {
     const Shell shell;
     QSignalSpy opened(shell.window.get(), SIGNAL(sigCameraOpened(bool)));
@@ -86,7 +86,7 @@ void ConnectionTest::openWithoutASelectionDoesNothing()
     QCOMPARE(shell.log(), QStringList("Start orvalisviewer"));
 }
 
-void ConnectionTest::openTakesTheSelectedRow()
+void ConnectionTest::openUsesTheSelectedRow()
 {
     const Shell shell;
     shell.list()->setCurrentRow(1);
@@ -198,7 +198,7 @@ void ConnectionTest::thermalCamerasHaveNoPanel()
     QVERIFY(!fakeorvalis::callsOf({"OrvalisGetNumAvailablePixelFormats"}).empty());
 }
 
-void ConnectionTest::theRegisterDialogIsMadeAnew()
+void ConnectionTest::everyOpenCreatesARegisterDialog()
 {
     const Shell shell;
     shell->show();
@@ -253,7 +253,7 @@ void ConnectionTest::closeEndsAStream()
              QStringList({"stop steam Camera[CAM-A]", "close Camera[CAM-A]"}));
 }
 
-void ConnectionTest::closePutsTheLogoBack()
+void ConnectionTest::closeDisplaysTheLogo()
 {
     const Shell shell;
     shell.play();
@@ -264,7 +264,7 @@ void ConnectionTest::closePutsTheLogoBack()
     QVERIFY(shell.view()->transform().isIdentity());
 }
 
-void ConnectionTest::resetAsks_data()
+void ConnectionTest::resetAsksTheUser_data()
 {
     QTest::addColumn<int>("answer");
     QTest::addColumn<QStringList>("calls");
@@ -273,7 +273,7 @@ void ConnectionTest::resetAsks_data()
     QTest::newRow("no") << int(QMessageBox::No) << QStringList();
 }
 
-void ConnectionTest::resetAsks()
+void ConnectionTest::resetAsksTheUser()
 {
     QFETCH(int, answer);
     QFETCH(QStringList, calls);
@@ -318,23 +318,23 @@ void ConnectionTest::aFailedCallDuringCloseIsNotReported()
     QVERIFY(shell.action("actionOpen")->isEnabled());
 }
 
-void ConnectionTest::openTellsInOrder()
+void ConnectionTest::openNotifiesInOrder()
 {
-    QStringList told;
+    QStringList events;
     const Shell shell;
     const QObject *context = shell.window.get();
     connect(shell.window.get(), &MainWindow::sigCameraOpened, context,
-            [&](bool opened) { told << (opened ? "opened" : "closed"); });
-    connect(shell.window.get(), &QWidget::windowTitleChanged, context, [&] { told << "title"; });
-    connect(shell.window.get(), &MainWindow::sigTraceLog, context, [&] { told << "log"; });
-    connect(shell.action("actionPlay"), &QAction::changed, context, [&] { told << "actions"; });
+            [&](bool opened) { events << (opened ? "opened" : "closed"); });
+    connect(shell.window.get(), &QWidget::windowTitleChanged, context, [&] { events << "title"; });
+    connect(shell.window.get(), &MainWindow::sigTraceLog, context, [&] { events << "log"; });
+    connect(shell.action("actionPlay"), &QAction::changed, context, [&] { events << "actions"; });
     fakeorvalis::onCall("OrvalisGetNodeString", [&] {
         if (QThread::currentThread() == qApp->thread())
-            told << "probe";
+            events << "probe";
     });
     shell->slotOpenCamera(0);
-    told.removeDuplicates();
-    QCOMPARE(told, QStringList({"opened", "title", "log", "actions", "probe"}));
+    events.removeDuplicates();
+    QCOMPARE(events, QStringList({"opened", "title", "log", "actions", "probe"}));
 }
 
 void ConnectionTest::aRefusedResetStillCloses()
@@ -365,7 +365,7 @@ void ConnectionTest::resetInsideACloseDoesNothing()
     const Shell shell;
     shell.open();
     BoxAnswer box(QMessageBox::Yes);
-    // While the scene is built again, events come through; and in the call, the handle is still
+    // The close processes events when it replaces the scene; during the call, the handle is still
     // set.
     QTimer::singleShot(0, shell.window.get(), SLOT(slotResetCamera()));
     fakeorvalis::onCall("OrvalisCloseCamera", [&] { shell->slotResetCamera(); });

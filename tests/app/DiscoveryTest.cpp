@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Finding cameras, and noticing when the open one has left.
+// Discovery of cameras, and loss of the open one.
 #include "tests/app/Shell.h"
 
 #include <QThreadPool>
@@ -19,15 +19,15 @@ private slots:
 
     void aVanishedCameraIsClosed_data();
     void aVanishedCameraIsClosed();
-    void aCameraSwappedForAnotherGoesUnnoticed();
-    void theCheckGoesOnAfterAClose();
+    void aSwapOfCamerasIsNotDetected();
+    void theCheckContinuesAfterAClose();
     void refreshCountsCameras();
     void anEmptyBusIsPublished();
-    void anAbsurdNumberOfCamerasIsCut();
+    void anAbsurdNumberOfCamerasIsClamped();
     void passesOnOtherThreadsCloseOnTheGuiThread();
-    void aCloseThatComesLateSparesANewCamera();
-    void passesThatHangDoNotPileUp();
-    void listsGiveWayToNewerOnes();
+    void aLateLossKeepsANewCamera();
+    void hangingPassesAreLimited();
+    void pendingListsAreCoalesced();
 
 private:
     static void runPassOnAnotherThread(const Shell &shell)
@@ -60,7 +60,7 @@ void DiscoveryTest::aVanishedCameraIsClosed()
     QFETCH(QStringList, left);
     QFETCH(bool, closed);
     const Shell shell;
-    QCOMPARE(shell->DiscoveryProc(), 0); // the count so far
+    QCOMPARE(shell->DiscoveryProc(), 0); // the previous count
     shell.open(opened);
     std::vector<fakeorvalis::Camera> cameras;
     for (const QString &id : left)
@@ -71,7 +71,7 @@ void DiscoveryTest::aVanishedCameraIsClosed()
     QCOMPARE(shell.list()->count(), left.size());
 }
 
-void DiscoveryTest::aCameraSwappedForAnotherGoesUnnoticed()
+void DiscoveryTest::aSwapOfCamerasIsNotDetected()
 {
     const Shell shell;
     shell->DiscoveryProc();
@@ -82,7 +82,7 @@ void DiscoveryTest::aCameraSwappedForAnotherGoesUnnoticed()
     QVERIFY(fakeorvalis::callsOf({"OrvalisGetCameraID"}).empty());
 }
 
-void DiscoveryTest::theCheckGoesOnAfterAClose()
+void DiscoveryTest::theCheckContinuesAfterAClose()
 {
     const Shell shell;
     shell->DiscoveryProc();
@@ -121,7 +121,7 @@ void DiscoveryTest::anEmptyBusIsPublished()
     QCOMPARE(shell.list()->count(), 0);
 }
 
-void DiscoveryTest::anAbsurdNumberOfCamerasIsCut()
+void DiscoveryTest::anAbsurdNumberOfCamerasIsClamped()
 {
     const Shell shell;
     shell::setCameras(std::vector<fakeorvalis::Camera>(5000, {"X", "x"}));
@@ -145,13 +145,13 @@ void DiscoveryTest::passesOnOtherThreadsCloseOnTheGuiThread()
     QCOMPARE(shell.list()->count(), 0);
 }
 
-void DiscoveryTest::aCloseThatComesLateSparesANewCamera()
+void DiscoveryTest::aLateLossKeepsANewCamera()
 {
     const Shell shell;
     runPassOnAnotherThread(shell);
     shell.open();
     shell::setCameras({{"CAM-B", "Camera B"}});
-    runPassOnAnotherThread(shell); // asks for the close of CAM-A
+    runPassOnAnotherThread(shell); // reports the loss of CAM-A
     shell->slotCloseCamera();
     QTRY_COMPARE(shell.list()->count(), 1);
     shell.open(0);
@@ -159,7 +159,7 @@ void DiscoveryTest::aCloseThatComesLateSparesANewCamera()
     QCOMPARE(fakeorvalis::openHandles().size(), std::size_t{1});
 }
 
-void DiscoveryTest::passesThatHangDoNotPileUp()
+void DiscoveryTest::hangingPassesAreLimited()
 {
     std::mutex mutex;
     std::condition_variable changed;
@@ -177,7 +177,7 @@ void DiscoveryTest::passesThatHangDoNotPileUp()
         for (int i = 0; i < 30; ++i)
             shell->OnTimer();
         QTRY_VERIFY((std::lock_guard(mutex), inside) >= 2); // passes overlap
-        // Save tasks and the single shot are not held up by them.
+        // They do not delay save tasks and the single shot.
         bool ran = false;
         QtConcurrent::run([&] { ran = true; }).waitForFinished();
         QVERIFY(ran);
@@ -195,7 +195,7 @@ void DiscoveryTest::passesThatHangDoNotPileUp()
     fakeorvalis::reset();
 }
 
-void DiscoveryTest::listsGiveWayToNewerOnes()
+void DiscoveryTest::pendingListsAreCoalesced()
 {
     const Shell shell;
     QSignalSpy lists(shell.window.get(), SIGNAL(sigUpdateCameraList(QStringList)));

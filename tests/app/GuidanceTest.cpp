@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the window tells its user in each situation, and that it fits on a small screen.
+// The texts that guide the user in each situation, and that they fit on a small screen.
 #include "tests/app/Shell.h"
 
 #include <QStatusTipEvent>
@@ -14,25 +14,25 @@ class GuidanceTest : public QObject {
 private slots:
     void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
 
-    void withoutCamerasItSaysWhatToConnect();
-    void withCamerasItSaysHowToOpenOne();
-    void aSingleCameraHasToBeChosen();
-    void withAnOpenCameraItSaysHowToStart();
-    void withoutAPanelItSaysWhereTheSettingsAre();
-    void aStreamWithoutPicturesIsWaitedFor();
-    void aPictureTakesThePlaceOfTheHint();
-    void savingIsSaid();
-    void theZoomIsSaidWhoeverChangedIt();
-    void aStoppedPictureIsSaidToStand();
-    void aLostCameraIsSaidToBeGone();
-    void aCameraThatWasClosedIsNotLost();
-    void menusDoNotTakeTheStatusAway();
-    void theHintLiesBelowTheLogoOrInItsPlace_data();
-    void theHintLiesBelowTheLogoOrInItsPlace();
-    void theHintLetsTheMouseThrough();
-    void numbersInTheStatusBarMoveNothing();
+    void withoutCamerasItExplainsWhatToConnect();
+    void withCamerasItExplainsHowToOpenOne();
+    void aSingleCameraMustBeSelected();
+    void withAnOpenCameraItExplainsHowToStart();
+    void withoutAPanelItMentionsTheTree();
+    void aStreamWithoutFramesHasAHint();
+    void anImageReplacesTheHint();
+    void theStatusMentionsSaving();
+    void theStatusContainsTheZoom();
+    void theStatusMentionsAStoppedStream();
+    void aLostCameraHasAHint();
+    void aClosedCameraIsNotLost();
+    void menusKeepTheStatus();
+    void theHintLiesBelowTheLogoOrReplacesIt_data();
+    void theHintLiesBelowTheLogoOrReplacesIt();
+    void theHintIgnoresTheMouse();
+    void statusBarNumbersKeepTheLayout();
     void everythingFitsASmallScreen();
-    void thePanelGoesBackToItsWidth();
+    void thePanelRestoresItsWidth();
 
 private:
     static QString status(const Shell &shell) { return shell->statusBar()->currentMessage(); }
@@ -40,7 +40,7 @@ private:
     static bool hintIsShown(const Shell &shell) { return !hint(shell)->isHidden(); }
 };
 
-void GuidanceTest::withoutCamerasItSaysWhatToConnect()
+void GuidanceTest::withoutCamerasItExplainsWhatToConnect()
 {
     const Shell shell([] { shell::setCameras({}); });
     QCOMPARE(status(shell), QString("No camera found"));
@@ -48,15 +48,15 @@ void GuidanceTest::withoutCamerasItSaysWhatToConnect()
     QVERIFY(hint(shell)->text().contains("Connect a camera"));
 }
 
-void GuidanceTest::withCamerasItSaysHowToOpenOne()
+void GuidanceTest::withCamerasItExplainsHowToOpenOne()
 {
     const Shell shell;
     QCOMPARE(status(shell), QString("No camera open"));
     QVERIFY(hint(shell)->text().contains("Double-click one"));
 }
 
-// It is not preselected, so "Open" alone would do nothing.
-void GuidanceTest::aSingleCameraHasToBeChosen()
+// A single camera is not preselected, so "Open" alone has no effect.
+void GuidanceTest::aSingleCameraMustBeSelected()
 {
     const Shell shell([] { shell::setCameras({{"CAM-A", "Camera A"}}); });
     QCOMPARE(status(shell), QString("No camera open"));
@@ -67,7 +67,7 @@ void GuidanceTest::aSingleCameraHasToBeChosen()
     QVERIFY(hint(shell)->text().contains("Double-click one"));
 }
 
-void GuidanceTest::withAnOpenCameraItSaysHowToStart()
+void GuidanceTest::withAnOpenCameraItExplainsHowToStart()
 {
     const Shell shell;
     shell.open();
@@ -77,7 +77,7 @@ void GuidanceTest::withAnOpenCameraItSaysHowToStart()
     QCOMPARE(status(shell), QString("No camera open"));
 }
 
-void GuidanceTest::withoutAPanelItSaysWhereTheSettingsAre()
+void GuidanceTest::withoutAPanelItMentionsTheTree()
 {
     const Shell shell([] {
         fakeorvalis::withState(
@@ -89,7 +89,7 @@ void GuidanceTest::withoutAPanelItSaysWhereTheSettingsAre()
     QVERIFY(hint(shell)->text().contains("in the tree"));
 }
 
-void GuidanceTest::aStreamWithoutPicturesIsWaitedFor()
+void GuidanceTest::aStreamWithoutFramesHasAHint()
 {
     const Shell shell;
     shell.play();
@@ -97,7 +97,7 @@ void GuidanceTest::aStreamWithoutPicturesIsWaitedFor()
     QVERIFY(hint(shell)->text().contains("trigger"));
 }
 
-void GuidanceTest::aPictureTakesThePlaceOfTheHint()
+void GuidanceTest::anImageReplacesTheHint()
 {
     const Shell shell;
     shell.play();
@@ -107,7 +107,7 @@ void GuidanceTest::aPictureTakesThePlaceOfTheHint()
     QCOMPARE(status(shell), QString("Streaming, zoom 100 %"));
 }
 
-void GuidanceTest::savingIsSaid()
+void GuidanceTest::theStatusMentionsSaving()
 {
     const Shell shell;
     shell.play();
@@ -119,7 +119,7 @@ void GuidanceTest::savingIsSaid()
     QCOMPARE(status(shell), QString("Streaming, zoom 100 %"));
 }
 
-void GuidanceTest::theZoomIsSaidWhoeverChangedIt()
+void GuidanceTest::theStatusContainsTheZoom()
 {
     const Shell shell;
     shell->show();
@@ -140,7 +140,7 @@ void GuidanceTest::theZoomIsSaidWhoeverChangedIt()
     QCOMPARE(status(shell), QString("No camera open"));
 }
 
-void GuidanceTest::aStoppedPictureIsSaidToStand()
+void GuidanceTest::theStatusMentionsAStoppedStream()
 {
     const Shell shell;
     shell.play();
@@ -151,7 +151,7 @@ void GuidanceTest::aStoppedPictureIsSaidToStand()
     QVERIFY(!hintIsShown(shell));
 }
 
-void GuidanceTest::aLostCameraIsSaidToBeGone()
+void GuidanceTest::aLostCameraHasAHint()
 {
     const Shell shell;
     shell->DiscoveryProc();
@@ -166,7 +166,7 @@ void GuidanceTest::aLostCameraIsSaidToBeGone()
     QCOMPARE(status(shell), QString("Camera open"));
 }
 
-void GuidanceTest::aCameraThatWasClosedIsNotLost()
+void GuidanceTest::aClosedCameraIsNotLost()
 {
     const Shell shell;
     shell->DiscoveryProc();
@@ -177,7 +177,7 @@ void GuidanceTest::aCameraThatWasClosedIsNotLost()
     QCOMPARE(status(shell), QString("No camera found"));
 }
 
-void GuidanceTest::menusDoNotTakeTheStatusAway()
+void GuidanceTest::menusKeepTheStatus()
 {
     const Shell shell;
     QStatusTipEvent tip{QString()};
@@ -185,22 +185,22 @@ void GuidanceTest::menusDoNotTakeTheStatusAway()
     QCOMPARE(status(shell), QString("No camera open"));
 }
 
-void GuidanceTest::theHintLiesBelowTheLogoOrInItsPlace_data()
+void GuidanceTest::theHintLiesBelowTheLogoOrReplacesIt_data()
 {
     QTest::addColumn<QSize>("size");
-    QTest::addColumn<bool>("hasRoom"); // else the hint takes the logo's place
+    QTest::addColumn<bool>("hasRoom"); // otherwise the hint replaces the logo
     QTest::newRow("tiny") << QSize(640, 400) << false;
     QTest::newRow("small") << QSize(800, 480) << false;
     QTest::newRow("ordinary") << QSize(1280, 780) << true;
     QTest::newRow("large") << QSize(3840, 2140) << true;
 }
 
-void GuidanceTest::theHintLiesBelowTheLogoOrInItsPlace()
+void GuidanceTest::theHintLiesBelowTheLogoOrReplacesIt()
 {
     QFETCH(QSize, size);
     QFETCH(bool, hasRoom);
     const Shell shell([] { shell::setCameras({}); });
-    shell->resize(640, 400); // what is shown does not depend on what was before
+    shell->resize(640, 400); // the result is independent of the previous size
     shell->show();
     QVERIFY(QTest::qWaitForWindowExposed(shell.window.get()));
     shell->resize(size);
@@ -218,13 +218,13 @@ void GuidanceTest::theHintLiesBelowTheLogoOrInItsPlace()
     QVERIFY(qAbs(label.center().x() - shell.view()->viewport()->geometry().center().x()) <= 2);
 }
 
-void GuidanceTest::theHintLetsTheMouseThrough()
+void GuidanceTest::theHintIgnoresTheMouse()
 {
     const Shell shell;
     QVERIFY(hint(shell)->testAttribute(Qt::WA_TransparentForMouseEvents));
 }
 
-void GuidanceTest::numbersInTheStatusBarMoveNothing()
+void GuidanceTest::statusBarNumbersKeepTheLayout()
 {
     const Shell shell;
     shell->resize(1280, 780);
@@ -255,7 +255,7 @@ void GuidanceTest::everythingFitsASmallScreen()
                                      shell.dock("CameraCtrl")->size())));
 }
 
-void GuidanceTest::thePanelGoesBackToItsWidth()
+void GuidanceTest::thePanelRestoresItsWidth()
 {
     const Shell shell;
     shell.open();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Ten thousand random steps of user, camera and bus in the whole window, while the library
+// Ten thousand random actions of user, camera and bus in the whole window, while the library
 // answers every call with hostile data.
 #include "tests/app/Shell.h"
 
@@ -23,7 +23,7 @@ namespace {
 
 constexpr int steps = 2500;
 
-/// Closes questions and menus, as a user who reads nothing.
+/// Closes message boxes and menus without reading them.
 
 class Session {
 public:
@@ -99,7 +99,7 @@ private:
     void changeTheBus()
     {
         if (below(8) == 0)
-            m_shell->OnTimer(); // hostile busses are long
+            m_shell->OnTimer(); // a hostile bus lists many cameras
         else
             fakeorvalis::hostile(random32());
         fakeorvalis::clearCalls();
@@ -153,7 +153,7 @@ private:
 
     void press(QAbstractButton *button)
     {
-        if (button->objectName() != "btnSaveBrowser") // waits for a person
+        if (button->objectName() != "btnSaveBrowser") // opens a dialog that waits for the user
             button->click();
     }
 
@@ -169,17 +169,17 @@ private:
     {
         if (below(2))
             return void(m_frame.deliver());
-        // The record is read after its delivery, as a library's frames are.
-        m_wild.push_back(
+        // The viewer reads a record after its delivery: keep all of them.
+        m_records.push_back(
             {random32(), random32(), random32(), random32(), nullptr, nullptr, nullptr});
-        (void)fakeorvalis::deliver(m_wild.back());
+        (void)fakeorvalis::deliver(m_records.back());
     }
 
     const Shell &m_shell;
     std::mt19937 m_random;
     QTemporaryDir m_files;
     Frame m_frame{16, 16, 50};
-    std::deque<OImageFrame> m_wild;
+    std::deque<OImageFrame> m_records;
 };
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Everything has a name for a screen reader and is reached without a mouse.
+// Every control has a name for screen readers and can be reached with the keyboard.
 #include "dialogs/AccessRegister.h"
 #include "tests/app/Shell.h"
 
@@ -36,14 +36,14 @@ private slots:
     void tabReachesEveryControlOfTheDialogs_data();
     void tabReachesEveryControlOfTheDialogs();
     void theMenusReachEveryAction();
-    void theKeyboardStartsInTheCameraList();
+    void theFocusStartsInTheCameraList();
     void returnOpensTheCamera();
-    void returnOnNoCameraOpensNothing();
-    void theFocusChoosesNoSingleCamera();
-    void theKeyboardChoosesASingleCamera();
-    void returnChoosesTheNode();
-    void showingADockMovesTheKeyboardThere_data();
-    void showingADockMovesTheKeyboardThere();
+    void returnWithoutCamerasOpensNothing();
+    void theFocusSelectsNoSingleCamera();
+    void theKeyboardSelectsASingleCamera();
+    void returnSelectsTheNode();
+    void showingADockMovesTheFocus_data();
+    void showingADockMovesTheFocus();
 };
 
 namespace {
@@ -53,7 +53,7 @@ struct Names {
     QStringList nameless;
 };
 
-/// Editors inside a spin box or a combo box speak with the name of that one.
+/// An editor inside a spin box or a combo box has the name of that box.
 bool isPartOfAnother(const QObject *object)
 {
     const auto *widget = qobject_cast<const QWidget *>(object);
@@ -86,8 +86,8 @@ Names namesIn(QWidget *window)
 
 bool isControl(const QWidget *widget)
 {
-    // Buttons of tool bars, dock titles and tab bars do what a menu, a menu and the arrow keys do;
-    // the one column of a header has nothing to do.
+    // Menus replace the buttons of tool bars and dock titles, the arrow keys those of tab bars; the
+    // header has only one column and no function.
     if (qobject_cast<const QToolButton *>(widget) || qobject_cast<const QScrollBar *>(widget) ||
         qobject_cast<const QHeaderView *>(widget) || widget->inherits("QDockWidgetTitleButton") ||
         widget->focusProxy() != nullptr)
@@ -111,7 +111,7 @@ QSet<QWidget *> controlsIn(const QWidget *window)
     return controls;
 }
 
-/// Presses Tab until the focus is where it has been before.
+/// Presses Tab until the focus returns to a widget that it has reached before.
 QSet<QWidget *> reachedByTab(QWidget *window)
 {
     if (window->focusWidget() == nullptr)
@@ -176,7 +176,7 @@ void KeyboardTest::everyDialogHasNames()
 void KeyboardTest::tabReachesEveryControl_data()
 {
     QTest::addColumn<int>("tab");
-    QTest::addColumn<int>("atLeast"); // controls that have to be there
+    QTest::addColumn<int>("atLeast"); // minimum number of controls
     QTest::newRow("features") << 0 << 24;
     QTest::newRow("video") << 1 << 12;
     QTest::newRow("trigger") << 2 << 16;
@@ -224,12 +224,12 @@ void KeyboardTest::tabReachesEveryControlOfTheDialogs()
     auto *dialog = shell.child<QDialog>(qPrintable(name));
     QVERIFY(activate(dialog));
     QSet<QWidget *> controls = controlsIn(dialog);
-    controls.remove(dialog->findChild<QWidget *>("btnGoZEB")); // a picture, it does nothing
+    controls.remove(dialog->findChild<QWidget *>("btnGoZEB")); // an image without function
     QVERIFY(!controls.isEmpty());
     QCOMPARE(namesOf(controls - reachedByTab(dialog)), QString());
 }
 
-// Alt alone goes to the menu bar, the arrows to everything in it.
+// Alt opens the menu bar, the arrow keys reach every entry.
 void KeyboardTest::theMenusReachEveryAction()
 {
     const Shell shell;
@@ -258,12 +258,12 @@ void KeyboardTest::theMenusReachEveryAction()
     QStringList missing;
     for (QAction *action : actions) {
         if (!reached.contains(action) && action->objectName() != "actionRegisterAccess")
-            missing << action->objectName(); // that one is connected to nothing and shown nowhere
+            missing << action->objectName(); // actionRegisterAccess is in no menu
     }
     QCOMPARE(missing, QStringList());
 }
 
-void KeyboardTest::theKeyboardStartsInTheCameraList()
+void KeyboardTest::theFocusStartsInTheCameraList()
 {
     const Shell shell;
     QVERIFY(activate(shell.window.get()));
@@ -279,7 +279,7 @@ void KeyboardTest::returnOpensTheCamera()
     QVERIFY(shell.lastLog().startsWith("Success open camera[CAM-B]"));
 }
 
-void KeyboardTest::returnOnNoCameraOpensNothing()
+void KeyboardTest::returnWithoutCamerasOpensNothing()
 {
     const Shell shell([] { shell::setCameras({}); });
     QVERIFY(activate(shell.window.get()));
@@ -287,7 +287,7 @@ void KeyboardTest::returnOnNoCameraOpensNothing()
     QCOMPARE(shell.log(), QStringList("Start orvalisviewer"));
 }
 
-void KeyboardTest::theFocusChoosesNoSingleCamera()
+void KeyboardTest::theFocusSelectsNoSingleCamera()
 {
     const Shell shell([] { shell::setCameras({{"CAM-A", "Camera A"}}); });
     QVERIFY(activate(shell.window.get()));
@@ -302,7 +302,7 @@ void KeyboardTest::theFocusChoosesNoSingleCamera()
     }
     shell.action("actionOpen")->trigger();
     QCOMPARE(shell.log(), QStringList("Start orvalisviewer"));
-    // A list of its own that comes with the focus already there.
+    // A new list, displayed before the list gets the focus.
     shell::setCameras({{"CAM-C", "Camera C"}});
     shell.action("actionDiscovery")->trigger();
     shell.view()->setFocus();
@@ -310,7 +310,7 @@ void KeyboardTest::theFocusChoosesNoSingleCamera()
     QCOMPARE(shell.list()->currentRow(), -1);
 }
 
-void KeyboardTest::theKeyboardChoosesASingleCamera()
+void KeyboardTest::theKeyboardSelectsASingleCamera()
 {
     const Shell shell([] { shell::setCameras({{"CAM-A", "Camera A"}}); });
     QVERIFY(activate(shell.window.get()));
@@ -320,7 +320,7 @@ void KeyboardTest::theKeyboardChoosesASingleCamera()
     QVERIFY(shell.lastLog().startsWith("Success open camera[CAM-A]"));
 }
 
-void KeyboardTest::returnChoosesTheNode()
+void KeyboardTest::returnSelectsTheNode()
 {
     const Shell shell;
     QVERIFY(activate(shell.window.get()));
@@ -335,7 +335,7 @@ void KeyboardTest::returnChoosesTheNode()
     QVERIFY(asked.first().contains(tree->currentIndex().data().toString()));
 }
 
-void KeyboardTest::showingADockMovesTheKeyboardThere_data()
+void KeyboardTest::showingADockMovesTheFocus_data()
 {
     QTest::addColumn<QString>("action");
     QTest::addColumn<QString>("dock");
@@ -349,7 +349,7 @@ void KeyboardTest::showingADockMovesTheKeyboardThere_data()
                          << "LogStatus";
 }
 
-void KeyboardTest::showingADockMovesTheKeyboardThere()
+void KeyboardTest::showingADockMovesTheFocus()
 {
     QFETCH(QString, action);
     QFETCH(QString, dock);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The window's end, and libraries that misbehave.
+// Destruction of the window, and libraries that misbehave.
 #include "tests/app/BusyPool.h"
 #include "tests/app/Shell.h"
 #include "tests/support/ProcessFigures.h"
@@ -29,24 +29,24 @@ class LifetimeTest : public QObject {
 private slots:
     void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
 
-    void theLibraryIsLeftBeforeTheCameraIsClosed();
+    void theLibraryIsUninitialisedBeforeTheClose();
     void withoutACameraNothingIsClosed();
-    void framesBehindTheUninitAreHarmless();
-    void thereIsNoWindowBehindItsEnd();
-    void aPassThatHangsIsLeftBehind();
-    void framesBehindAStopThatFailedAreForgotten();
-    void framesThatNobodyTakesTakeNoMemory();
-    void picturesDoNotPileUpBeforeAWindowThatIsLate();
+    void framesAfterTheUninitAreHarmless();
+    void lateTasksFindNoWindow();
+    void theWindowDoesNotWaitForAHangingPass();
+    void framesAfterAFailedStopAreDiscarded();
+    void framesThatAreNotDisplayedUseNoMemory();
+    void aLateGuiThreadLimitsPendingImages();
     void tasksCalledDirectlyLetTheWindowClose();
-    void aWindowThatWaitsForTheDiskCanBeToldToGiveUp();
-    void aWindowThatWaitsForTheDiskClosesWhenAllIsSaved();
-    void randomUseOfALibraryThatFails_data();
-    void randomUseOfALibraryThatFails();
+    void theUserMayGiveUpTheWaitForTheDisk();
+    void theWaitForTheDiskEndsWhenAllIsSaved();
+    void randomUseOfAFailingLibrary_data();
+    void randomUseOfAFailingLibrary();
     void randomUseOfAHostileLibrary_data();
     void randomUseOfAHostileLibrary();
 };
 
-void LifetimeTest::theLibraryIsLeftBeforeTheCameraIsClosed()
+void LifetimeTest::theLibraryIsUninitialisedBeforeTheClose()
 {
     Shell shell;
     shell.play();
@@ -63,7 +63,7 @@ void LifetimeTest::withoutACameraNothingIsClosed()
     QCOMPARE(shell::texts(fakeorvalis::calls()), QStringList("OrvalisUninit()"));
 }
 
-void LifetimeTest::framesBehindTheUninitAreHarmless()
+void LifetimeTest::framesAfterTheUninitAreHarmless()
 {
     Shell shell;
     shell.play();
@@ -77,7 +77,7 @@ void LifetimeTest::framesBehindTheUninitAreHarmless()
     QVERIFY(delivered);
 }
 
-void LifetimeTest::thereIsNoWindowBehindItsEnd()
+void LifetimeTest::lateTasksFindNoWindow()
 {
     OFrameCallback late = nullptr;
     {
@@ -85,14 +85,14 @@ void LifetimeTest::thereIsNoWindowBehindItsEnd()
         shell.play();
         late = fakeorvalis::callback();
         shell.window.reset();
-        DiscoveryThread(&shell); // a task that starts too late
+        DiscoveryThread(&shell); // a task that starts after the window is destroyed
     }
     QVERIFY(g_inst.load() == nullptr);
     Frame frame(64, 48, 3);
     late(&frame.record);
 }
 
-void LifetimeTest::aPassThatHangsIsLeftBehind()
+void LifetimeTest::theWindowDoesNotWaitForAHangingPass()
 {
     std::mutex mutex;
     std::condition_variable changed;
@@ -112,7 +112,7 @@ void LifetimeTest::aPassThatHangsIsLeftBehind()
         std::unique_lock lock(mutex);
         changed.wait(lock, [&] { return inside; });
     }
-    shell.window.reset(); // returns although the call does not
+    shell.window.reset(); // returns although the library call does not
     {
         const std::lock_guard lock(mutex);
         go = true;
@@ -123,7 +123,7 @@ void LifetimeTest::aPassThatHangsIsLeftBehind()
 
 namespace {
 
-/// One thing that a user, the bus or the camera does.
+/// Each act() is one random action by user, bus or camera.
 class RandomUser {
 public:
     RandomUser(const Shell &shell, unsigned seed) : m_shell(shell), m_random(seed) {}
@@ -165,16 +165,16 @@ public:
 private:
     void deliver()
     {
-        m_wild.push_back(
+        m_records.push_back(
             {random32(), random32(), random32(), random32(), nullptr, nullptr, nullptr});
         const bool sane = m_random() % 2 == 0;
-        (void)fakeorvalis::deliver(sane ? m_frame.record : m_wild.back());
+        (void)fakeorvalis::deliver(sane ? m_frame.record : m_records.back());
     }
     std::uint32_t random32() { return static_cast<std::uint32_t>(m_random()); }
 
     const Shell &m_shell;
     std::mt19937 m_random;
-    std::deque<OImageFrame> m_wild; // records stay good for a while, as a camera's do
+    std::deque<OImageFrame> m_records; // kept, because the viewer reads them after delivery
     Frame m_frame{16, 16, 50};
 };
 
@@ -187,14 +187,14 @@ void addSeeds()
 
 } // namespace
 
-void LifetimeTest::framesBehindAStopThatFailedAreForgotten()
+void LifetimeTest::framesAfterAFailedStopAreDiscarded()
 {
     const Shell shell;
     shell.play();
     fakeorvalis::fail("OrvalisStopAcquisition");
     shell->slotStopCamera();
-    Frame behind(64, 48, 200);
-    QVERIFY(behind.deliver()); // the library may free it with the close
+    Frame stale(64, 48, 200);
+    QVERIFY(stale.deliver()); // the library may free it with the close
     fakeorvalis::fail("OrvalisStopAcquisition", ORVALIS_OK);
     shell->slotCloseCamera();
     QSignalSpy shown(shell.window.get(), SIGNAL(sigDisplayFrame(QPixmap)));
@@ -205,11 +205,11 @@ void LifetimeTest::framesBehindAStopThatFailedAreForgotten()
     QCOMPARE(first.pixel(0, 0), shell::gray(60));
 }
 
-void LifetimeTest::framesThatNobodyTakesTakeNoMemory()
+void LifetimeTest::framesThatAreNotDisplayedUseNoMemory()
 {
     constexpr int batches = 80;
     constexpr int batch = 5000;
-    constexpr long allowedKiB = 8 * 1024; // queue entries alone would take more
+    constexpr long allowedKiB = 8 * 1024; // queue entries alone would need more
     const Shell shell;
     shell.play();
     fakeorvalis::fail("OrvalisStopAcquisition");
@@ -219,14 +219,14 @@ void LifetimeTest::framesThatNobodyTakesTakeNoMemory()
     for (int i = 0; i < batches; ++i) {
         int left = batch;
         (void)fakeorvalis::deliverEach([&] { return left-- > 0 ? &frame.record : nullptr; });
-        QCoreApplication::processEvents(); // the counts for the status bar
+        QCoreApplication::processEvents(); // updates the counts in the status bar
         early = i == batches / 10 ? viewertest::processFigures().residentKiB : early;
     }
     QVERIFY(viewertest::processFigures().residentKiB - early < allowedKiB);
     fakeorvalis::fail("OrvalisStopAcquisition", ORVALIS_OK);
 }
 
-void LifetimeTest::picturesDoNotPileUpBeforeAWindowThatIsLate()
+void LifetimeTest::aLateGuiThreadLimitsPendingImages()
 {
     constexpr int side = 2048;
     constexpr int most = 64 / (4 * side * side / 1024 / 1024) + 1;
@@ -235,25 +235,25 @@ void LifetimeTest::picturesDoNotPileUpBeforeAWindowThatIsLate()
     std::atomic<int> sent{0};
     QObject::connect(shell.window.get(), &MainWindow::sigDisplayFrame, [&sent] { ++sent; });
     Frame frame(side, side, 60);
-    while (sent < most - 1) // the window lets no event through
+    while (sent < most - 1) // the GUI thread processes no event
         frame.deliver();
     Frame newest(side, side, 61);
     for (int i = 0; i < 50; ++i) {
         newest.deliver();
-        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // a camera's pace
+        std::this_thread::sleep_for(std::chrono::milliseconds(10)); // the pace of a camera
     }
     QVERIFY2(sent <= most, qPrintable(QString::number(sent)));
     const QColor due(shell::gray(61));
     QTRY_COMPARE(shell.picture().isNull() ? QColor() : shell.picture().pixelColor(0, 0), due);
 }
 
-// Neither was started by the window, which waits for those that it started.
+// The window waits for the tasks that it started; it did not start these.
 void LifetimeTest::tasksCalledDirectlyLetTheWindowClose()
 {
     Shell shell;
     shell.open();
     shell->slotOneGrab();
-    shell->slotStopCamera(); // so that there is no frame to wait for
+    shell->slotStopCamera(); // so that the task waits for no frame
     OneGrabThread(shell.window.get());
     DiscoveryThread(shell.window.get());
     shell.window.reset();
@@ -262,7 +262,7 @@ void LifetimeTest::tasksCalledDirectlyLetTheWindowClose()
 
 namespace {
 
-/// The message of a window that is gone from sight, null while there is none.
+/// The message box of a hidden window, null if there is none.
 QMessageBox *notice()
 {
     for (QWidget *widget : QApplication::topLevelWidgets()) {
@@ -273,7 +273,7 @@ QMessageBox *notice()
     return nullptr;
 }
 
-/// Runs `act` on the notice once it is there.
+/// Runs `act` on the message box as soon as it is visible.
 class OnNotice : public QTimer {
 public:
     explicit OnNotice(std::function<void(QMessageBox &)> act)
@@ -291,7 +291,7 @@ public:
     QString said;
 };
 
-/// Arms saving, and returns when a frame is on its way to the disk.
+/// Arms saving, and returns when a save task has started.
 bool saveOneFrame(const Shell &shell, Frame &frame, const QString &path)
 {
     shell.child<QLineEdit>("edSavePath")->setText(path);
@@ -302,19 +302,19 @@ bool saveOneFrame(const Shell &shell, Frame &frame, const QString &path)
 
 } // namespace
 
-void LifetimeTest::aWindowThatWaitsForTheDiskCanBeToldToGiveUp()
+void LifetimeTest::theUserMayGiveUpTheWaitForTheDisk()
 {
     const QTemporaryDir directory;
     Shell shell;
     shell.play();
-    BusyPool disk; // that does not answer
+    BusyPool disk; // does not respond
     {
         Frame frame(64, 48, 3);
         QVERIFY(saveOneFrame(shell, frame, directory.path()));
     }
     QVERIFY(shell->bytesToSave() > 0);
     OnNotice giveUp([](QMessageBox &box) { box.buttons().first()->click(); });
-    shell.window.reset(); // returns although the disk does not
+    shell.window.reset(); // returns although the disk does not respond
     QVERIFY2(giveUp.said.contains("saved"), qPrintable(giveUp.said));
     QVERIFY(notice() == nullptr);
     disk.release();
@@ -322,12 +322,12 @@ void LifetimeTest::aWindowThatWaitsForTheDiskCanBeToldToGiveUp()
     QCOMPARE(QDir(directory.path()).entryList(QDir::Files).size(), 1);
 }
 
-void LifetimeTest::aWindowThatWaitsForTheDiskClosesWhenAllIsSaved()
+void LifetimeTest::theWaitForTheDiskEndsWhenAllIsSaved()
 {
     const QTemporaryDir directory;
     Shell shell;
     shell.play();
-    BusyPool disk; // that does not answer
+    BusyPool disk; // does not respond
     {
         Frame frame(64, 48, 3);
         QVERIFY(saveOneFrame(shell, frame, directory.path()));
@@ -339,9 +339,9 @@ void LifetimeTest::aWindowThatWaitsForTheDiskClosesWhenAllIsSaved()
     QCOMPARE(QDir(directory.path()).entryList(QDir::Files).size(), 1);
 }
 
-void LifetimeTest::randomUseOfALibraryThatFails_data() { addSeeds(); }
+void LifetimeTest::randomUseOfAFailingLibrary_data() { addSeeds(); }
 
-void LifetimeTest::randomUseOfALibraryThatFails()
+void LifetimeTest::randomUseOfAFailingLibrary()
 {
     QFETCH(uint, seed);
     const Shell shell;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The camera list and the log, each by itself.
+// The camera list and the log, each without the window.
 #include "app/CameraList.h"
 #include "app/LogStatus.h"
 #include "tests/support/QtTestMain.h"
@@ -24,10 +24,10 @@ private slots:
     void aDoubleClickSurvivesARefresh();
 
     void theLogIsABottomDock();
-    void linesCarryUnpaddedTimes_data();
-    void linesCarryUnpaddedTimes();
+    void linesHaveUnpaddedTimes_data();
+    void linesHaveUnpaddedTimes();
     void aMessageKeepsItsPlaceholders();
-    void theLineIsStampedNow();
+    void linesHaveTheCurrentTime();
     void theLogStartsOverBeyond1000Lines();
     void theLogScrollsToItsEnd();
 
@@ -101,7 +101,7 @@ void ListAndLogTest::aSingleCameraIsNotSelected()
     list.slotUpdateCameraList({"A"});
     QCOMPARE(list.currentCameraIdx(), -1);
     QVERIFY(listOf(list)->selectedItems().isEmpty());
-    listOf(list)->setCurrentRow(0); // the keyboard's focus does so
+    listOf(list)->setCurrentRow(0); // as getting the focus does
     list.slotUpdateCameraList({"A"});
     QCOMPARE(list.currentCameraIdx(), -1);
     QVERIFY(listOf(list)->selectedItems().isEmpty());
@@ -142,7 +142,7 @@ void ListAndLogTest::aDoubleClickOpensTheRow()
     QCOMPARE(opened.size(), 1);
 }
 
-// Discovery tells the list anew between the two clicks.
+// Discovery updates the list between the two clicks.
 void ListAndLogTest::aDoubleClickSurvivesARefresh()
 {
     CameraList list;
@@ -170,7 +170,7 @@ void ListAndLogTest::theLogIsABottomDock()
     checkContents(log);
 }
 
-void ListAndLogTest::linesCarryUnpaddedTimes_data()
+void ListAndLogTest::linesHaveUnpaddedTimes_data()
 {
     QTest::addColumn<QDateTime>("time");
     QTest::addColumn<QString>("line");
@@ -182,7 +182,7 @@ void ListAndLogTest::linesCarryUnpaddedTimes_data()
                               << "[2030-1-2030 0:0:0.0] close Camera[X1]";
 }
 
-void ListAndLogTest::linesCarryUnpaddedTimes()
+void ListAndLogTest::linesHaveUnpaddedTimes()
 {
     QFETCH(QDateTime, time);
     QTEST(LogStatus::logLine(time, "close Camera[X1]"), "line");
@@ -194,7 +194,7 @@ void ListAndLogTest::aMessageKeepsItsPlaceholders()
     QCOMPARE(LogStatus::logLine(time, "%1 %8 %9"), QString("[2025-3-2025 9:5:3.42] %1 %8 %9"));
 }
 
-void ListAndLogTest::theLineIsStampedNow()
+void ListAndLogTest::linesHaveTheCurrentTime()
 {
     LogStatus log;
     const QDateTime before = QDateTime::currentDateTime();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Which frame of a stream is shown and how: planes, rows, zoom and the centre cross.
+// Which frame of a stream is displayed and how: planes, rows, zoom and the centre cross.
 #include "tests/app/BusyPool.h"
 #include "tests/app/Shell.h"
 
@@ -24,30 +24,30 @@ class LivePictureTest : public QObject {
 private slots:
     void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
 
-    void theNewestFrameIsShown();
+    void theNewestFrameIsDisplayed();
     void planesAreChosenByFormat_data();
     void planesAreChosenByFormat();
     void aWidthNotDivisibleBy4ShowsAlignedRows_data();
     void aWidthNotDivisibleBy4ShowsAlignedRows();
-    void greyIsShownWhileThePoolIsBusy();
+    void greyIsDisplayedWhileThePoolIsBusy();
     void brokenFramesAreDropped();
-    void framesBehindAStopAreNotShown();
+    void framesAfterAStopAreNotDisplayed();
     void fitFollowsEveryFrame();
     void zoomActionsSetTheScale();
     void theCrossIsPainted_data();
     void theCrossIsPainted();
-    void theCrossTakesNewValuesWithTheNextFrame();
+    void newValuesOfTheCrossApplyToTheNextFrame();
     void theCrossIsTwoWideAtFirst();
-    void theDialogOfTheCrossReachesThePicture();
+    void theCrossDialogChangesTheImage();
     void closingTheDialogKeepsTheCross();
     void theCrossWaitsForTheNextFrame();
-    void aDragMovesThePictureAtEveryScale_data();
-    void aDragMovesThePictureAtEveryScale();
-    void withoutAFrameZoomActionsKeepThePicture();
-    void aTurnOfTheWheelLeavesFitMode();
-    void aFrameWithoutARawSizeIsShown();
-    void everyDisplayedFrameIsAlsoAPicture_data();
-    void everyDisplayedFrameIsAlsoAPicture();
+    void aDragMovesTheImageAtEveryScale_data();
+    void aDragMovesTheImageAtEveryScale();
+    void zoomActionsKeepAStoppedImage();
+    void theWheelEndsFitMode();
+    void aFrameWithoutARawSizeIsDisplayed();
+    void everyDisplayedFrameIsEmittedAsAPicture_data();
+    void everyDisplayedFrameIsEmittedAsAPicture();
 };
 
 namespace {
@@ -57,7 +57,7 @@ constexpr std::uint32_t rgb8 = 0x02180014;
 
 } // namespace
 
-void LivePictureTest::theNewestFrameIsShown()
+void LivePictureTest::theNewestFrameIsDisplayed()
 {
     const Shell shell;
     shell.play();
@@ -72,7 +72,7 @@ void LivePictureTest::planesAreChosenByFormat_data()
 {
     QTest::addColumn<QString>("format");
     QTest::addColumn<uint>("code");
-    QTest::addColumn<int>("plane"); // value of the plane that is to be shown
+    QTest::addColumn<int>("plane"); // value of the plane to be displayed
     QTest::newRow("Mono8") << "Mono8" << mono8 << 1;
     QTest::newRow("Mono12") << "Mono12" << mono12 << 3;
     QTest::newRow("12-bit code") << "Mono8" << bayerGR12 << 3;
@@ -122,7 +122,7 @@ void LivePictureTest::aWidthNotDivisibleBy4ShowsAlignedRows()
     for (std::size_t i = 0; i < frame.plane().size(); ++i)
         frame.plane()[i] = static_cast<std::uint8_t>(1 + i % 251);
     QTRY_VERIFY((frame.deliver(), !shell.item()->pixmap().isNull()));
-    // Rows start at multiples of 4 bytes although the frame's rows follow each other closely.
+    // Rows start at multiples of 4 bytes although the frame's rows have no padding.
     const int stride = (width * bytes + 3) / 4 * 4;
     const QImage picture = shell.picture();
     for (int y = 0; y < height; ++y) {
@@ -139,7 +139,7 @@ void LivePictureTest::aWidthNotDivisibleBy4ShowsAlignedRows()
     shell->slotStopCamera();
 }
 
-void LivePictureTest::greyIsShownWhileThePoolIsBusy()
+void LivePictureTest::greyIsDisplayedWhileThePoolIsBusy()
 {
     const Shell shell([] {
         shell::setPixelFormat("Mono8", mono8);
@@ -147,7 +147,7 @@ void LivePictureTest::greyIsShownWhileThePoolIsBusy()
     });
     shell.play();
     Frame frame(640, 480, 77);
-    const BusyPool pool; // as with many frames to be saved
+    const BusyPool pool; // as while many frames are saved
     QVERIFY(shows(shell, frame, gray(77)));
     shell.action("actionDrawCenter")->setChecked(true);
     QVERIFY(frame.deliver());
@@ -179,7 +179,7 @@ void LivePictureTest::brokenFramesAreDropped()
     shell->slotStopCamera();
 }
 
-void LivePictureTest::framesBehindAStopAreNotShown()
+void LivePictureTest::framesAfterAStopAreNotDisplayed()
 {
     const Shell shell;
     shell.play();
@@ -251,7 +251,8 @@ void LivePictureTest::theCrossIsPainted()
     pixmap.fill(Qt::blue);
     shell->slotDisplayFrame(pixmap);
     const QImage painted = shell.picture();
-    QCOMPARE(pixmap.toImage().pixelColor(0, 0), QColor(Qt::blue)); // the signal's copy is untouched
+    QCOMPARE(pixmap.toImage().pixelColor(0, 0),
+             QColor(Qt::blue)); // the cross is not painted into the signal's image
     const int middleX = size.width() / 2;
     const int middleY = size.height() / 2;
     const int before = width / 2;
@@ -266,7 +267,7 @@ void LivePictureTest::theCrossIsPainted()
     }
 }
 
-void LivePictureTest::theCrossTakesNewValuesWithTheNextFrame()
+void LivePictureTest::newValuesOfTheCrossApplyToTheNextFrame()
 {
     const Shell shell;
     shell.play();
@@ -303,7 +304,7 @@ void LivePictureTest::theCrossIsTwoWideAtFirst()
         QCOMPARE(painted.pixelColor(5, y), QColor(Qt::blue));
 }
 
-void LivePictureTest::theDialogOfTheCrossReachesThePicture()
+void LivePictureTest::theCrossDialogChangesTheImage()
 {
     const Shell shell;
     shell.play();
@@ -354,14 +355,14 @@ void LivePictureTest::theCrossWaitsForTheNextFrame()
     QCOMPARE(shell.picture(), last);
 }
 
-void LivePictureTest::aDragMovesThePictureAtEveryScale_data()
+void LivePictureTest::aDragMovesTheImageAtEveryScale_data()
 {
     QTest::addColumn<double>("scale");
     for (const double scale : {20.0, 40.0, 100.0})
         QTest::addRow("%.0f", scale) << scale;
 }
 
-void LivePictureTest::aDragMovesThePictureAtEveryScale()
+void LivePictureTest::aDragMovesTheImageAtEveryScale()
 {
     QFETCH(double, scale);
     const Shell shell;
@@ -380,10 +381,10 @@ void LivePictureTest::aDragMovesThePictureAtEveryScale()
     QCoreApplication::sendEvent(viewport, &drag);
     QTest::mouseRelease(viewport, Qt::LeftButton, Qt::NoModifier, to);
     QCOMPARE(shell.view()->mapFromScene(held),
-             to); // the same point of the picture is under the mouse
+             to); // the same point of the image is under the mouse
 }
 
-void LivePictureTest::withoutAFrameZoomActionsKeepThePicture()
+void LivePictureTest::zoomActionsKeepAStoppedImage()
 {
     const Shell shell;
     shell.play();
@@ -399,7 +400,7 @@ void LivePictureTest::withoutAFrameZoomActionsKeepThePicture()
     }
 }
 
-void LivePictureTest::aTurnOfTheWheelLeavesFitMode()
+void LivePictureTest::theWheelEndsFitMode()
 {
     const Shell shell;
     shell->show();
@@ -419,7 +420,7 @@ void LivePictureTest::aTurnOfTheWheelLeavesFitMode()
     QVERIFY(shell.view()->transform().m11() < fitted);
 }
 
-void LivePictureTest::aFrameWithoutARawSizeIsShown()
+void LivePictureTest::aFrameWithoutARawSizeIsDisplayed()
 {
     const Shell shell([] { shell::setPixelFormat("Mono8", mono8); });
     shell.play();
@@ -428,17 +429,17 @@ void LivePictureTest::aFrameWithoutARawSizeIsShown()
     QVERIFY(shows(shell, frame, gray(9)));
 }
 
-void LivePictureTest::everyDisplayedFrameIsAlsoAPicture_data()
+void LivePictureTest::everyDisplayedFrameIsEmittedAsAPicture_data()
 {
     QTest::addColumn<bool>("live");
     QTest::newRow("stream") << true;
     QTest::newRow("single shot") << false;
 }
 
-void LivePictureTest::everyDisplayedFrameIsAlsoAPicture()
+void LivePictureTest::everyDisplayedFrameIsEmittedAsAPicture()
 {
     QFETCH(bool, live);
-    PicturePtr newest; // lives longer than the window, whose end may deliver another
+    PicturePtr newest; // outlives the window, which may emit another one when it is destroyed
     const Shell shell;
     shell.open();
     shell::setPixelFormat("Mono8", shell::mono8);

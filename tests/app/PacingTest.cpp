@@ -20,10 +20,10 @@ private slots:
     void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
 
     void theDisplayThreadIsJoinedBeforeTheStop();
-    void onlyTheNewestOfTheQueueIsShown();
-    void everyPictureIsFollowedByThePause();
+    void onlyTheNewestFrameIsDisplayed();
+    void aPauseFollowsEveryDisplayedFrame();
     void aShotLooks149TimesForItsFrame();
-    void aShotDoesNotWaitForAFrameThatIsThere();
+    void aShotEndsAsSoonAsItsFrameArrives();
 };
 
 namespace {
@@ -33,7 +33,7 @@ constexpr useconds_t shotPauseUs = 10000;
 
 } // namespace
 
-// The library's memory, which that thread reads, is the library's again behind the stop.
+// The display thread reads memory of the library, which the library may free after the stop.
 void PacingTest::theDisplayThreadIsJoinedBeforeTheStop()
 {
     const Shell shell;
@@ -44,7 +44,7 @@ void PacingTest::theDisplayThreadIsJoinedBeforeTheStop()
         shell.window.get(), &MainWindow::sigDisplayFrame, shell.window.get(),
         [&] {
             inTheMiddle.release();
-            while (shell->isAcquiring()) // until the stop asks
+            while (shell->isAcquiring()) // until the stop ends the loop
                 std::this_thread::yield();
             ended = true;
         },
@@ -58,7 +58,7 @@ void PacingTest::theDisplayThreadIsJoinedBeforeTheStop()
     QVERIFY(joined);
 }
 
-void PacingTest::onlyTheNewestOfTheQueueIsShown()
+void PacingTest::onlyTheNewestFrameIsDisplayed()
 {
     QSemaphore paused;
     QSemaphore goOn;
@@ -82,7 +82,7 @@ void PacingTest::onlyTheNewestOfTheQueueIsShown()
         QVERIFY(frames.back()->deliver());
     }
     QSignalSpy shown(shell.window.get(), SIGNAL(sigDisplayFrame(QPixmap)));
-    for (int round = 0; round < 3; ++round) { // older ones do not come later either
+    for (int round = 0; round < 3; ++round) { // older frames are not displayed later
         goOn.release();
         paused.acquire();
     }
@@ -91,8 +91,8 @@ void PacingTest::onlyTheNewestOfTheQueueIsShown()
     QCOMPARE(shell.picture().pixel(0, 0), gray(119));
 }
 
-// 33 ms after each, which makes at most 30 a second of a camera however fast.
-void PacingTest::everyPictureIsFollowedByThePause()
+// A pause of 33 ms limits the display to 30 frames a second.
+void PacingTest::aPauseFollowsEveryDisplayedFrame()
 {
     const shell::SleepWatch sleeps([](useconds_t) { std::this_thread::yield(); });
     const Shell shell;
@@ -119,7 +119,7 @@ void PacingTest::aShotLooks149TimesForItsFrame()
     QCOMPARE(sleeps.pauses(shotPauseUs), 149);
 }
 
-void PacingTest::aShotDoesNotWaitForAFrameThatIsThere()
+void PacingTest::aShotEndsAsSoonAsItsFrameArrives()
 {
     const Shell shell;
     shell.open();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The sensor preview's calls among those of the window: where they begin, wait and end.
+// The order of calls of the sensor preview and of the window.
 #include "tests/app/Shell.h"
 #include "tests/control/Gate.h"
 
@@ -46,7 +46,7 @@ void PreviewOrderTest::openLoadsThePanelThenGrabs()
     const int own = shell::calls().size();
     QVERIFY(gate.wait(1));
     const QStringList all = allCalls();
-    QCOMPARE(all.mid(0, own), shell::calls()); // the thread starts when the panel has loaded
+    QCOMPARE(all.mid(0, own), shell::calls()); // the preview starts after the panel has loaded
     QCOMPARE(all.mid(own, 2), turn);
 }
 
@@ -57,7 +57,7 @@ void PreviewOrderTest::grabEndsBeforeTheClose_data()
         QTest::newRow(way) << way;
 }
 
-/// The library frees the camera in the close: no grab may be inside then.
+/// The library frees the camera in the close, so no grab may run then.
 void PreviewOrderTest::grabEndsBeforeTheClose()
 {
     QFETCH(QString, way);
@@ -78,7 +78,7 @@ void PreviewOrderTest::grabEndsBeforeTheClose()
     shell->slotOpenCamera(0);
     QVERIFY(gate.wait(1));
     std::thread opener([&] {
-        (void)closed.wait(1, std::chrono::milliseconds(200)); // it may not come
+        (void)closed.wait(1, std::chrono::milliseconds(200)); // may time out
         gate.open();
     });
     if (way == "close")
@@ -105,7 +105,7 @@ void PreviewOrderTest::nothingIsGrabbedAfterTheClose()
     QCOMPARE(allCalls().last(), QString("OrvalisCloseCamera(h1)"));
 }
 
-/// A grab has buffers of the size that it read; a node may make the sensor larger.
+/// A grab allocates buffers of the size that it read; writing a node may enlarge the sensor.
 void PreviewOrderTest::treeWritesWaitForTheGrab()
 {
     Gate gate(false);

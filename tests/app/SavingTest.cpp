@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Displayed frames on their way to disk.
+// Displayed frames are saved to disk.
 #include "tests/app/Shell.h"
 
 #include <QComboBox>
@@ -23,9 +23,9 @@ private slots:
 
     void onceSavesOneFilePerArming();
     void allSavesEveryDisplayedFrame();
-    void dumpsAreThoseOfTheDisplayedFrame();
+    void dumpsContainTheDisplayedFrame();
     void savedImagesHaveNoCross();
-    void aFormatWithoutItsPlaneDisarmsAllTheSame();
+    void aFormatWithoutItsPlaneStillDisarms();
     void aDumpWithoutARawSizeIsAsLongAsThePixels_data();
     void aDumpWithoutARawSizeIsAsLongAsThePixels();
     void framesArmedAtTheExitAreOnDisk();
@@ -35,7 +35,7 @@ namespace {
 
 const QRegularExpression namePattern("^CAM-A(_\\d+){6}\\.(BMP|JPG|PNG|RAW|RGB)$");
 
-/// Frames are saved to a directory of its own, as chosen on the panel.
+/// Saves frames to a temporary directory with options chosen on the panel.
 class Saving {
 public:
     Saving(const Shell &shell, const QString &format, bool all) : m_shell(shell)
@@ -59,7 +59,7 @@ private:
     const Shell &m_shell;
 };
 
-/// Tasks that run in the same millisecond write the same file, so a few may be missing.
+/// Deliberate: tasks that run in the same millisecond write the same file, so a few may be missing.
 bool savedAll(const Saving &saving, int frames)
 {
     return saving.files().size() <= frames && 2 * saving.files().size() > frames;
@@ -106,7 +106,7 @@ void SavingTest::allSavesEveryDisplayedFrame()
         QCOMPARE(saving.bytes(i).size(), 64 * 48);
 }
 
-void SavingTest::dumpsAreThoseOfTheDisplayedFrame()
+void SavingTest::dumpsContainTheDisplayedFrame()
 {
     const Shell shell;
     shell.play();
@@ -135,7 +135,7 @@ void SavingTest::savedImagesHaveNoCross()
     QTRY_COMPARE(QImage::fromData(saving.bytes()).pixel(32, 24), gray(60));
 }
 
-void SavingTest::aFormatWithoutItsPlaneDisarmsAllTheSame()
+void SavingTest::aFormatWithoutItsPlaneStillDisarms()
 {
     const Shell shell;
     shell.open();
@@ -171,7 +171,7 @@ void SavingTest::aDumpWithoutARawSizeIsAsLongAsThePixels()
     shell->slotStartCamera();
     const Saving saving(shell, "RAW", false);
     saving.arm();
-    Frame frame(64, 48, 60); // its planes have three bytes for each pixel
+    Frame frame(64, 48, 60); // its planes have three bytes per pixel
     frame.record.rawSize = 0;
     QTRY_VERIFY((frame.deliver(), !saving.isArmed()));
     QTRY_COMPARE(saving.bytes(), QByteArray(bytes, 60));

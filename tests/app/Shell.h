@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The main window on the recording camera library.
+// The main window with the recording camera library.
 #pragma once
 
 #include "app/MainWindow.h"
@@ -26,7 +26,7 @@ namespace shell {
 constexpr std::uint32_t mono12 = 0x01100005;
 constexpr std::uint32_t bayerGR12 = 0x01100010;
 
-/// Closes message boxes and menus as they open, as a user would who answers everything.
+/// Closes message boxes and menus as soon as they open.
 inline void dismissBoxes(QTimer *timer)
 {
     timer->setInterval(1);
@@ -39,7 +39,8 @@ inline void dismissBoxes(QTimer *timer)
     timer->start();
 }
 
-/// A frame with planes of its own, filled with `grey`. Its end stops the stream, which may hold it.
+/// A frame that owns its planes, filled with `grey`. The destructor stops the stream, which may use
+/// the frame.
 class Frame {
 public:
     Frame(std::uint32_t width, std::uint32_t height, std::uint8_t grey)
@@ -75,8 +76,7 @@ inline QStringList texts(const std::vector<std::string> &calls)
     return list;
 }
 
-/// Calls of the window's own thread: not those that come by themselves, of discovery and of the
-/// sensor preview.
+/// Calls of the GUI thread, without those of discovery.
 inline QStringList calls()
 {
     QStringList kept;
@@ -89,7 +89,7 @@ inline QStringList calls()
     return kept;
 }
 
-/// The calls that connect, stream and end; not what panels read.
+/// Calls that control library, connection and stream; none of panels.
 inline QStringList lifeCalls()
 {
     return texts(
@@ -158,16 +158,16 @@ private:
     QTimer m_timer;
 };
 
-/// The window and ways to look into it.
+/// The window, with access to its parts.
 class Shell {
 public:
-    /// Puts the recording library back to its start first.
+    /// Resets the recording library first.
     Shell()
     {
         fakeorvalis::reset();
         make();
     }
-    /// With the library as the test has set it up.
+    /// Resets the recording library and then runs `prepare`.
     explicit Shell(const std::function<void()> &prepare)
     {
         fakeorvalis::reset();
@@ -212,13 +212,13 @@ public:
     QImage picture() const { return item()->pixmap().toImage(); }
     QGraphicsView *view() const { return child<QGraphicsView>("graphicsView"); }
 
-    /// Opens camera `index` and forgets the calls made.
+    /// Opens camera `index` and clears the recorded calls.
     void open(int index = 0) const
     {
         window->slotOpenCamera(index);
         fakeorvalis::clearCalls();
     }
-    /// Opens a camera and starts it, and forgets the calls made.
+    /// Opens a camera, starts the stream and clears the recorded calls.
     void play() const
     {
         open();
@@ -239,7 +239,7 @@ private:
 
 inline QRgb gray(int value) { return qRgb(value, value, value); }
 
-/// Processes events, and those that they cause.
+/// Processes pending events, and the events that these cause.
 inline void settle()
 {
     for (int round = 0; round < 10; ++round)

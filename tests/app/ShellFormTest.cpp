@@ -22,8 +22,8 @@ private slots:
     void actionsAreAsDesigned();
     void everyActionIsWired_data();
     void everyActionIsWired();
-    void iconsAreOursWhateverTheTheme();
-    void aThemeThatHasOurNamesIsFollowed();
+    void aThemeWithSimilarNamesKeepsOurIcons();
+    void aThemeWithOurNamesReplacesOurIcons();
     void theApplicationIconIsDrawn();
     void theWindowIsAsDesigned();
     void everyUsableActionIsInAMenu();
@@ -37,7 +37,7 @@ namespace {
 struct Design {
     const char *name;
     const char *text;
-    const char *toolTip; ///< as shown: Qt takes the text where the form has none
+    const char *toolTip; ///< as displayed: Qt uses the text if the form has none
     const char *icon;
     bool checkable;
     const char *slot;
@@ -145,7 +145,7 @@ void ShellFormTest::everyActionIsWired()
     if (name == "actionDrawCenter")
         signal = "2toggled(bool)";
     const bool wired = *design.slot != '\0';
-    // A disconnect by signature succeeds once for a connection made by signature.
+    // A disconnect by signature succeeds once for each connection by signature.
     if (wired) {
         QVERIFY(QObject::disconnect(action, signal, shell.window.get(), slot));
         QVERIFY(!QObject::disconnect(action, signal, shell.window.get(), slot));
@@ -155,7 +155,7 @@ void ShellFormTest::everyActionIsWired()
 
 namespace {
 
-/// A desktop whose icon theme has pictures of one colour, of the names given.
+/// An icon theme with the given names; every icon is filled with one colour.
 class IconTheme {
 public:
     explicit IconTheme(const QStringList &names)
@@ -186,14 +186,14 @@ private:
     const QStringList m_before = QIcon::themeSearchPaths();
 };
 
-/// Whether the action shows the theme's picture.
+/// Whether the action has the theme's icon.
 bool isThemed(const Shell &shell, const char *action)
 {
     const QImage icon = shell.action(action)->icon().pixmap(20, 20).toImage();
     return !icon.isNull() && icon.pixelColor(icon.rect().center()) == QColor(IconTheme::colour);
 }
 
-/// The icon's name in a theme: its file's, but for that of "Exit".
+/// The icon's name in a theme: the name of its file, except for "Exit".
 QString themeName(const Design &design)
 {
     const QString stem = QFileInfo(design.icon).baseName();
@@ -202,8 +202,8 @@ QString themeName(const Design &design)
 
 } // namespace
 
-// A theme that has "camera" has nothing to say on "camera-play".
-void ShellFormTest::iconsAreOursWhateverTheTheme()
+// Qt must not use "camera" of the theme for "camera-play".
+void ShellFormTest::aThemeWithSimilarNamesKeepsOurIcons()
 {
     const IconTheme theme({"camera", "window-close", "draw", "camera-web"});
     QVERIFY(QIcon::hasThemeIcon("camera"));
@@ -212,7 +212,7 @@ void ShellFormTest::iconsAreOursWhateverTheTheme()
         QVERIFY2(!isThemed(shell, design.name), design.name);
 }
 
-void ShellFormTest::aThemeThatHasOurNamesIsFollowed()
+void ShellFormTest::aThemeWithOurNamesReplacesOurIcons()
 {
     QStringList names;
     for (const Design &design : designs)

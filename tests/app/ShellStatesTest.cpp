@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The main window's states: the start, what is usable when, docks and dialogs, the status bar.
+// States of the main window: start, enabled actions, docks and dialogs, status bar.
 #include "tests/app/Shell.h"
 
 #include <QDialog>
@@ -17,8 +17,8 @@ private slots:
     void theStatusBarStartsAtZero();
     void uiStatus_data();
     void uiStatus();
-    void docksAreShownByTheirActions_data();
-    void docksAreShownByTheirActions();
+    void actionsShowTheirDocks_data();
+    void actionsShowTheirDocks();
     void treeSignalsReachThePanel_data();
     void treeSignalsReachThePanel();
     void statusTexts_data();
@@ -27,7 +27,7 @@ private slots:
     void dialogsStartHidden();
     void theCrossDialogFollowsItsAction();
     void registerAccessNeedsACamera();
-    void theLogoIsShownWithoutACamera();
+    void theLogoIsDisplayedWithoutACamera();
 };
 
 void ShellStatesTest::theStartIsLogged()
@@ -60,7 +60,7 @@ void ShellStatesTest::theStatusBarStartsAtZero()
 void ShellStatesTest::uiStatus_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("stages"); // +: as the argument, -: its negation, blank: left alone
+    QTest::addColumn<QString>("stages"); // +: as the argument, -: its negation, blank: unchanged
     QTest::newRow("open") << "actionOpen"
                           << "-- ";
     QTest::newRow("close") << "actionClose"
@@ -115,7 +115,7 @@ void ShellStatesTest::uiStatus()
     }
 }
 
-void ShellStatesTest::docksAreShownByTheirActions_data()
+void ShellStatesTest::actionsShowTheirDocks_data()
 {
     QTest::addColumn<QString>("dock");
     QTest::addColumn<QString>("action");
@@ -130,7 +130,7 @@ void ShellStatesTest::docksAreShownByTheirActions_data()
                          << "actionShowLogStatus" << QByteArray("slotShowLogStatus");
 }
 
-void ShellStatesTest::docksAreShownByTheirActions()
+void ShellStatesTest::actionsShowTheirDocks()
 {
     QFETCH(QString, dock);
     QFETCH(QString, action);
@@ -257,7 +257,7 @@ void ShellStatesTest::registerAccessNeedsACamera()
 {
     const Shell shell;
     shell->show();
-    shell->slotAccessRegister(); // nothing to show
+    shell->slotAccessRegister(); // no dialog yet
     QCOMPARE(shell->findChildren<QDialog *>().size(), 2);
     shell.open();
     QCOMPARE(shell->findChildren<QDialog *>().size(), 3);
@@ -267,7 +267,7 @@ void ShellStatesTest::registerAccessNeedsACamera()
     QVERIFY(dialog->isVisible());
 }
 
-void ShellStatesTest::theLogoIsShownWithoutACamera()
+void ShellStatesTest::theLogoIsDisplayedWithoutACamera()
 {
     const Shell shell;
     QCOMPARE(shell.picture(), QPixmap(":/icons/logo.png").toImage());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The acquisition mode that a single shot sets, and who puts it back.
+// The acquisition mode that a single shot sets, and when it is reset.
 #include "tests/app/Shell.h"
 
 using shell::Shell;
@@ -17,12 +17,13 @@ private slots:
 
 void SingleShotModeTest::playEndsTheModeOfAShotThatWasLost_data()
 {
-    QTest::addColumn<int>("next"); // the camera that is opened then
+    QTest::addColumn<int>("next"); // the camera opened afterwards
     QTest::addColumn<bool>("repaired");
     QTest::newRow("the same camera") << 0 << true;
     QTest::newRow("another camera") << 1 << false;
 }
 
+// A lost camera cannot be written to, and keeps its mode if it keeps its power.
 void SingleShotModeTest::playEndsTheModeOfAShotThatWasLost()
 {
     QFETCH(int, next);
@@ -42,7 +43,7 @@ void SingleShotModeTest::playEndsTheModeOfAShotThatWasLost()
 
     shell->slotStopCamera();
     fakeorvalis::clearCalls();
-    shell->slotStartCamera(); // once is enough
+    shell->slotStartCamera(); // resets the mode only once
     QVERIFY(!shell::calls().contains(mode));
 }
 
@@ -50,7 +51,7 @@ void SingleShotModeTest::playKeepsAModeThatNoShotSet()
 {
     const Shell shell;
     shell.open();
-    fakeorvalis::fail("OrvalisSetNodeEnum"); // a camera without modes
+    fakeorvalis::fail("OrvalisSetNodeEnum"); // a camera without acquisition modes
     shell->slotOneGrab();
     shell->slotStopCamera();
     fakeorvalis::clearCalls();

@@ -23,30 +23,30 @@ private slots:
 
     void makesItsCallsInOrder_data();
     void makesItsCallsInOrder();
-    void everyCallbackIsShownAndCounted();
+    void everyFrameIsDisplayedAndCounted();
     void planesAreChosenByFormat_data();
     void planesAreChosenByFormat();
     void withoutAFrameItGivesUp();
-    void brokenFramesAreNotTheOne();
-    void aFrameLargerThanAnnouncedIsShownWhole();
+    void brokenFramesDoNotEndTheShot();
+    void aFrameLargerThanAnnouncedIsDisplayedWhole();
     void needsAnIdleCamera();
     void stopEndsTheWait();
     void closeEndsTheWait();
-    void aStreamStartedBehindAStoppedShotGoesOn();
-    void aShotBehindAStoppedShotHasItsOwnWait();
+    void aStreamAfterAStoppedShotContinues();
+    void aShotAfterAStoppedShotHasItsOwnWait();
     void shotPlayShot();
-    void theWindowMayGoWhileItWaits();
+    void theWindowMayBeDestroyedDuringTheWait();
     void manyShotsBehaveLikeOne();
-    void playIsNotMarkedAsPlaying();
+    void playStaysUnchecked();
     void theCrossIsPainted();
-    void doesNotWaitBehindSaves_data();
-    void doesNotWaitBehindSaves();
+    void doesNotWaitForSaves_data();
+    void doesNotWaitForSaves();
     void colourNeedsNoBayerPattern();
     void exceptionsStayInTheCallback();
-    void aFrameWithoutARawSizeIsShown();
-    void picturesDoNotPileUpBeforeAWindowThatIsLate();
-    void aSettingDuringAShotBeginsNoStream_data();
-    void aSettingDuringAShotBeginsNoStream();
+    void aFrameWithoutARawSizeIsDisplayed();
+    void aLateGuiThreadLimitsPendingImages();
+    void aSettingDuringAShotStartsNoStream_data();
+    void aSettingDuringAShotStartsNoStream();
 
 private:
     static bool isIdle(const Shell &shell) { return !shell->isAcquiring(); }
@@ -99,8 +99,8 @@ void SingleShotTest::makesItsCallsInOrder()
     QVERIFY(!shell.action("actionStop")->isEnabled());
 }
 
-// A camera without single-frame mode goes on until it is stopped.
-void SingleShotTest::everyCallbackIsShownAndCounted()
+// A camera without single-frame mode continues until it is stopped.
+void SingleShotTest::everyFrameIsDisplayedAndCounted()
 {
     const Shell shell;
     shell.open();
@@ -110,18 +110,18 @@ void SingleShotTest::everyCallbackIsShownAndCounted()
     Frame second(64, 48, 71);
     OImageFrame empty{64 * 48, 64, 48, 8, nullptr, nullptr, nullptr};
     QVERIFY(frame.deliver());
-    QVERIFY(fakeorvalis::deliver(empty)); // counted, but there is nothing to show
+    QVERIFY(fakeorvalis::deliver(empty)); // counted, but not displayed
     QVERIFY(second.deliver());
     QTRY_VERIFY(isIdle(shell));
     QCOMPARE(shown.size(), 2);
-    // What was sent to the view: the shot may end between the two frames, and the view discards
-    // what arrives after its end.
+    // Checks the signal, not the view: the shot may end between the two frames, and the view
+    // discards images that arrive after its end.
     const auto sent = [&shown](int i) { return shown.at(i).at(0).value<QPixmap>().toImage(); };
     QCOMPARE(sent(0).pixel(5, 5), gray(70));
     QCOMPARE(sent(1).pixel(5, 5), gray(71));
     QCOMPARE(shell.recv(), QString("3"));
     const QStringList log = shell.log();
-    QCOMPARE(log.last(), QString("Success open camera[CAM-A] 64x48")); // nothing is logged
+    QCOMPARE(log.last(), QString("Success open camera[CAM-A] 64x48")); // a shot logs nothing
 }
 
 void SingleShotTest::planesAreChosenByFormat_data()
@@ -175,7 +175,7 @@ void SingleShotTest::withoutAFrameItGivesUp()
     QCOMPARE(shell.picture(), before);
 }
 
-void SingleShotTest::brokenFramesAreNotTheOne()
+void SingleShotTest::brokenFramesDoNotEndTheShot()
 {
     const Shell shell;
     shell.open();
@@ -193,8 +193,8 @@ void SingleShotTest::brokenFramesAreNotTheOne()
     QCOMPARE(shell.recv(), QString("3"));
 }
 
-// Nothing is copied into memory of the announced size here.
-void SingleShotTest::aFrameLargerThanAnnouncedIsShownWhole()
+// A single shot copies nothing into memory of the announced size.
+void SingleShotTest::aFrameLargerThanAnnouncedIsDisplayedWhole()
 {
     const Shell shell;
     shell.open();
@@ -218,7 +218,7 @@ void SingleShotTest::needsAnIdleCamera()
     shell->slotStopCamera();
     shell->slotOneGrab();
     fakeorvalis::clearCalls();
-    shell->slotOneGrab(); // right after the first
+    shell->slotOneGrab(); // immediately after the first
     shell->slotStartCamera();
     QCOMPARE(shell::calls(), QStringList());
 }
@@ -234,7 +234,7 @@ void SingleShotTest::stopEndsTheWait()
     QVERIFY(isIdle(shell));
     QThreadPool::globalInstance()->waitForDone();
     QCoreApplication::processEvents();
-    QCOMPARE(shell::calls().size(), 2); // the end of the wait finds nothing left to do
+    QCOMPARE(shell::calls().size(), 2); // the end of the wait makes no further calls
 }
 
 void SingleShotTest::closeEndsTheWait()
@@ -251,7 +251,7 @@ void SingleShotTest::closeEndsTheWait()
     QCOMPARE(shell::calls().size(), 3);
 }
 
-void SingleShotTest::aStreamStartedBehindAStoppedShotGoesOn()
+void SingleShotTest::aStreamAfterAStoppedShotContinues()
 {
     const Shell shell;
     shell.open();
@@ -265,7 +265,7 @@ void SingleShotTest::aStreamStartedBehindAStoppedShotGoesOn()
     QVERIFY(fakeorvalis::callback() != nullptr);
 }
 
-void SingleShotTest::aShotBehindAStoppedShotHasItsOwnWait()
+void SingleShotTest::aShotAfterAStoppedShotHasItsOwnWait()
 {
     const Shell shell;
     shell.open();
@@ -298,7 +298,7 @@ void SingleShotTest::shotPlayShot()
     }
 }
 
-void SingleShotTest::theWindowMayGoWhileItWaits()
+void SingleShotTest::theWindowMayBeDestroyedDuringTheWait()
 {
     Shell shell;
     shell.open();
@@ -324,7 +324,7 @@ void SingleShotTest::manyShotsBehaveLikeOne()
     QCOMPARE(shell.recv(), QString("1"));
 }
 
-void SingleShotTest::playIsNotMarkedAsPlaying()
+void SingleShotTest::playStaysUnchecked()
 {
     const Shell shell;
     shell.open();
@@ -344,14 +344,14 @@ void SingleShotTest::theCrossIsPainted()
     QCOMPARE(shell.picture().pixelColor(32, 3), QColor(Qt::red));
 }
 
-void SingleShotTest::doesNotWaitBehindSaves_data()
+void SingleShotTest::doesNotWaitForSaves_data()
 {
     QTest::addColumn<QString>("format");
     QTest::newRow("grey") << "Mono8";
     QTest::newRow("colour") << "RGB8";
 }
 
-void SingleShotTest::doesNotWaitBehindSaves()
+void SingleShotTest::doesNotWaitForSaves()
 {
     QFETCH(QString, format);
     const Shell shell([&] {
@@ -399,7 +399,7 @@ void SingleShotTest::exceptionsStayInTheCallback()
     QCOMPARE(shell.picture().pixel(0, 0), gray(9));
 }
 
-void SingleShotTest::aFrameWithoutARawSizeIsShown()
+void SingleShotTest::aFrameWithoutARawSizeIsDisplayed()
 {
     const Shell shell;
     shell.open();
@@ -412,7 +412,7 @@ void SingleShotTest::aFrameWithoutARawSizeIsShown()
     QCOMPARE(shell.picture().pixel(0, 0), gray(9));
 }
 
-void SingleShotTest::picturesDoNotPileUpBeforeAWindowThatIsLate()
+void SingleShotTest::aLateGuiThreadLimitsPendingImages()
 {
     constexpr int side = 2048;
     constexpr int most = 64 / (4 * side * side / 1024 / 1024) + 1;
@@ -422,14 +422,14 @@ void SingleShotTest::picturesDoNotPileUpBeforeAWindowThatIsLate()
     shell->slotOneGrab();
     Frame frame(side, side, 60);
     for (int i = 0; i < 2 * most; ++i)
-        QVERIFY(frame.deliver()); // the window lets no event through
+        QVERIFY(frame.deliver()); // the GUI thread processes no event
     QVERIFY2(shown.size() <= most, qPrintable(QString::number(shown.size())));
-    shown.clear(); // the spy holds them
+    shown.clear(); // the spy keeps them in memory
     QTRY_VERIFY(isIdle(shell));
     QCOMPARE(shell.recv(), QString::number(2 * most));
 }
 
-void SingleShotTest::aSettingDuringAShotBeginsNoStream_data()
+void SingleShotTest::aSettingDuringAShotStartsNoStream_data()
 {
     QTest::addColumn<QByteArray>("slot");
     QTest::newRow("region") << QByteArray("on_btnROIApply_clicked");
@@ -438,8 +438,8 @@ void SingleShotTest::aSettingDuringAShotBeginsNoStream_data()
     QTest::newRow("user set") << QByteArray("on_btnUserSetLoad_clicked");
 }
 
-// Only a stream that Play began is stopped for a setting and started again.
-void SingleShotTest::aSettingDuringAShotBeginsNoStream()
+// A setting restarts only a stream that Play started.
+void SingleShotTest::aSettingDuringAShotStartsNoStream()
 {
     QFETCH(QByteArray, slot);
     const Shell shell;
@@ -457,6 +457,5 @@ void SingleShotTest::aSettingDuringAShotBeginsNoStream()
     QVERIFY(!shell.log().contains("start stream Camera[CAM-A]"));
 }
 
-// The camera can no longer be written to when it is lost, and keeps its mode if it keeps its power.
 ORVALIS_QTEST_MAIN(SingleShotTest)
 #include "SingleShotTest.moc"

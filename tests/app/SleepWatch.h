@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Counts the pauses of the window's threads, in place of looking at a clock. For one source file of
-// a program: it stands in front of the C library's usleep().
+// Counts the pauses of the window's threads instead of measuring time. Include it in one source
+// file of a program: it replaces usleep() of the C library.
 #pragma once
 
 #include <atomic>
@@ -13,7 +13,7 @@
 
 namespace shell {
 
-/// While it lives, counts pauses by their length, and runs `instead` in place of each.
+/// During its lifetime, counts pauses by length, and runs `instead` for each.
 class SleepWatch {
 public:
     explicit SleepWatch(std::function<void(useconds_t)> instead = pause)
@@ -25,7 +25,7 @@ public:
     SleepWatch(const SleepWatch &) = delete;
     SleepWatch &operator=(const SleepWatch &) = delete;
 
-    /// Pauses of this length that began so far.
+    /// The number of pauses of this length that have begun.
     int pauses(useconds_t microseconds) const
     {
         const std::lock_guard lock(m_mutex);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What happens while a stream starts: stops, settings, and events of the window.
+// Stops, settings and events while a stream starts.
 #include "tests/app/Shell.h"
 
 #include <QComboBox>
@@ -23,9 +23,9 @@ private slots:
     void aStopDuringTheStartCancelsIt();
     void aStopWhileARestartIsPendingCancelsIt();
     void aStartAfterACancelledOneRuns();
-    void theFormatIsReadAnewByEveryStart();
-    void aSettingChangedDuringTheStartCounts();
-    void quickKeysOnThePixelFormatLeaveNoBlankPicture();
+    void everyStartReadsTheFormat();
+    void aSettingChangedDuringTheStartIsUsed();
+    void quickKeysOnThePixelFormatLeaveNoBlankImage();
 };
 
 void StreamStartTest::eventsDuringStartMayCloseTheCamera()
@@ -117,7 +117,7 @@ void StreamStartTest::aStartAfterACancelledOneRuns()
     QVERIFY(shell.action("actionPlay")->isChecked());
 }
 
-void StreamStartTest::theFormatIsReadAnewByEveryStart()
+void StreamStartTest::everyStartReadsTheFormat()
 {
     const Shell shell;
     shell.play();
@@ -131,7 +131,7 @@ void StreamStartTest::theFormatIsReadAnewByEveryStart()
     QCOMPARE(shell.picture().size(), QSize(16, 8));
 }
 
-void StreamStartTest::aSettingChangedDuringTheStartCounts()
+void StreamStartTest::aSettingChangedDuringTheStartIsUsed()
 {
     const Shell shell;
     shell.open();
@@ -150,7 +150,8 @@ void StreamStartTest::aSettingChangedDuringTheStartCounts()
     QCOMPARE(shell.picture().size(), QSize(16, 8));
 }
 
-void StreamStartTest::quickKeysOnThePixelFormatLeaveNoBlankPicture()
+// Each key restarts the stream; the second arrives while the first restart is pending.
+void StreamStartTest::quickKeysOnThePixelFormatLeaveNoBlankImage()
 {
     const Shell shell;
     shell->show();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Play and stop: the calls they make, what they show, and what they count.
+// Play and Stop: library calls, display and counters.
 #include "tests/app/Shell.h"
 
 #include <QSemaphore>
@@ -20,29 +20,29 @@ private slots:
 
     void startMakesItsCallsInOrder_data();
     void startMakesItsCallsInOrder();
-    void startGoesOnWhateverFails_data();
-    void startGoesOnWhateverFails();
-    void startTellsEveryone();
+    void startContinuesAfterAFailure_data();
+    void startContinuesAfterAFailure();
+    void startUpdatesTheWindow();
     void startWhileStreamingDoesNothing();
     void startWithoutACameraDoesNothing();
     void startLeavesAnEmptyScene();
     void stopMakesItsCallsInOrder();
     void stopWithoutAStreamDoesNothing();
     void stopKeepsTheCountAndClearsTheRate();
-    void playShowsWhetherItPlays();
+    void playIsCheckedWhileStreaming();
     void framesAreCounted();
-    void theCallbackWaitsForNobody();
-    void countsLeaveTheLayoutAlone();
+    void theCallbackNeverBlocks();
+    void countsKeepTheLayout();
     void ratesComeWithEvery31stFrame();
-    void aRateThatComesLateIsNotShown();
-    void theStatusShowsWhatItIsToldAtAnyTime();
+    void aLateRateIsNotDisplayed();
+    void theStatusDisplaysFiguresAtAnyTime();
     void exceptionsStayInTheCallback();
-    void manyCyclesAreQuiet();
+    void manyCyclesRunWithoutWarnings();
 };
 
 namespace {
 
-/// Counts the times that a widget is to lay itself out anew.
+/// Counts the layout requests of a widget.
 class LayoutRequests : public QObject {
 public:
     explicit LayoutRequests(QWidget *widget) { widget->installEventFilter(this); }
@@ -87,7 +87,7 @@ void StreamTest::startMakesItsCallsInOrder()
     QVERIFY(calls.last().startsWith("OrvalisStartAcquisition(h1"));
 }
 
-void StreamTest::startGoesOnWhateverFails_data()
+void StreamTest::startContinuesAfterAFailure_data()
 {
     QTest::addColumn<QString>("function");
     for (const char *name : {"OrvalisGetCamInfo", "OrvalisGetSizeInfo", "OrvalisGetPixelFormatStr",
@@ -95,7 +95,7 @@ void StreamTest::startGoesOnWhateverFails_data()
         QTest::newRow(name) << name;
 }
 
-void StreamTest::startGoesOnWhateverFails()
+void StreamTest::startContinuesAfterAFailure()
 {
     QFETCH(QString, function);
     const Shell shell;
@@ -110,7 +110,7 @@ void StreamTest::startGoesOnWhateverFails()
     QVERIFY(!shell->isStreaming());
 }
 
-void StreamTest::startTellsEveryone()
+void StreamTest::startUpdatesTheWindow()
 {
     const Shell shell;
     shell.open();
@@ -197,7 +197,7 @@ void StreamTest::stopKeepsTheCountAndClearsTheRate()
     QTRY_COMPARE(shell.recv(), QString("2"));
 }
 
-void StreamTest::playShowsWhetherItPlays()
+void StreamTest::playIsCheckedWhileStreaming()
 {
     const Shell shell;
     shell.open();
@@ -223,8 +223,8 @@ void StreamTest::framesAreCounted()
     QCOMPARE(status, (QList<QVariantList>{{0, 1.0, 0.0}, {0, 2.0, 0.0}}));
 }
 
-// The thread of the window is busy, and so is the display thread, in the middle of a frame.
-void StreamTest::theCallbackWaitsForNobody()
+// The GUI thread is busy, and the display thread is processing a frame.
+void StreamTest::theCallbackNeverBlocks()
 {
     const Shell shell;
     shell.play();
@@ -247,7 +247,7 @@ void StreamTest::theCallbackWaitsForNobody()
     shell->slotStopCamera();
 }
 
-void StreamTest::countsLeaveTheLayoutAlone()
+void StreamTest::countsKeepTheLayout()
 {
     const Shell shell;
     shell->show();
@@ -263,7 +263,7 @@ void StreamTest::countsLeaveTheLayoutAlone()
     QCOMPARE(ofWindow.count, 0);
     QCOMPARE(ofStatusBar.count, 0);
 
-    // Longer numbers have their room, and those that are longer than expected get it.
+    // Expected numbers fit without a layout; the label grows for longer ones.
     const int wide = shell.recvLabel()->width();
     shell->slotStatusBar(0, 12345678, 0);
     settle();
@@ -289,11 +289,11 @@ void StreamTest::ratesComeWithEvery31stFrame()
             QVERIFY(status.at(i).at(1).toDouble() > 0.0);
         }
     }
-    QCOMPARE(places, QList<int>({30, 62})); // in front of the count of the same frame
+    QCOMPARE(places, QList<int>({30, 62})); // before the count of the same frame
     QCOMPARE(status.last(), QVariantList({0, 62.0, 0.0}));
 }
 
-void StreamTest::aRateThatComesLateIsNotShown()
+void StreamTest::aLateRateIsNotDisplayed()
 {
     const Shell shell;
     shell.play();
@@ -306,9 +306,7 @@ void StreamTest::aRateThatComesLateIsNotShown()
     QCOMPARE(shell.recv(), QString("31"));
 }
 
-// A change of the pixel format stops the stream and starts it again; both keys wait in the queue.
-// Each key restarts the stream; the second comes while the first still starts it.
-void StreamTest::theStatusShowsWhatItIsToldAtAnyTime()
+void StreamTest::theStatusDisplaysFiguresAtAnyTime()
 {
     const Shell shell;
     emit shell->sigStatusBar(1, 12.5, 3.0);
@@ -335,7 +333,7 @@ void StreamTest::exceptionsStayInTheCallback()
     shell->slotStopCamera();
 }
 
-void StreamTest::manyCyclesAreQuiet()
+void StreamTest::manyCyclesRunWithoutWarnings()
 {
     const Shell shell;
     Frame frame(64, 48, 1);

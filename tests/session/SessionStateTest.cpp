@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Walks every step between the states of a session, those that are refused too.
+// Tries every step between the states of a session, including the refused ones.
 #include "session/SessionState.h"
 
 #include <gtest/gtest.h>
@@ -26,8 +26,8 @@ const std::map<SessionStep, std::set<SessionStep>> allowed{
     {Exiting, {}},
 };
 
-/// A way from Closed to each state.
-const std::map<SessionStep, Steps> wayTo{
+/// Steps from Closed to each state.
+const std::map<SessionStep, Steps> stepsTo{
     {Closed, {}},
     {Opening, {Opening}},
     {Open, {Opening, Open}},
@@ -42,12 +42,12 @@ const std::map<SessionStep, Steps> wayTo{
 
 void walk(SessionState &state, SessionStep goal)
 {
-    for (const SessionStep step : wayTo.at(goal))
+    for (const SessionStep step : stepsTo.at(goal))
         ASSERT_TRUE(state.go(step)) << "to " << nameOf(step);
     ASSERT_TRUE(state.is(goal)) << nameOf(state.step());
 }
 
-TEST(SessionState, everyStepIsAllowedOrRefusedAsTheTableSays)
+TEST(SessionState, followsTheTableForEveryStep)
 {
     for (const auto &[from, next] : allowed) {
         for (const auto &[to, ignored] : allowed) {
@@ -62,7 +62,7 @@ TEST(SessionState, everyStepIsAllowedOrRefusedAsTheTableSays)
     }
 }
 
-TEST(SessionState, beginsClosed) { EXPECT_TRUE(SessionState().is(Closed)); }
+TEST(SessionState, startsClosed) { EXPECT_TRUE(SessionState().is(Closed)); }
 
 TEST(SessionState, namesAreDifferent)
 {
@@ -77,7 +77,7 @@ struct Answers {
     bool acquiring, live, mayStart, mayOpenOrClose;
 };
 
-TEST(SessionState, answersFollowTheState)
+TEST(SessionState, queriesFollowTheState)
 {
     const Answers table[] = {
         {Closed, false, false, false, true},    {Opening, false, false, false, false},
@@ -97,10 +97,10 @@ TEST(SessionState, answersFollowTheState)
     }
 }
 
-TEST(SessionQuestion, asksEachTime)
+TEST(SessionQuery, queriesAtEachRead)
 {
     SessionState state;
-    const SessionQuestion acquiring(state, &SessionState::isAcquiring);
+    const SessionQuery acquiring(state, &SessionState::isAcquiring);
     EXPECT_FALSE(acquiring);
     walk(state, Live);
     EXPECT_TRUE(acquiring);

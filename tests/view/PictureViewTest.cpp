@@ -20,12 +20,12 @@ private slots:
 
     void aNewSceneIsEmptyAndUnscaled();
     void theFirstFrameOfAScene();
-    void aFrameThatIsDisplayedCostsNothing();
+    void aDisplayedFrameIsNotPaintedAgain();
     void theCrossIsPaintedIntoACopy();
     void framesAreFittedOnDemand();
     void overlaysMoveToANewScene();
-    void aRemovedOverlayIsGone();
-    void aToolGetsTheMouseInImagePixels();
+    void aRemovedOverlayIsDeleted();
+    void aToolReceivesTheMouseInImagePixels();
     void aToolMayLeaveTheMouseToTheView();
 
 private:
@@ -45,7 +45,7 @@ QPixmap greyPixmap(int width = 40, int height = 30)
     return pixmap;
 }
 
-/// Records events, and uses them or not.
+/// Records events, and reports them as used or not.
 class RecordingTool : public ImageTool {
 public:
     explicit RecordingTool(bool uses) : m_uses(uses) {}
@@ -80,7 +80,7 @@ void PictureViewTest::aNewSceneIsEmptyAndUnscaled()
     m_view->scale(2, 2);
     m_images->renewScene(&m_owner);
     QVERIFY(m_view->scene() != first);
-    QCOMPARE(first->parent(), &m_owner); // kept, without its image
+    QCOMPARE(first->parent(), &m_owner); // the previous scene stays, without its image
     QVERIFY(first->items().isEmpty());
     QVERIFY(m_images->item()->pixmap().isNull());
     QVERIFY(!m_images->hasFrame());
@@ -98,7 +98,7 @@ void PictureViewTest::theFirstFrameOfAScene()
     QVERIFY(m_images->showFrame(greyPixmap(), {}));
 }
 
-void PictureViewTest::aFrameThatIsDisplayedCostsNothing()
+void PictureViewTest::aDisplayedFrameIsNotPaintedAgain()
 {
     const QPixmap frame = greyPixmap();
     CenterCross cross;
@@ -146,7 +146,7 @@ void PictureViewTest::overlaysMoveToANewScene()
     QCOMPARE(m_view->scene()->items(QPointF(2, 3)).first(), static_cast<QGraphicsItem *>(overlay));
 }
 
-void PictureViewTest::aRemovedOverlayIsGone()
+void PictureViewTest::aRemovedOverlayIsDeleted()
 {
     auto *overlay = new QGraphicsRectItem(1, 2, 3, 4);
     m_images->addOverlay(overlay);
@@ -156,7 +156,7 @@ void PictureViewTest::aRemovedOverlayIsGone()
     QCOMPARE(m_view->scene()->items().size(), 1);
 }
 
-void PictureViewTest::aToolGetsTheMouseInImagePixels()
+void PictureViewTest::aToolReceivesTheMouseInImagePixels()
 {
     m_images->showFrame(greyPixmap(), {});
     m_view->scale(2, 2);
@@ -165,7 +165,7 @@ void PictureViewTest::aToolGetsTheMouseInImagePixels()
     const QPoint at = m_view->mapFromScene(QPointF(10, 5));
     QTest::mousePress(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
     QVERIFY((tool.last - QPointF(10, 5)).manhattanLength() <= 1);
-    QVERIFY(m_view->viewport()->cursor().shape() != Qt::ClosedHandCursor); // nothing is dragged
+    QVERIFY(m_view->viewport()->cursor().shape() != Qt::ClosedHandCursor); // the view does not drag
     QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, at);
     QCOMPARE(tool.types,
              (std::vector<QEvent::Type>{QEvent::MouseButtonPress, QEvent::MouseButtonRelease}));

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A label in a window, with what is needed to draw on it.
+/// A label in a window, with simulated mouse input.
 struct Drawing {
     Drawing()
     {
@@ -35,12 +35,12 @@ private slots:
     void bandIsAHiddenDarkBlueRectangle();
     void bandBelongsToTheLabel();
     void pressHidesTheBand();
-    void moveShowsTheNormalizedRectangle_data();
-    void moveShowsTheNormalizedRectangle();
-    void releaseTellsTheRawCorners_data();
-    void releaseTellsTheRawCorners();
+    void moveShowsTheNormalisedRectangle_data();
+    void moveShowsTheNormalisedRectangle();
+    void releaseReportsTheRawCorners_data();
+    void releaseReportsTheRawCorners();
     void bandStaysAfterRelease();
-    void clickTellsOnePointTwice();
+    void clickReportsOnePointTwice();
     void anyButtonDraws_data();
     void anyButtonDraws();
     void hideSlotHidesTheBand();
@@ -71,7 +71,7 @@ void RoiLabelViewTest::pressHidesTheBand()
     QVERIFY(drawing.band()->isHidden());
 }
 
-void RoiLabelViewTest::moveShowsTheNormalizedRectangle_data()
+void RoiLabelViewTest::moveShowsTheNormalisedRectangle_data()
 {
     QTest::addColumn<QPoint>("start");
     QTest::addColumn<QPoint>("end");
@@ -81,7 +81,7 @@ void RoiLabelViewTest::moveShowsTheNormalizedRectangle_data()
     QTest::newRow("left and down") << QPoint(60, 20) << QPoint(10, 80);
 }
 
-void RoiLabelViewTest::moveShowsTheNormalizedRectangle()
+void RoiLabelViewTest::moveShowsTheNormalisedRectangle()
 {
     QFETCH(QPoint, start);
     QFETCH(QPoint, end);
@@ -92,9 +92,12 @@ void RoiLabelViewTest::moveShowsTheNormalizedRectangle()
     QCOMPARE(drawing.band()->geometry(), QRect(start, end).normalized());
 }
 
-void RoiLabelViewTest::releaseTellsTheRawCorners_data() { moveShowsTheNormalizedRectangle_data(); }
+void RoiLabelViewTest::releaseReportsTheRawCorners_data()
+{
+    moveShowsTheNormalisedRectangle_data();
+}
 
-void RoiLabelViewTest::releaseTellsTheRawCorners()
+void RoiLabelViewTest::releaseReportsTheRawCorners()
 {
     QFETCH(QPoint, start);
     QFETCH(QPoint, end);
@@ -118,7 +121,7 @@ void RoiLabelViewTest::bandStaysAfterRelease()
     QVERIFY(drawing.band()->isVisible());
 }
 
-void RoiLabelViewTest::clickTellsOnePointTwice()
+void RoiLabelViewTest::clickReportsOnePointTwice()
 {
     Drawing drawing;
     QSignalSpy spy(&drawing.label, &RoiLabelView::sigCurrentPoint);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The scale of a view is told when it changes, and only then.
+// Every change of the scale is reported, and nothing else.
 #include "view/ScaleWatch.h"
 #include "tests/support/QtTestMain.h"
 
@@ -12,37 +12,37 @@ class ScaleWatchTest : public QObject {
 private slots:
     void cleanup() { QCOMPARE(viewertest::takeWarnings(), QStringList()); }
 
-    void everyChangeIsTold();
-    void paintingAloneTellsNothing();
+    void everyChangeIsReported();
+    void paintingAloneReportsNothing();
 };
 
-void ScaleWatchTest::everyChangeIsTold()
+void ScaleWatchTest::everyChangeIsReported()
 {
     QGraphicsView view;
     const ScaleWatch *watch = new ScaleWatch(&view); // child of view
-    QSignalSpy told(watch, &ScaleWatch::sigScaleChanged);
+    QSignalSpy changes(watch, &ScaleWatch::sigScaleChanged);
     view.show();
-    QTRY_COMPARE(told.size(), 1);
-    QCOMPARE(told.takeFirst().first().toReal(), 1.0);
+    QTRY_COMPARE(changes.size(), 1);
+    QCOMPARE(changes.takeFirst().first().toReal(), 1.0);
     view.scale(0.25, 0.25);
-    QTRY_COMPARE(told.size(), 1);
-    QCOMPARE(told.takeFirst().first().toReal(), 0.25);
+    QTRY_COMPARE(changes.size(), 1);
+    QCOMPARE(changes.takeFirst().first().toReal(), 0.25);
     view.resetTransform();
-    QTRY_COMPARE(told.size(), 1);
-    QCOMPARE(told.takeFirst().first().toReal(), 1.0);
+    QTRY_COMPARE(changes.size(), 1);
+    QCOMPARE(changes.takeFirst().first().toReal(), 1.0);
 }
 
-void ScaleWatchTest::paintingAloneTellsNothing()
+void ScaleWatchTest::paintingAloneReportsNothing()
 {
     QGraphicsView view;
     const ScaleWatch *watch = new ScaleWatch(&view); // child of view
-    QSignalSpy told(watch, &ScaleWatch::sigScaleChanged);
+    QSignalSpy changes(watch, &ScaleWatch::sigScaleChanged);
     view.show();
-    QTRY_COMPARE(told.size(), 1);
+    QTRY_COMPARE(changes.size(), 1);
     view.translate(5, 5);
     for (int i = 0; i < 3; ++i)
         view.viewport()->repaint();
-    QCOMPARE(told.size(), 1);
+    QCOMPARE(changes.size(), 1);
 }
 
 ORVALIS_QTEST_MAIN(ScaleWatchTest)

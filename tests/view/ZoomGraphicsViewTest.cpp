@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The animated zoom of the live picture.
+// The animated zoom of the live image.
 #include "view/ZoomGraphicsView.h"
 #include "tests/support/QtTestMain.h"
 #include "view/ZoomArithmetic.h"
@@ -20,30 +20,30 @@ private slots:
 
     void stepsAreWholeWheelUnits_data();
     void stepsAreWholeWheelUnits();
-    void stepsAddUpUntilTheDirectionTurns_data();
-    void stepsAddUpUntilTheDirectionTurns();
+    void stepsAddUpUntilTheDirectionChanges_data();
+    void stepsAddUpUntilTheDirectionChanges();
     void theEndOfAnAnimationTakesOneStepBack_data();
     void theEndOfAnAnimationTakesOneStepBack();
     void aTickScalesByPendingSteps_data();
     void aTickScalesByPendingSteps();
-    void zoomsThatLoseThePictureAreRefused_data();
-    void zoomsThatLoseThePictureAreRefused();
+    void zoomsThatHideTheImageAreRefused_data();
+    void zoomsThatHideTheImageAreRefused();
 
     void startsWithoutAnchors();
     void oneNotchScalesEveryTick();
     void twoNotchesScaleByTheSumOfBoth();
     void aNotchBackReplacesThePendingOnes();
     void anEndWithNothingPendingLeavesOne();
-    void theTimeLineIsGoneAtOnce();
+    void theTimeLineIsDeletedAtOnce();
     void aTimeLineLasts350MsInTicksOf20();
     void theCentreStaysWhenTheActionZooms();
     void thePointUnderTheMouseStaysWhenTheWheelZooms();
-    void everyZoomLeavesFitMode();
+    void everyZoomEndsFitMode();
     void worksWithoutAFitFlag();
     void theWheelNeverScrolls();
-    void aWheelTurnedSidewaysZoomsToo();
-    void aFitShowsTheWholeScene();
-    void aFitThatIsThereDrawsNothing();
+    void aSidewaysWheelAlsoZooms();
+    void aFitDisplaysTheWholeScene();
+    void anUnchangedFitDoesNotRepaint();
     void closingDuringAnAnimationIsHarmless();
     void aStrayEndOfAnAnimationIsHarmless();
 
@@ -67,14 +67,14 @@ namespace {
 
 constexpr double tolerance = 1e-9;
 
-/// Lets events through, and those that they bring about.
+/// Processes pending events, and the events that these cause.
 void settle()
 {
     for (int round = 0; round < 10; ++round)
         QCoreApplication::processEvents();
 }
 
-/// Counts the times that a widget is painted.
+/// Counts the paint events of a widget.
 class Paintings : public QObject {
 public:
     explicit Paintings(QWidget *widget) { widget->installEventFilter(this); }
@@ -115,7 +115,7 @@ void ZoomGraphicsViewTest::turnWheel(const QPoint &at, const QPoint &angle)
     QCoreApplication::sendEvent(m_view->viewport(), &event);
 }
 
-/// Leaves the time lines running but silent, so that the test ticks instead of the clock.
+/// Pauses the time lines, so that the test ticks instead of the clock.
 void ZoomGraphicsViewTest::stopTicking()
 {
     const auto lines = timeLines();
@@ -123,7 +123,7 @@ void ZoomGraphicsViewTest::stopTicking()
         line->setPaused(true);
 }
 
-/// Pending steps, read from what one tick does.
+/// Pending steps, derived from the effect of one tick.
 double ZoomGraphicsViewTest::pending()
 {
     const double before = zoom();
@@ -148,7 +148,7 @@ void ZoomGraphicsViewTest::stepsAreWholeWheelUnits()
     QCOMPARE(zoomSteps(delta), steps);
 }
 
-void ZoomGraphicsViewTest::stepsAddUpUntilTheDirectionTurns_data()
+void ZoomGraphicsViewTest::stepsAddUpUntilTheDirectionChanges_data()
 {
     QTest::addColumn<double>("before");
     QTest::addColumn<int>("steps");
@@ -162,7 +162,7 @@ void ZoomGraphicsViewTest::stepsAddUpUntilTheDirectionTurns_data()
     QTest::newRow("no step") << 3.0 << 0 << 3.0;
 }
 
-void ZoomGraphicsViewTest::stepsAddUpUntilTheDirectionTurns()
+void ZoomGraphicsViewTest::stepsAddUpUntilTheDirectionChanges()
 {
     QFETCH(double, before);
     QFETCH(int, steps);
@@ -205,7 +205,7 @@ void ZoomGraphicsViewTest::aTickScalesByPendingSteps()
     QCOMPARE(tickFactor(pending), factor);
 }
 
-void ZoomGraphicsViewTest::zoomsThatLoseThePictureAreRefused_data()
+void ZoomGraphicsViewTest::zoomsThatHideTheImageAreRefused_data()
 {
     QTest::addColumn<double>("scale");
     QTest::addColumn<double>("factor");
@@ -220,7 +220,7 @@ void ZoomGraphicsViewTest::zoomsThatLoseThePictureAreRefused_data()
     QTest::newRow("back from large") << 1e9 << 0.99 << true;
 }
 
-void ZoomGraphicsViewTest::zoomsThatLoseThePictureAreRefused()
+void ZoomGraphicsViewTest::zoomsThatHideTheImageAreRefused()
 {
     QFETCH(double, scale);
     QFETCH(double, factor);
@@ -269,7 +269,7 @@ void ZoomGraphicsViewTest::aNotchBackReplacesThePendingOnes()
 
 void ZoomGraphicsViewTest::anEndWithNothingPendingLeavesOne()
 {
-    turnWheel({100, 100}, {0, 60}); // no whole step, but a time line
+    turnWheel({100, 100}, {0, 60}); // less than one step, but starts a time line
     QCOMPARE(timeLines().size(), 1);
     stopTicking();
     QCOMPARE(pending(), 0.0);
@@ -281,13 +281,13 @@ void ZoomGraphicsViewTest::anEndWithNothingPendingLeavesOne()
     QCOMPARE(pending(), 0.0);
 }
 
-void ZoomGraphicsViewTest::theTimeLineIsGoneAtOnce()
+void ZoomGraphicsViewTest::theTimeLineIsDeletedAtOnce()
 {
     m_view->ZoomInOut(120);
     QTimeLine *line = timeLines().constFirst();
-    QSignalSpy gone(line, &QObject::destroyed);
+    QSignalSpy deleted(line, &QObject::destroyed);
     finish(line);
-    QCOMPARE(gone.size(), 1); // without a turn of the event loop
+    QCOMPARE(deleted.size(), 1); // without the event loop
     QVERIFY(timeLines().isEmpty());
 }
 
@@ -329,7 +329,7 @@ void ZoomGraphicsViewTest::thePointUnderTheMouseStaysWhenTheWheelZooms()
     QVERIFY((m_view->mapToScene(mouse) - before).manhattanLength() < 2.0);
 }
 
-void ZoomGraphicsViewTest::everyZoomLeavesFitMode()
+void ZoomGraphicsViewTest::everyZoomEndsFitMode()
 {
     bool fit = true;
     m_view->setFitFlag(&fit);
@@ -356,14 +356,14 @@ void ZoomGraphicsViewTest::theWheelNeverScrolls()
     QCOMPARE(m_view->verticalScrollBar()->value(), before);
 }
 
-void ZoomGraphicsViewTest::aWheelTurnedSidewaysZoomsToo()
+void ZoomGraphicsViewTest::aSidewaysWheelAlsoZooms()
 {
     turnWheel({100, 100}, {-120, 30});
     stopTicking();
     QCOMPARE(pending(), -1.0);
 }
 
-void ZoomGraphicsViewTest::aFitShowsTheWholeScene()
+void ZoomGraphicsViewTest::aFitDisplaysTheWholeScene()
 {
     const auto wholeSceneFills = [this] {
         const QRectF shown = m_view->transform().mapRect(m_scene->sceneRect());
@@ -384,10 +384,10 @@ void ZoomGraphicsViewTest::aFitShowsTheWholeScene()
     QVERIFY(wholeSceneFills());
 }
 
-void ZoomGraphicsViewTest::aFitThatIsThereDrawsNothing()
+void ZoomGraphicsViewTest::anUnchangedFitDoesNotRepaint()
 {
     m_view->fitScene();
-    settle(); // scroll bars go, which makes room
+    settle(); // the scroll bars disappear, which enlarges the viewport
     m_view->fitScene();
     settle();
     const Paintings paintings(m_view->viewport());
