@@ -76,7 +76,6 @@ void SimulatedCamera::begin(Acquisition acquisition)
     frameNumber_ = 0;
     woken_ = woken_ && acquisition == Acquisition::Snapshot;
     scheduler_.start(Clock::now());
-    changed_.notify_all();
 }
 
 void SimulatedCamera::wake(Session session)

@@ -339,6 +339,29 @@ TEST_F(Pictures, haveMoreNoiseInTheirBrightParts)
     EXPECT_GT(deviation(kGray), 1.3 * deviation(kDarkGray));
 }
 
+/// Standard deviation of the differences between two frames, of every `step`th byte from `first`
+/// on.
+double frameNoise(const RawImage &a, const RawImage &b, std::size_t first, std::size_t step)
+{
+    double sum = 0, count = 0;
+    for (std::size_t i = first; i < a.size; i += step, ++count)
+        sum += (a.data[i] - b.data[i]) * (a.data[i] - b.data[i]);
+    return std::sqrt(sum / count);
+}
+
+TEST_F(Pictures, haveHalfAsMuchNoiseInTheColourOfYuv)
+{
+    openStill(kColor);
+    set("SimulationNoise", true);
+    set("PixelFormat", "YUV422_8");
+    set("ExposureTime", 10000.0 / 8);
+    set("Gain", 18.06);
+    const RawImage one = take(), other = take();
+    const double brightness = frameNoise(one, other, 0, 2);
+    EXPECT_GT(brightness, 3);
+    EXPECT_NEAR(frameNoise(one, other, 1, 2) / brightness, 0.5, 0.06);
+}
+
 TEST_F(Pictures, haveNoiseThatDiffersFromFrameToFrame)
 {
     openMono();

@@ -236,6 +236,16 @@ TEST_F(Streams, loseTheConfiguredFractionOfFrames)
     EXPECT_EQ(camera_->nextImage(image, Clock::now() + 50ms), ORVALIS_ERROR_TIMEOUT);
 }
 
+TEST_F(Streams, endWithTheirCamera)
+{
+    open(kMono);
+    ASSERT_EQ(start(), ORVALIS_OK);
+    camera_.reset(); // without a stop
+    open(kMono);
+    set("Width", 640); // is locked while a stream runs
+    EXPECT_EQ(integer("Width"), 640);
+}
+
 TEST_F(Streams, restartTheirCountersAtEachStart)
 {
     openSmall(kFast);
