@@ -65,6 +65,15 @@ TEST(DisplayedPixels, areThoseOfThePlane)
     EXPECT_EQ(displayedPixels(frame.record, FramePlane::Raw, 12), frame.record.raw);
 }
 
+TEST(RegionPixels, areNoneWithoutAnArea)
+{
+    EXPECT_EQ(regionPixels(8, 5), 40U);
+    EXPECT_EQ(regionPixels(0, 5), 0U);
+    EXPECT_EQ(regionPixels(-8, 5), 0U);
+    EXPECT_EQ(regionPixels(8, -5), 0U);
+    EXPECT_EQ(regionPixels(0x7FFFFFFF, 0x7FFFFFFF), 0x3FFFFFFF00000001U);
+}
+
 struct Refusal {
     const char *name;
     OImageFrame frame;

@@ -65,6 +65,12 @@ TEST(PixelOrder, gradientsRevealTheOrder)
     EXPECT_FALSE(isSwapped(mono16, false, shade));
 }
 
+TEST(PixelOrder, allRowsAreSampled)
+{
+    EXPECT_TRUE(
+        isSwapped(mono16, true, [](unsigned x, unsigned y) { return y == 0 ? 0 : shade(x, y); }));
+}
+
 TEST(PixelOrder, unusedBitsRevealTheOrderOfNoise)
 {
     std::mt19937 random(1);
