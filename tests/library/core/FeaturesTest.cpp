@@ -112,6 +112,14 @@ TEST_F(FeaturesTest, valueIsRoundedDownToTheIncrement)
     EXPECT_EQ(nodes_.nodes["Gain"].value, 4.5);
 }
 
+TEST_F(FeaturesTest, incrementsCountFromTheMinimum)
+{
+    nodes_.nodes["Gain"] = floatNode(3, 3, 98);
+    nodes_.nodes["Gain"].increment = 5;
+    EXPECT_EQ(features_.set(Number::Gain, 14), ORVALIS_OK);
+    EXPECT_EQ(nodes_.nodes["Gain"].value, 13);
+}
+
 TEST_F(FeaturesTest, notANumberIsOutOfRange)
 {
     nodes_.nodes["Gamma"] = floatNode(1, 0.1, 4);
