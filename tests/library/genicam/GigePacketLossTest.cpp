@@ -99,16 +99,16 @@ bool countersMatchTheSender(Device &device, LossyLink &loss, std::uint32_t perMi
     const auto missing = integer(device, "StreamMissingPacketCount");
     const auto failed = integer(device, "StreamFailedFrameCount");
     const long overrun = overrunPackets() - overrunBefore;
-    const std::uint32_t frames = loss.frames - framesBefore;
+    const std::uint32_t lostFrames = loss.frames - framesBefore;
     std::printf("sender: %u packets, %u lost of %u frames; receiver: %ld missing, %ld failed, "
                 "%ld resent, %d delivered, %ld overrun\n",
-                loss.sent.load(), lost(), frames, long{missing}, long{failed},
+                loss.sent.load(), lost(), lostFrames, long{missing}, long{failed},
                 long{integer(device, "StreamResentPacketCount")}, delivered, overrun);
     EXPECT_EQ(integer(device, "StreamDeliveredFrameCount"), delivered);
     EXPECT_GE(missing, lost());
-    EXPECT_GE(failed, frames);
+    EXPECT_GE(failed, lostFrames);
     device.stopStream();
-    return missing == lost() + overrun && (failed == frames || overrun > 0);
+    return missing == lost() + overrun && (failed == lostFrames || overrun > 0);
 }
 
 TEST_P(GigePacketLoss, noTornImageIsDeliveredAndTheCountersMatchTheSender)
